@@ -1,0 +1,17 @@
+#include "dtException.h"
+
+namespace {
+std::string baseName(const std::string& path) {
+  size_t slash = path.find_last_of('/');
+  std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+  size_t dot = name.find_last_of('.');
+  return dot == std::string::npos ? name : name.substr(0, dot);
+}
+}  // namespace
+
+DtException::DtException(const std::string& message, const std::string& function,
+                         const std::string& file)
+    : message_(message),
+      function_(function),
+      file_(baseName(file)),
+      text_("DtException: " + message) {}
