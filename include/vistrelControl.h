@@ -1,4 +1,15 @@
 #pragma once
 // Everything an application needs: include this header only.
 #include "absoluteVcPdu.h"
+#include "vdcAreaPdu.h"
+#include "vdcAttachablePdu.h"
+#include "vdcAttributePdu.h"
+#include "vdcAttributeUpdatePdu.h"
+#include "vdcCommandPdu.h"
+#include "vdcLayerPdu.h"
+#include "vdcLinePdu.h"
+#include "vdcPolyObjectPdu.h"
+#include "vdcTextPdu.h"
+#include "vdcTrianglePdu.h"
 #include "vistrelControlPdu.h"
+#include "vistrelDrawControlPdu.h"
