@@ -1,6 +1,18 @@
 #pragma once
 // Everything an application needs: include this header only.
 #include "absoluteVcPdu.h"
+#include "compassVcPdu.h"
+#include "groupVcPdu.h"
+#include "mimicTrackVcPdu.h"
+#include "mimicVcPdu.h"
+#include "modelessVcPdu.h"
+#include "moveVcPdu.h"
+#include "optionsPdu.h"
+#include "orbitVcPdu.h"
+#include "pivotVcPdu.h"
+#include "tetherTrackVcPdu.h"
+#include "tetherVcPdu.h"
+#include "trackVcPdu.h"
 #include "vdcAreaPdu.h"
 #include "vdcAttachablePdu.h"
 #include "vdcAttributePdu.h"

@@ -1,6 +1,18 @@
 // Building view-control PDU classes from received bytes and from command numbers.
 #include "absoluteVcPdu.h"
+#include "compassVcPdu.h"
+#include "groupVcPdu.h"
+#include "mimicTrackVcPdu.h"
+#include "mimicVcPdu.h"
+#include "modelessVcPdu.h"
+#include "moveVcPdu.h"
+#include "optionsPdu.h"
+#include "orbitVcPdu.h"
+#include "pivotVcPdu.h"
 #include "rawPdu.h"
+#include "tetherTrackVcPdu.h"
+#include "tetherVcPdu.h"
+#include "trackVcPdu.h"
 #include "vistrelControlPdu.h"
 
 namespace {
@@ -25,19 +37,19 @@ struct ViewControlRow {
 // Indexed by command 0..14.
 const ViewControlRow kRows[] = {
     {wrap<DtAbsoluteVCPdu>, fresh<DtAbsoluteVCPdu>, true},  // 0 absolute
-    {nullptr, nullptr, false},                             // 1 tether
-    {nullptr, nullptr, false},                             // 2 compass
-    {nullptr, nullptr, false},                             // 3 mimic
-    {nullptr, nullptr, false},                             // 4 offset mimic
-    {nullptr, nullptr, false},                             // 5 orbit
-    {nullptr, nullptr, false},                             // 6 track
-    {nullptr, nullptr, false},                             // 7 tether-track
-    {nullptr, nullptr, false},                             // 8 mimic-track
-    {nullptr, nullptr, false},                             // 9 group
-    {nullptr, nullptr, false},                             // 10 modeless
-    {nullptr, nullptr, false},                             // 11 options
-    {nullptr, nullptr, false},                             // 12 pivot
-    {nullptr, nullptr, false},                             // 13 move
+    {wrap<DtTetherVCPdu>, fresh<DtTetherVCPdu>, true},            // 1 tether
+    {wrap<DtCompassVCPdu>, fresh<DtCompassVCPdu>, true},          // 2 compass
+    {wrap<DtMimicVCPdu>, fresh<DtMimicVCPdu>, true},              // 3 mimic
+    {wrap<DtOffsetMimicVCPdu>, fresh<DtOffsetMimicVCPdu>, true},  // 4 offset mimic
+    {wrap<DtOrbitVCPdu>, fresh<DtOrbitVCPdu>, true},              // 5 orbit
+    {wrap<DtTrackVCPdu>, fresh<DtTrackVCPdu>, true},              // 6 track
+    {wrap<DtTetherTrackVCPdu>, fresh<DtTetherTrackVCPdu>, true},  // 7 tether-track
+    {wrap<DtMimicTrackVCPdu>, fresh<DtMimicTrackVCPdu>, true},    // 8 mimic-track
+    {wrap<DtGroupVCPdu>, fresh<DtGroupVCPdu>, true},              // 9 group
+    {wrap<DtModelessVCPdu>, nullptr, true},                       // 10 modeless
+    {wrap<DtOptionsPdu>, fresh<DtOptionsPdu>, false},             // 11 options
+    {wrap<DtPivotVCPdu>, fresh<DtPivotVCPdu>, true},              // 12 pivot
+    {wrap<DtMoveVCPdu>, fresh<DtMoveVCPdu>, false},               // 13 move
     {wrap<DtRequestStateVCPdu>, fresh<DtRequestStateVCPdu>, false},  // 14 request state
 };
 constexpr int kRowCount = sizeof(kRows) / sizeof(kRows[0]);
