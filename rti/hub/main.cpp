@@ -1,0 +1,131 @@
+// rtihub: the RTI hub daemon. See --help.
+#include "hub.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+namespace {
+
+const char* kUsage =
+  "usage: rtihub [--listen HOST:PORT] [--queue-limit BYTES] [--stall-timeout SECONDS] [--quiet]\n"
+  "\n"
+  "Serves HLA federation executions to federates in other processes and on other hosts.\n"
+  "Federates reach it with the federation execution name rti://HOST:PORT/Name, or with a\n"
+  "plain Name for the hub on 127.0.0.1 at the default port 15160.\n"
+  "\n"
+  "  --listen HOST:PORT       address to listen on (default 127.0.0.1:15160; port 0 picks a\n"
+  "                           free port; use [ADDR]:PORT for IPv6). Listening on anything\n"
+  "                           but loopback exposes the hub to the network: there is no\n"
+  "                           authentication.\n"
+  "  --queue-limit BYTES      bytes queued for one client above which the clients sending to\n"
+  "                           it are paused until it drains (default 8388608)\n"
+  "  --stall-timeout SECONDS  a client over its queue limit that takes no data for this long\n"
+  "                           is disconnected and resigned (default 10)\n"
+  "  --quiet                  log only dropped clients and errors\n"
+  "  --help                   this text\n"
+  "\n"
+  "On start it prints \"rtihub listening on HOST:PORT\" with the port actually bound.\n"
+  "Frames are length-prefixed and capped at 1 MiB; a client that sends a malformed or\n"
+  "oversized frame is disconnected and resigned, others are not affected. SIGINT or\n"
+  "SIGTERM stops it cleanly.\n";
+
+bool parseListen(const std::string& s, std::string& host, std::uint16_t& port) {
+  std::string h, p;
+  if (!s.empty() && s[0] == '[') {
+    const auto close = s.find(']');
+    if (close == std::string::npos || close + 1 >= s.size() || s[close + 1] != ':') return false;
+    h = s.substr(1, close - 1);
+    p = s.substr(close + 2);
+  } else {
+    const auto colon = s.rfind(':');
+    if (colon == std::string::npos) return false;
+    h = s.substr(0, colon);
+    p = s.substr(colon + 1);
+  }
+  if (h.empty() || p.empty() || p.size() > 5 || p.find_first_not_of("0123456789") != std::string::npos) return false;
+  const unsigned long v = std::stoul(p);
+  if (v > 65535) return false;
+  host = h;
+  port = static_cast<std::uint16_t>(v);
+  return true;
+}
+
+bool parseCount(const std::string& s, unsigned long long& out) {
+  if (s.empty() || s.size() > 18 || s.find_first_not_of("0123456789") != std::string::npos) return false;
+  out = std::stoull(s);
+  return true;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  vcrti::hub::Options options;
+  for (int i = 1; i < argc; ++i) {
+    const std::string arg = argv[i];
+    auto value = [&](std::string& out) {
+      if (i + 1 >= argc) {
+        std::cerr << "rtihub: " << arg << " needs a value\n" << kUsage;
+        std::exit(2);
+      }
+      out = argv[++i];
+    };
+    std::string v;
+    unsigned long long n = 0;
+    if (arg == "--help" || arg == "-h") {
+      std::cout << kUsage;
+      return 0;
+    } else if (arg == "--listen") {
+      value(v);
+      if (!parseListen(v, options.host, options.port)) {
+        std::cerr << "rtihub: invalid --listen address '" << v << "' (expected HOST:PORT)\n";
+        return 2;
+      }
+    } else if (arg == "--queue-limit") {
+      value(v);
+      if (!parseCount(v, n) || n < 65536) {
+        std::cerr << "rtihub: --queue-limit needs a number of bytes of at least 65536\n";
+        return 2;
+      }
+      options.queueLimit = static_cast<std::size_t>(n);
+    } else if (arg == "--stall-timeout") {
+      value(v);
+      if (!parseCount(v, n) || n == 0) {
+        std::cerr << "rtihub: --stall-timeout needs a positive number of seconds\n";
+        return 2;
+      }
+      options.stallTimeout = std::chrono::seconds(n);
+    } else if (arg == "--quiet") {
+      options.quiet = true;
+    } else {
+      std::cerr << "rtihub: unknown option '" << arg << "'\n" << kUsage;
+      return 2;
+    }
+  }
+
+  // A vanished client must surface as a write error, not kill the hub.
+  std::signal(SIGPIPE, SIG_IGN);
+
+  asio::io_context io;
+  vcrti::hub::Hub hub(io, options);
+  try {
+    hub.start();
+  } catch (const std::exception& e) {
+    std::cerr << "rtihub: cannot listen on " << options.host << ":" << options.port << ": " << e.what() << "\n";
+    return 1;
+  }
+  asio::signal_set signals(io, SIGINT, SIGTERM);
+  signals.async_wait([&](const asio::error_code& ec, int sig) {
+    if (ec) return;
+    hub.log(std::string("stopping on ") + (sig == SIGINT ? "SIGINT" : "SIGTERM"));
+    hub.stop();
+  });
+
+  const auto ep = hub.localEndpoint();
+  const std::string addr = ep.address().is_v6() ? "[" + ep.address().to_string() + "]" : ep.address().to_string();
+  std::cout << "rtihub listening on " << addr << ":" << ep.port() << std::endl;
+
+  io.run();
+  return 0;
+}

@@ -1,0 +1,73 @@
+// The part of a federation object model that the RTI works with: the interaction and
+// object class trees with their parameters and attributes. Handles are positions in
+// these tables, so every process that holds the same model agrees on them; the model
+// travels from the creating federate to the hub and from the hub to every joiner.
+#ifndef VCRTI_FDD_MODEL_H
+#define VCRTI_FDD_MODEL_H
+
+#include "byte_buffer.h"
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace vcrti {
+
+constexpr std::uint32_t kNoClass = 0xFFFFFFFFu;
+
+struct FddClass {
+  std::wstring name;                 // as declared
+  std::uint32_t parent = kNoClass;   // always lower than the class's own index
+  std::vector<std::uint32_t> declared;  // members declared here (parameters or attributes)
+  // Derived by FddModel::index():
+  std::wstring qualified;            // "HLAinteractionRoot.A.B"
+  std::vector<std::uint32_t> all;    // inherited members first, then declared ones
+};
+
+struct FddMember {
+  std::wstring name;
+  std::uint32_t owner = kNoClass;    // the declaring class
+};
+
+struct FddTree {
+  std::vector<FddClass> classes;     // [0] is the root
+  std::vector<FddMember> members;
+
+  // cls is ancestor or itself; both indexes must be valid.
+  bool isSameOrDescendant(std::uint32_t cls, std::uint32_t ancestor) const {
+    while (cls != kNoClass) {
+      if (cls == ancestor) return true;
+      if (cls < ancestor) return false;  // parents always precede their children
+      cls = classes[cls].parent;
+    }
+    return false;
+  }
+  bool memberAvailable(std::uint32_t cls, std::uint32_t member) const {
+    return member < members.size() && isSameOrDescendant(cls, members[member].owner);
+  }
+  // Name lookups: the qualified name, the same without the root, and the last component
+  // when it is unique. Returns kNoClass when unknown or ambiguous.
+  std::uint32_t findClass(const std::wstring& name) const;
+  std::uint32_t findMember(std::uint32_t cls, const std::wstring& name) const;
+
+  std::unordered_map<std::wstring, std::uint32_t> byName;  // ambiguous names map to kNoClass
+};
+
+struct FddModel {
+  std::wstring fileName;  // where it was read from, for messages
+  FddTree interactions;   // root HLAinteractionRoot
+  FddTree objects;        // root HLAobjectRoot
+
+  // Fills the derived fields; returns an empty string or why the model is invalid.
+  std::string index();
+};
+
+// The hub and the federates pass the model in this form. decodeFdd() accepts any bytes:
+// it checks every count and index and fails rather than read outside them.
+void encodeFdd(const FddModel& model, ByteBuffer& out);
+bool decodeFdd(const unsigned char* data, std::size_t size, FddModel& out, std::string& error);
+
+} // namespace vcrti
+
+#endif

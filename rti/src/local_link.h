@@ -1,0 +1,21 @@
+// Federations that live inside one process (thread://Name): every ambassador of the
+// process that names the federation shares it; frames go straight into the receivers'
+// queues, no sockets.
+#ifndef VCRTI_LOCAL_LINK_H
+#define VCRTI_LOCAL_LINK_H
+
+#include "link.h"
+
+#include <string>
+
+namespace vcrti {
+
+// Each throws the API's exception for the failure (already exists, does not exist,
+// federates joined).
+void createLocalFederation(const std::wstring& name, std::shared_ptr<const FddModel> model);
+void destroyLocalFederation(const std::wstring& name);
+std::unique_ptr<Link> joinLocalFederation(const std::wstring& name);
+
+} // namespace vcrti
+
+#endif

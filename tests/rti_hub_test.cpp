@@ -1,0 +1,422 @@
+// The hub and federates in separate processes: delivery byte for byte in both directions,
+// inheritance across the hub, federation state shared between processes, and the hub's
+// robustness: a federate killed mid-stream, garbage and oversized frames, a subscriber
+// that stops reading, and a clean stop.
+#include "process.h"
+#include "rti_test_federate.h"
+
+#include <csignal>
+#include <cstring>
+#include <deque>
+#include <thread>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+
+using namespace rti1516;
+using namespace rtitest;
+using vctest::ChildProcess;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+namespace {
+
+bool hubBuilt() { return ::access(vctest::binaryPath("rtihub").c_str(), X_OK) == 0; }
+
+// Numbered payloads as rti_peer writes and checks them.
+Bytes numbered(std::uint32_t seq, std::size_t size) {
+  Bytes b(size);
+  for (std::size_t k = 0; k < size; ++k)
+    b[k] = k < 4 ? static_cast<unsigned char>(seq >> (24 - 8 * k)) : static_cast<unsigned char>(seq * 31 + k);
+  return b;
+}
+
+std::uint32_t seqOf(const Bytes& b) {
+  return b.size() < 4 ? ~0u : std::uint32_t(b[0]) << 24 | std::uint32_t(b[1]) << 16 | std::uint32_t(b[2]) << 8 | b[3];
+}
+
+// A raw TCP client, for speaking to the hub outside the protocol.
+class RawClient {
+ public:
+  explicit RawClient(std::uint16_t port) {
+    fd_ = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in a{};
+    a.sin_family = AF_INET;
+    a.sin_port = htons(port);
+    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    connected_ = ::connect(fd_, reinterpret_cast<sockaddr*>(&a), sizeof a) == 0;
+  }
+  ~RawClient() { ::close(fd_); }
+  bool connected() const { return connected_; }
+  void send(const Bytes& b) { (void)!::send(fd_, b.data(), b.size(), MSG_NOSIGNAL); }
+  // True when the hub closes the connection within the timeout.
+  bool closedByPeer(milliseconds timeout) {
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    char buf[4096];
+    while (std::chrono::steady_clock::now() < deadline) {
+      pollfd p{fd_, POLLIN, 0};
+      if (::poll(&p, 1, 50) > 0) {
+        ssize_t n = ::recv(fd_, buf, sizeof buf, 0);
+        if (n <= 0) return true;
+      }
+    }
+    return false;
+  }
+
+ private:
+  int fd_ = -1;
+  bool connected_ = false;
+};
+
+class Hub : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!hubBuilt()) GTEST_SKIP() << "the hub is built with the embedded RTI only";
+    hub_ = vctest::startHub(port_, extraHubArgs());
+    name_ = testName();
+    url_ = wide(vctest::hubUrl(port_, name_));
+    auto rti = makeAmbassador();
+    rti->createFederationExecution(url_, wide(VC_FDD_FILE));
+  }
+  virtual std::vector<std::string> extraHubArgs() const { return {"--quiet"}; }
+
+  void TearDown() override {
+    feds_.clear();
+    if (hub_) {
+      hub_->kill(SIGTERM);
+      EXPECT_EQ(hub_->wait(seconds(10)), 0) << hub_->transcript();
+    }
+  }
+
+  struct Fed {
+    std::unique_ptr<RTIambassador> rti;
+    std::unique_ptr<Recorder> rec;
+    InteractionClassHandle cls;
+    ParameterHandle pdu;
+
+    void send(const Bytes& payload, const Bytes& tag = {}) {
+      ParameterHandleValueMap v;
+      v[pdu] = data(payload);
+      rti->sendInteraction(cls, v, data(tag));
+    }
+    Bytes payload(std::size_t i) const { return rec->got.at(i).params.at(pdu); }
+  };
+
+  Fed& join(bool publish = true, bool subscribe = true) {
+    Fed f{makeAmbassador(), std::make_unique<Recorder>(), {}, {}};
+    f.rti->joinFederationExecution(L"test", url_, *f.rec);
+    f.cls = f.rti->getInteractionClassHandle(L"ViewControl");
+    f.pdu = f.rti->getParameterHandle(f.cls, L"ViewControlPdu");
+    if (publish) f.rti->publishInteractionClass(f.cls);
+    if (subscribe) f.rti->subscribeInteractionClass(f.cls);
+    feds_.push_back(std::move(f));
+    return feds_.back();
+  }
+
+  std::unique_ptr<ChildProcess> peer(const std::vector<std::string>& modeArgs) {
+    std::vector<std::string> args{vctest::hubUrl(port_, name_), VC_FDD_FILE};
+    args.insert(args.end(), modeArgs.begin(), modeArgs.end());
+    auto p = std::make_unique<ChildProcess>(vctest::binaryPath("rti_peer"), args);
+    std::string line;
+    EXPECT_TRUE(p->waitForLine("ready", line, seconds(10))) << p->transcript();
+    return p;
+  }
+
+  // The other federates are still served: a fresh pair exchanges interactions.
+  void expectFederationWorks(const char* when) {
+    Fed& a = join();
+    Fed& b = join();
+    for (std::uint32_t i = 0; i < 100; ++i) a.send(numbered(i, 312));
+    ASSERT_TRUE(pumpUntil(*b.rti, *b.rec, 100)) << when;
+    for (std::uint32_t i = 0; i < 100; ++i) ASSERT_EQ(b.payload(i), numbered(i, 312)) << when;
+  }
+
+  std::unique_ptr<ChildProcess> hub_;
+  std::uint16_t port_ = 0;
+  std::string name_;
+  std::wstring url_;
+  std::deque<Fed> feds_;
+};
+
+// ------------------------------------------------------------------------------ Delivery
+
+TEST_F(Hub, TwoFederatesOfOneProcessExchangeThroughTheHubInOrder) {
+  Fed& a = join();
+  Fed& b = join();
+  const unsigned n = 5000;
+  for (unsigned i = 0; i < n; ++i) a.send(pattern(i % 700, i), pattern(i % 5, i));
+  ASSERT_TRUE(pumpUntil(*b.rti, *b.rec, n));
+  for (unsigned i = 0; i < n; ++i) {
+    ASSERT_EQ(b.payload(i), pattern(i % 700, i)) << i;
+    ASSERT_EQ(b.rec->got[i].tag, pattern(i % 5, i)) << i;
+  }
+  a.rti->evokeMultipleCallbacks(0.05, 0.05);
+  EXPECT_TRUE(a.rec->got.empty()) << "a federate heard itself";
+}
+
+TEST_F(Hub, AnotherProcessEchoesEveryInteractionByteForByte) {
+  auto echo = peer({"echo"});
+  Fed& me = join();
+  std::vector<Bytes> sent;
+  for (unsigned i = 0; i < 2000; ++i) sent.push_back(pattern(i * 37 % 4000, i));
+  sent.push_back(pattern(300000, 99));  // one large value, many TCP segments
+  sent.push_back({});
+  for (std::size_t i = 0; i < sent.size(); ++i) me.send(sent[i], pattern(i % 3, i));
+  ASSERT_TRUE(pumpUntil(*me.rti, *me.rec, sent.size(), seconds(20))) << me.rec->got.size();
+  for (std::size_t i = 0; i < sent.size(); ++i) {
+    ASSERT_EQ(me.payload(i), sent[i]) << i;
+    ASSERT_EQ(me.rec->got[i].tag, pattern(i % 3, i)) << i;
+  }
+  echo->closeStdin();
+  EXPECT_EQ(echo->wait(seconds(10)), 0) << echo->transcript();
+}
+
+TEST_F(Hub, StreamsBetweenProcessesInBothDirectionsLoseNothing) {
+  const std::uint32_t n = 50000;
+  Fed& me = join();
+  {
+    auto counter = peer({"count", std::to_string(n)});
+    for (std::uint32_t i = 0; i < n; ++i) me.send(numbered(i, 312));
+    me.rti->evokeCallback(0.0);  // flushes what is batched
+    std::string line;
+    ASSERT_TRUE(counter->waitForLine("received", line, seconds(30))) << counter->transcript();
+    EXPECT_EQ(line, "received " + std::to_string(n) + " ok");
+    EXPECT_EQ(counter->wait(seconds(10)), 0);
+  }
+  auto sender = peer({"send", std::to_string(n), "312"});
+  sender->writeLine("go");
+  ASSERT_TRUE(pumpUntil(*me.rti, *me.rec, n, seconds(30))) << me.rec->got.size();
+  for (std::uint32_t i = 0; i < n; ++i) ASSERT_EQ(me.payload(i), numbered(i, 312)) << i;
+  EXPECT_EQ(sender->wait(seconds(10)), 0) << sender->transcript();
+}
+
+TEST_F(Hub, ParentSubscriberReceivesTheSubclassFromAnotherConnection) {
+  TempFile fom("hierarchy", hierarchyFom());
+  const std::wstring url = wide(vctest::hubUrl(port_, name_ + "_tree"));
+  auto creator = makeAmbassador();
+  creator->createFederationExecution(url, fom.wpath());
+  Recorder ra, rb;
+  auto a = makeAmbassador(), b = makeAmbassador();
+  a->joinFederationExecution(L"a", url, ra);
+  b->joinFederationExecution(L"b", url, rb);
+  // Handles agree between connections: they come from the model the hub hands out.
+  const InteractionClassHandle leaf = a->getInteractionClassHandle(L"Leaf");
+  EXPECT_EQ(b->getInteractionClassHandle(L"HLAinteractionRoot.Base.Derived.Leaf"), leaf);
+  const InteractionClassHandle base = b->getInteractionClassHandle(L"Base");
+  a->publishInteractionClass(leaf);
+  b->subscribeInteractionClass(base);
+  ParameterHandleValueMap v;
+  v[a->getParameterHandle(leaf, L"p1")] = data({1, 1});
+  v[a->getParameterHandle(leaf, L"p3")] = data({3});
+  a->sendInteraction(leaf, v, data({7}));
+  ASSERT_TRUE(pumpUntil(*b, rb, 1));
+  EXPECT_EQ(rb.got[0].cls, base);
+  ASSERT_EQ(rb.got[0].params.size(), 1u);
+  EXPECT_EQ(rb.got[0].params.at(b->getParameterHandle(base, L"p1")), (Bytes{1, 1}));
+  a->resignFederationExecution(NO_ACTION);
+  b->resignFederationExecution(NO_ACTION);
+  creator->destroyFederationExecution(url);
+}
+
+// ---------------------------------------------------------------------- Federation state
+
+TEST_F(Hub, FederationStateIsSharedBetweenProcesses) {
+  auto rti = makeAmbassador();
+  EXPECT_THROW(rti->createFederationExecution(url_, wide(VC_FDD_FILE)), FederationExecutionAlreadyExists);
+  {
+    auto echo = peer({"echo"});
+    EXPECT_THROW(rti->destroyFederationExecution(url_), FederatesCurrentlyJoined);
+    echo->closeStdin();
+    ASSERT_EQ(echo->wait(seconds(10)), 0);
+  }
+  rti->destroyFederationExecution(url_);
+  Recorder rec;
+  EXPECT_THROW(rti->joinFederationExecution(L"t", url_, rec), FederationExecutionDoesNotExist);
+  EXPECT_THROW(rti->destroyFederationExecution(url_), FederationExecutionDoesNotExist);
+  // The FDD is read by the creating process, which reports its faults itself.
+  EXPECT_THROW(rti->createFederationExecution(url_, L"/no/such/fom.xml"), CouldNotOpenFDD);
+  rti->createFederationExecution(url_, wide(VC_FDD_FILE));
+}
+
+TEST_F(Hub, UnreachableHubIsAnInternalErrorNamingTheAddress) {
+  // A port that was free a moment ago has nothing listening.
+  int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in a{};
+  a.sin_family = AF_INET;
+  a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  ::bind(fd, reinterpret_cast<sockaddr*>(&a), sizeof a);
+  socklen_t len = sizeof a;
+  ::getsockname(fd, reinterpret_cast<sockaddr*>(&a), &len);
+  const std::uint16_t port = ntohs(a.sin_port);
+  ::close(fd);
+  auto rti = makeAmbassador();
+  try {
+    rti->createFederationExecution(wide(vctest::hubUrl(port, "X")), wide(VC_FDD_FILE));
+    FAIL() << "connected to nothing";
+  } catch (const RTIinternalError& e) {
+    EXPECT_NE(narrow(e.what()).find("127.0.0.1:" + std::to_string(port)), std::string::npos) << narrow(e.what());
+  }
+}
+
+// -------------------------------------------------------------------------- Robustness
+
+TEST_F(Hub, FederateKilledMidStreamLeavesHubAndOthersWorking) {
+  Fed& me = join(false, true);
+  auto sender = peer({"send", "0", "312"});
+  sender->writeLine("go");
+  std::string line;
+  ASSERT_TRUE(sender->waitForLine("streaming", line, seconds(10))) << sender->transcript();
+  ASSERT_TRUE(pumpUntil(*me.rti, *me.rec, 2000));
+  sender->kill(SIGKILL);
+  EXPECT_EQ(sender->wait(seconds(5)), 128 + SIGKILL);
+  // Whatever was in flight arrives whole, in sequence, or not at all.
+  me.rti->evokeMultipleCallbacks(0.2, 1.0);
+  for (std::size_t i = 0; i < me.rec->got.size(); ++i) {
+    ASSERT_EQ(seqOf(me.payload(i)), i);
+    ASSERT_EQ(me.payload(i), numbered(static_cast<std::uint32_t>(i), 312)) << i;
+  }
+  EXPECT_TRUE(hub_->running());
+  expectFederationWorks("after the kill");
+  // The killed federate was resigned: the federation can be destroyed once the others go.
+  feds_.clear();
+  EXPECT_NO_THROW(makeAmbassador()->destroyFederationExecution(url_));
+}
+
+struct Garbage {
+  const char* what;
+  Bytes bytes;
+};
+
+void PrintTo(const Garbage& g, std::ostream* os) { *os << g.what; }
+
+class HubGarbage : public Hub, public ::testing::WithParamInterface<Garbage> {
+ protected:
+  std::vector<std::string> extraHubArgs() const override { return {}; }
+};
+
+TEST_P(HubGarbage, DropsOnlyTheClientThatSentIt) {
+  Fed& a = join();
+  Fed& b = join();
+  a.send(numbered(0, 312));
+  RawClient raw(port_);
+  ASSERT_TRUE(raw.connected());
+  raw.send(GetParam().bytes);
+  EXPECT_TRUE(raw.closedByPeer(seconds(5))) << GetParam().what;
+  std::string line;
+  EXPECT_TRUE(hub_->waitForLine("dropped client", line, seconds(5))) << hub_->transcript();
+  // The joined federates did not notice.
+  a.send(numbered(1, 312));
+  ASSERT_TRUE(pumpUntil(*b.rti, *b.rec, 2));
+  EXPECT_EQ(b.payload(1), numbered(1, 312));
+  expectFederationWorks(GetParam().what);
+}
+
+Bytes joinThen(const std::string& federation, const Bytes& after) {
+  Bytes b = {0, 0, 0, 0, 3, 1, 0, 0, 0};  // Join, request 1
+  auto str = [&](const std::string& s) {
+    const auto n = static_cast<std::uint32_t>(s.size());
+    for (int i = 0; i < 4; ++i) b.push_back(static_cast<unsigned char>(n >> (8 * i)));
+    b.insert(b.end(), s.begin(), s.end());
+  };
+  str(federation);
+  str("raw");
+  const auto body = static_cast<std::uint32_t>(b.size() - 4);
+  for (int i = 0; i < 4; ++i) b[i] = static_cast<unsigned char>(body >> (8 * i));
+  b.insert(b.end(), after.begin(), after.end());
+  return b;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+  Frames, HubGarbage,
+  ::testing::Values(
+    Garbage{"text", Bytes{'G', 'E', 'T', ' ', '/', ' ', 'H', 'T', 'T', 'P', '/', '1', '.', '1', '\r', '\n', '\r', '\n'}},
+    Garbage{"over the size cap", Bytes{0x00, 0x00, 0x20, 0x00, 0x07}},
+    Garbage{"zero length", Bytes{0, 0, 0, 0, 7, 7, 7, 7}},
+    Garbage{"unknown type", Bytes{1, 0, 0, 0, 0x55}},
+    Garbage{"truncated fields", Bytes{3, 0, 0, 0, 0x07, 1, 2}},
+    Garbage{"interaction before join", Bytes{17, 0, 0, 0, 7, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
+    Garbage{"reply from a client", Bytes{9, 0, 0, 0, 8, 0, 0, 0, 0, 0, 0, 0, 0}}),
+  [](const ::testing::TestParamInfo<Garbage>& param) {
+    std::string n = param.param.what;
+    for (char& c : n)
+      if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+    return n;
+  });
+
+TEST_F(Hub, JoinedClientSendingAnUnknownClassIsDroppedAndResigned) {
+  Fed& a = join();
+  Fed& b = join();
+  RawClient raw(port_);
+  const Bytes badInteraction = {17, 0, 0, 0, 7, 0xEE, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+  raw.send(joinThen(name_, badInteraction));
+  EXPECT_TRUE(raw.closedByPeer(seconds(5)));
+  a.send(numbered(5, 10));
+  ASSERT_TRUE(pumpUntil(*b.rti, *b.rec, 1));
+  feds_.clear();
+  EXPECT_NO_THROW(makeAmbassador()->destroyFederationExecution(url_)) << "the dropped client was not resigned";
+}
+
+class SlowSubscriber : public Hub {
+ protected:
+  std::vector<std::string> extraHubArgs() const override {
+    return {"--queue-limit", "65536", "--stall-timeout", "1"};
+  }
+};
+
+TEST_F(SlowSubscriber, IsDisconnectedWhileReadingSubscribersGetEverything) {
+  const std::uint32_t n = 20000;
+  auto counter = peer({"count", std::to_string(n)});
+  Fed& stuck = join(false, true);  // subscribes, never evokes
+  Fed& me = join(true, false);
+  const auto t0 = std::chrono::steady_clock::now();
+  for (std::uint32_t i = 0; i < n; ++i) me.send(numbered(i, 1024));
+  me.rti->evokeCallback(0.0);
+  std::string line;
+  ASSERT_TRUE(counter->waitForLine("received", line, seconds(30))) << counter->transcript();
+  EXPECT_EQ(line, "received " + std::to_string(n) + " ok");
+  EXPECT_LT(std::chrono::steady_clock::now() - t0, seconds(20));
+  EXPECT_TRUE(hub_->waitForLine("not reading", line, seconds(5))) << hub_->transcript();
+  EXPECT_THROW(stuck.rti->evokeMultipleCallbacks(0.5, 1.0 * 60), RTIinternalError);
+}
+
+TEST_F(Hub, StopsCleanlyOnSigtermAndFederatesSeeTheLoss) {
+  Fed& a = join();
+  hub_->kill(SIGTERM);
+  EXPECT_EQ(hub_->wait(seconds(10)), 0) << hub_->transcript();
+  hub_.reset();
+  const auto t0 = std::chrono::steady_clock::now();
+  EXPECT_THROW(
+    {
+      for (int i = 0; i < 100; ++i) a.rti->evokeMultipleCallbacks(0.01, 0.05);
+    },
+    RTIinternalError);
+  EXPECT_LT(std::chrono::steady_clock::now() - t0, seconds(5));
+  feds_.clear();  // resigning from a lost hub must not hang or throw out of a destructor
+}
+
+TEST(HubCommandLine, HelpNamesTheOptionsAndDefaultPort) {
+  if (!hubBuilt()) GTEST_SKIP();
+  ChildProcess help(vctest::binaryPath("rtihub"), {"--help"});
+  std::string all, line;
+  while (help.readLine(line, seconds(5))) all += line + "\n";
+  EXPECT_EQ(help.wait(seconds(5)), 0);
+  for (const char* word : {"--listen", "15160", "--queue-limit", "--stall-timeout", "SIGTERM", "127.0.0.1"})
+    EXPECT_NE(all.find(word), std::string::npos) << word;
+}
+
+TEST(HubCommandLine, RefusesBadArgumentsAndBusyPorts) {
+  if (!hubBuilt()) GTEST_SKIP();
+  for (std::vector<std::string> args : {std::vector<std::string>{"--listen", "nohostport"},
+                                        {"--listen", "127.0.0.1:70000"}, {"--bogus"}, {"--queue-limit", "12"}}) {
+    ChildProcess p(vctest::binaryPath("rtihub"), args, true);
+    EXPECT_EQ(p.wait(seconds(5)), 2) << args[0];
+  }
+  std::uint16_t port = 0;
+  auto first = vctest::startHub(port);
+  ChildProcess second(vctest::binaryPath("rtihub"), {"--listen", "127.0.0.1:" + std::to_string(port)}, true);
+  EXPECT_EQ(second.wait(seconds(5)), 1) << second.transcript();
+}
+
+}  // namespace

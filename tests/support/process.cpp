@@ -1,0 +1,180 @@
+#include "process.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace vctest {
+
+namespace {
+
+void closeFd(int& fd) {
+  if (fd >= 0) ::close(fd);
+  fd = -1;
+}
+
+}  // namespace
+
+ChildProcess::ChildProcess(const std::string& path, const std::vector<std::string>& args, bool mergeStderr) {
+  int in[2], out[2];
+  if (::pipe2(in, O_CLOEXEC) != 0) throw std::runtime_error("pipe: " + std::string(std::strerror(errno)));
+  if (::pipe2(out, O_CLOEXEC) != 0) {
+    ::close(in[0]);
+    ::close(in[1]);
+    throw std::runtime_error("pipe: " + std::string(std::strerror(errno)));
+  }
+  std::vector<std::string> argvStore;
+  argvStore.push_back(path);
+  argvStore.insert(argvStore.end(), args.begin(), args.end());
+  std::vector<char*> argv;
+  for (auto& a : argvStore) argv.push_back(a.data());
+  argv.push_back(nullptr);
+
+  pid_ = ::fork();
+  if (pid_ < 0) throw std::runtime_error("fork: " + std::string(std::strerror(errno)));
+  if (pid_ == 0) {
+    // Only async-signal-safe calls between fork and exec.
+    ::dup2(in[0], 0);
+    ::dup2(out[1], 1);
+    if (mergeStderr) ::dup2(out[1], 2);
+    ::execv(path.c_str(), argv.data());
+    const char msg[] = "exec failed\n";
+    (void)!::write(2, msg, sizeof msg - 1);
+    ::_exit(127);
+  }
+  ::close(in[0]);
+  ::close(out[1]);
+  stdinFd_ = in[1];
+  stdoutFd_ = out[0];
+  reader_ = std::thread([this] { collect(); });
+}
+
+ChildProcess::~ChildProcess() {
+  if (!reaped_ && pid_ > 0) {
+    ::kill(pid_, SIGKILL);
+    wait(std::chrono::seconds(10));
+  }
+  closeFd(stdinFd_);
+  if (reader_.joinable()) reader_.join();
+  closeFd(stdoutFd_);
+}
+
+void ChildProcess::collect() {
+  std::string partial;
+  char buf[4096];
+  for (;;) {
+    ssize_t n = ::read(stdoutFd_, buf, sizeof buf);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) break;
+    std::lock_guard<std::mutex> lock(mu_);
+    for (ssize_t i = 0; i < n; ++i) {
+      if (buf[i] == '\n') {
+        lines_.push_back(partial);
+        transcript_ += partial + "\n";
+        partial.clear();
+      } else {
+        partial += buf[i];
+      }
+    }
+    cv_.notify_all();
+  }
+  std::lock_guard<std::mutex> lock(mu_);
+  if (!partial.empty()) {
+    lines_.push_back(partial);
+    transcript_ += partial + "\n";
+  }
+  eof_ = true;
+  cv_.notify_all();
+}
+
+bool ChildProcess::readLine(std::string& line, std::chrono::milliseconds timeout) {
+  std::unique_lock<std::mutex> lock(mu_);
+  if (!cv_.wait_for(lock, timeout, [&] { return !lines_.empty() || eof_; })) return false;
+  if (lines_.empty()) return false;
+  line = std::move(lines_.front());
+  lines_.pop_front();
+  return true;
+}
+
+bool ChildProcess::waitForLine(const std::string& text, std::string& line, std::chrono::milliseconds timeout) {
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
+  for (;;) {
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    if (left.count() < 0 || !readLine(line, left)) return false;
+    if (line.find(text) != std::string::npos) return true;
+  }
+}
+
+std::string ChildProcess::transcript() const {
+  std::lock_guard<std::mutex> lock(mu_);
+  return transcript_;
+}
+
+bool ChildProcess::writeLine(const std::string& line) {
+  if (stdinFd_ < 0) return false;
+  const std::string data = line + "\n";
+  std::size_t done = 0;
+  while (done < data.size()) {
+    // MSG_NOSIGNAL does not apply to pipes; a closed reader must not kill the test.
+    struct sigaction ignore {}, old {};
+    ignore.sa_handler = SIG_IGN;
+    ::sigaction(SIGPIPE, &ignore, &old);
+    ssize_t n = ::write(stdinFd_, data.data() + done, data.size() - done);
+    ::sigaction(SIGPIPE, &old, nullptr);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) return false;
+    done += static_cast<std::size_t>(n);
+  }
+  return true;
+}
+
+void ChildProcess::closeStdin() { closeFd(stdinFd_); }
+
+void ChildProcess::kill(int signal) {
+  if (!reaped_ && pid_ > 0) ::kill(pid_, signal);
+}
+
+int ChildProcess::wait(std::chrono::milliseconds timeout) {
+  if (reaped_) return status_;
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
+  for (;;) {
+    int st = 0;
+    pid_t r = ::waitpid(pid_, &st, WNOHANG);
+    if (r == pid_) {
+      reaped_ = true;
+      status_ = WIFEXITED(st) ? WEXITSTATUS(st) : WIFSIGNALED(st) ? 128 + WTERMSIG(st) : -1;
+      return status_;
+    }
+    if (r < 0 && errno != EINTR) return -1;
+    if (std::chrono::steady_clock::now() >= deadline) return -1;
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+}
+
+bool ChildProcess::running() { return wait(std::chrono::milliseconds(0)) == -1 && !reaped_; }
+
+std::string binaryPath(const std::string& name) { return std::string(VC_BINARY_DIR) + "/bin/" + name; }
+
+std::unique_ptr<ChildProcess> startHub(std::uint16_t& port, const std::vector<std::string>& extraArgs) {
+  std::vector<std::string> args{"--listen", "127.0.0.1:0"};
+  args.insert(args.end(), extraArgs.begin(), extraArgs.end());
+  auto hub = std::make_unique<ChildProcess>(binaryPath("rtihub"), args, true);
+  std::string line;
+  const std::string marker = "rtihub listening on 127.0.0.1:";
+  if (!hub->waitForLine(marker, line, std::chrono::seconds(10)))
+    throw std::runtime_error("rtihub did not start:\n" + hub->transcript());
+  port = static_cast<std::uint16_t>(std::stoul(line.substr(line.find(marker) + marker.size())));
+  return hub;
+}
+
+std::string hubUrl(std::uint16_t port, const std::string& federation) {
+  return "rti://127.0.0.1:" + std::to_string(port) + "/" + federation;
+}
+
+}  // namespace vctest

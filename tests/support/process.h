@@ -1,0 +1,85 @@
+#pragma once
+// Child processes for end-to-end tests: start an executable, follow its output line by
+// line, talk to its stdin, stop it. Every wait takes a timeout, so a hung child fails a
+// test instead of hanging the suite.
+//
+//   ChildProcess hub = startHub(port);               // rtihub on 127.0.0.1, free port
+//   ChildProcess peer(binaryPath("rti_peer"), {hubUrl(port, "Fed"), VC_FDD_FILE, "echo"});
+//   std::string line;
+//   ASSERT_TRUE(peer.readLine(line, std::chrono::seconds(5)));
+//   peer.writeLine("go");
+//   peer.kill(SIGKILL);
+//   int status = peer.wait(std::chrono::seconds(5));
+#include <sys/types.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace vctest {
+
+class ChildProcess {
+ public:
+  // Starts `path` with `args`. Its stdout (and stderr too when mergeStderr is set) is
+  // collected line by line in the background, so the child never blocks on a full pipe;
+  // otherwise stderr goes to the test's stderr. Throws std::runtime_error on failure.
+  ChildProcess(const std::string& path, const std::vector<std::string>& args, bool mergeStderr = false);
+  // Kills the child (SIGKILL) if it still runs, and reaps it.
+  ~ChildProcess();
+  ChildProcess(const ChildProcess&) = delete;
+  ChildProcess& operator=(const ChildProcess&) = delete;
+
+  pid_t pid() const { return pid_; }
+
+  // Next output line (without its newline). False on timeout, or at end of output.
+  bool readLine(std::string& line, std::chrono::milliseconds timeout);
+  // Skips lines until one that contains `text`; returns it in `line`. False on timeout or
+  // end of output.
+  bool waitForLine(const std::string& text, std::string& line, std::chrono::milliseconds timeout);
+  // Every line read so far (consumed or not), for failure messages.
+  std::string transcript() const;
+
+  // Writes `line` and a newline to the child's stdin; false when the child closed it.
+  bool writeLine(const std::string& line);
+  void closeStdin();
+
+  void kill(int signal);
+  // Waits for the child to end. Returns its exit code, 128 + the signal that ended it, or
+  // -1 on timeout (the child is left running).
+  int wait(std::chrono::milliseconds timeout);
+  bool running();
+
+ private:
+  void collect();
+
+  pid_t pid_ = -1;
+  int stdinFd_ = -1;
+  int stdoutFd_ = -1;
+  int status_ = -1;
+  bool reaped_ = false;
+  std::thread reader_;
+  mutable std::mutex mu_;
+  std::condition_variable cv_;
+  std::deque<std::string> lines_;
+  std::string transcript_;
+  bool eof_ = false;
+};
+
+// ${VC_BINARY_DIR}/bin/<name>: where the build puts executables.
+std::string binaryPath(const std::string& name);
+
+// Starts rtihub on 127.0.0.1 with a port the system picks, reads the port back from its
+// "rtihub listening on" line, and returns the running hub (stderr merged into its lines).
+// Throws std::runtime_error when it does not come up within a few seconds.
+std::unique_ptr<ChildProcess> startHub(std::uint16_t& port, const std::vector<std::string>& extraArgs = {});
+
+// "rti://127.0.0.1:<port>/<federation>"
+std::string hubUrl(std::uint16_t port, const std::string& federation);
+
+}  // namespace vctest
