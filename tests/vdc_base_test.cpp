@@ -99,6 +99,17 @@ TEST(DrawHeader, InternalTextEndsThePdu) {
   EXPECT_EQ(pdu.internalText(0x7FFFFFFF, 200), "z");
 }
 
+TEST(DrawHeader, CopiesOwnTheirBytes) {
+  DtVdcLayerPdu original;
+  original.setName("first");
+  DtVdcLayerPdu copy(original);
+  original.setName("second");
+  EXPECT_EQ(copy.name(), "first");
+  EXPECT_EQ(copy.length(), 177);
+  copy = original;
+  EXPECT_EQ(copy.name(), "second");
+}
+
 TEST(DrawHeader, TypeNames) {
   EXPECT_STREQ(DtVistrelDrawControlPdu::typeString(2489), "DtVdcUndefined");
   EXPECT_STREQ(DtVistrelDrawControlPdu::typeString(2515), "DtVdcCommandRemoveFromLayer");
