@@ -42,104 +42,92 @@ void DtVdcAttachablePdu::setAttachmentType(DtVcObjectAttachment kind) {
   writeU8(layout(*this).kind, static_cast<unsigned int>(kind));
 }
 
+namespace {
 // Each attachTo writes the kind and the anchors it names and leaves the other anchors,
 // so a later kind can fall back on them.
-
-void DtVdcAttachablePdu::attachTo(const char* percent) {
-  setAttachmentType(DtVcObjectNoAttach);
+void writeAnchor(DtVdcAttachablePdu& pdu, int i, const DtVector64& position) {
+  pdu.writeVector64(layout(pdu).position[i], position);
+}
+void writeAnchor(DtVdcAttachablePdu& pdu, int i, DtNetU32 objectId) {
+  pdu.writeU32(layout(pdu).objectId[i], objectId);
+}
+void writeAnchor(DtVdcAttachablePdu& pdu, int i, const DtString& entity) {
+  pdu.writeDesignator(layout(pdu).entity[i], entity);
+}
+// A screen position in percent sets x and y only.
+void writeAnchor(DtVdcAttachablePdu& pdu, int i, const char* percent) {
   if (!percent) return;
-  size_t at = layout(*this).position[0];
-  writeFloat64(at, screenFraction(percent[0]));
-  writeFloat64(at + 8, screenFraction(percent[1]));
+  size_t at = layout(pdu).position[i];
+  pdu.writeFloat64(at, screenFraction(percent[0]));
+  pdu.writeFloat64(at + 8, screenFraction(percent[1]));
 }
 
+template <typename First>
+void attach(DtVdcAttachablePdu& pdu, DtVdcAttachablePdu::DtVcObjectAttachment kind,
+            const First& first) {
+  pdu.setAttachmentType(kind);
+  writeAnchor(pdu, 0, first);
+}
+template <typename First, typename Second>
+void attach(DtVdcAttachablePdu& pdu, DtVdcAttachablePdu::DtVcObjectAttachment kind,
+            const First& first, const Second& second) {
+  attach(pdu, kind, first);
+  writeAnchor(pdu, 1, second);
+}
+}  // namespace
+
+void DtVdcAttachablePdu::attachTo(const char* percent) { attach(*this, DtVcObjectNoAttach, percent); }
+
 void DtVdcAttachablePdu::attachTo(const char* percent1, const char* percent2) {
-  const vdclayout::Attachable& l = layout(*this);
-  setAttachmentType(DtVcObjectNoAttachNoAttach);
-  const char* percent[2] = {percent1, percent2};
-  for (int i = 0; i < 2; ++i) {
-    if (!percent[i]) continue;
-    writeFloat64(l.position[i], screenFraction(percent[i][0]));
-    writeFloat64(l.position[i] + 8, screenFraction(percent[i][1]));
-  }
+  attach(*this, DtVcObjectNoAttachNoAttach, percent1, percent2);
 }
 
 void DtVdcAttachablePdu::attachTo(const DtVector64& position) {
-  setAttachmentType(DtVcObjectNoAttach);
-  writeVector64(layout(*this).position[0], position);
+  attach(*this, DtVcObjectNoAttach, position);
 }
 
 void DtVdcAttachablePdu::attachTo(DtNetU32 objectId) {
-  setAttachmentType(DtVcObjectAttachedToObject);
-  writeU32(layout(*this).objectId[0], objectId);
+  attach(*this, DtVcObjectAttachedToObject, objectId);
 }
 
 void DtVdcAttachablePdu::attachTo(const DtString& entity) {
-  setAttachmentType(DtVcObjectAttachedToEntity);
-  writeDesignator(layout(*this).entity[0], entity);
+  attach(*this, DtVcObjectAttachedToEntity, entity);
 }
 
 void DtVdcAttachablePdu::attachTo(DtNetU32 objectId1, DtNetU32 objectId2) {
-  const vdclayout::Attachable& l = layout(*this);
-  setAttachmentType(DtVcObjectAttachedToObjectObject);
-  writeU32(l.objectId[0], objectId1);
-  writeU32(l.objectId[1], objectId2);
+  attach(*this, DtVcObjectAttachedToObjectObject, objectId1, objectId2);
 }
 
 void DtVdcAttachablePdu::attachTo(const DtString& entity1, const DtString& entity2) {
-  const vdclayout::Attachable& l = layout(*this);
-  setAttachmentType(DtVcObjectAttachedToEntityEntity);
-  writeDesignator(l.entity[0], entity1);
-  writeDesignator(l.entity[1], entity2);
+  attach(*this, DtVcObjectAttachedToEntityEntity, entity1, entity2);
 }
 
 void DtVdcAttachablePdu::attachTo(const DtVector64& position1, const DtVector64& position2) {
-  const vdclayout::Attachable& l = layout(*this);
-  setAttachmentType(DtVcObjectNoAttachNoAttach);
-  writeVector64(l.position[0], position1);
-  writeVector64(l.position[1], position2);
+  attach(*this, DtVcObjectNoAttachNoAttach, position1, position2);
 }
 
 void DtVdcAttachablePdu::attachTo(const DtString& entity1, DtNetU32 objectId2) {
-  const vdclayout::Attachable& l = layout(*this);
-  setAttachmentType(DtVcObjectAttachedToEntityObject);
-  writeDesignator(l.entity[0], entity1);
-  writeU32(l.objectId[1], objectId2);
+  attach(*this, DtVcObjectAttachedToEntityObject, entity1, objectId2);
 }
 
 void DtVdcAttachablePdu::attachTo(DtNetU32 objectId1, const DtString& entity2) {
-  const vdclayout::Attachable& l = layout(*this);
-  setAttachmentType(DtVcObjectAttachedToObjectEntity);
-  writeU32(l.objectId[0], objectId1);
-  writeDesignator(l.entity[1], entity2);
+  attach(*this, DtVcObjectAttachedToObjectEntity, objectId1, entity2);
 }
 
 void DtVdcAttachablePdu::attachTo(const DtString& entity1, const DtVector64& position2) {
-  const vdclayout::Attachable& l = layout(*this);
-  setAttachmentType(DtVcObjectAttachedToEntityNoAttach);
-  writeDesignator(l.entity[0], entity1);
-  writeVector64(l.position[1], position2);
+  attach(*this, DtVcObjectAttachedToEntityNoAttach, entity1, position2);
 }
 
 void DtVdcAttachablePdu::attachTo(const DtVector64& position1, const DtString& entity2) {
-  const vdclayout::Attachable& l = layout(*this);
-  setAttachmentType(DtVcObjectAttachedToNoAttachEntity);
-  writeVector64(l.position[0], position1);
-  writeDesignator(l.entity[1], entity2);
+  attach(*this, DtVcObjectAttachedToNoAttachEntity, position1, entity2);
 }
 
 void DtVdcAttachablePdu::attachTo(DtNetU32 objectId1, const DtVector64& position2) {
-  const vdclayout::Attachable& l = layout(*this);
-  setAttachmentType(DtVcObjectAttachedToObjectNoAttach);
-  writeU32(l.objectId[0], objectId1);
-  writeVector64(l.position[1], position2);
+  attach(*this, DtVcObjectAttachedToObjectNoAttach, objectId1, position2);
 }
 
 void DtVdcAttachablePdu::attachTo(const DtVector64& position1, DtNetU32 objectId2) {
-  const vdclayout::Attachable& l = layout(*this);
-  setAttachmentType(DtVcObjectAttachedToNoAttachObject);
-  writeVector64(l.position[0], position1);
-  writeU32(l.objectId[1], objectId2);
+  attach(*this, DtVcObjectAttachedToNoAttachObject, position1, objectId2);
 }
 
 namespace {

@@ -18,21 +18,18 @@ struct LineLayout {
 };
 
 constexpr const vdclayout::Attachable& kAttachableV0 = vdclayout::kAttachable.v0;
-constexpr size_t kRecord[kFieldCount] = {0, 4, 8, 12, 13};
 
-// Version 0 had no segment records in a single line: its one segment is made of the
-// attachable colour, the flag byte's style bits and the relative location.
+// Segment records: colour, pattern, thickness, style byte, percentage at 0, 4, 8, 12, 13.
+// Version 0 had no records in a single line: its one segment is made of the attachable
+// colour, the flag byte's style bits and the relative location.
 constexpr vdclayout::Versions<LineLayout> kLine = {
-    {384, 388, 389, 392, 16, {kRecord[0], kRecord[1], kRecord[2], kRecord[3], kRecord[4]}, 392,
-     392},
+    {384, 388, 389, 392, 16, {0, 4, 8, 12, 13}, 392, 392},
     {0, 0, 0, 0, 0,
      {kAttachableV0.color, 376, 380, kAttachableV0.flags, kAttachableV0.relativeLocation},
      kAttachableV0.color, kAttachableV0.color}};
 // A segmented version-0 line keeps its colours in the records only, so the line-wide
 // colour setter has nothing to write.
-constexpr LineLayout kSegmentedV0 = {
-    376, 0, 0, 388, 16, {kRecord[0], kRecord[1], kRecord[2], kRecord[3], kRecord[4]},
-    kAttachableV0.color, 0};
+constexpr LineLayout kSegmentedV0 = {376, 0, 0, 388, 16, {0, 4, 8, 12, 13}, kAttachableV0.color, 0};
 
 constexpr unsigned int kArrowBits = 0x03;
 constexpr unsigned int kAppearanceBit = 0x08;
