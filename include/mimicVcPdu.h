@@ -39,7 +39,8 @@ class DT_EXPORT DtMimicVCPdu : public DtVistrelControlPdu {
 };
 
 /// DtOffsetMimicVCPdu (command 4) asks for mimic mode with the offset applied. Only the
-/// command differs: body, text forms and dump are the mimic's.
+/// command differs: body, text forms and dump are the mimic's. Both constructors set the
+/// command (received bytes keep their status form, 504).
 class DT_EXPORT DtOffsetMimicVCPdu : public DtMimicVCPdu {
  public:
   explicit DtOffsetMimicVCPdu(DtBufferPlaceHolder* holder = nullptr);

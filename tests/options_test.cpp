@@ -40,9 +40,15 @@ TEST(Options, EachSetterWritesItsFieldAndBit) {
     std::function<void(DtOptionsPdu&)> set;
     Check onWire;
   };
-  auto f64 = [](size_t o, double v) { return Check([=](const char* b) { return wire::f64(b, o) == v; }); };
-  auto f32 = [](size_t o, float v) { return Check([=](const char* b) { return wire::f32(b, o) == v; }); };
-  auto u32 = [](size_t o, uint32_t v) { return Check([=](const char* b) { return wire::u32(b, o) == v; }); };
+  auto f64 = [](size_t o, double v) {
+    return Check([=](const char* b) { return wire::f64(b, o) == v; });
+  };
+  auto f32 = [](size_t o, float v) {
+    return Check([=](const char* b) { return wire::f32(b, o) == v; });
+  };
+  auto u32 = [](size_t o, uint32_t v) {
+    return Check([=](const char* b) { return wire::u32(b, o) == v; });
+  };
   auto u8 = [](size_t o) { return Check([=](const char* b) { return wire::u8(b, o) == 1; }); };
   auto text = [](size_t o, size_t w, const char* v) {
     return Check([=](const char* b) { return wire::text(b, o, w) == v; });
@@ -257,23 +263,72 @@ TEST(OptionsDump, EveryOptionInOrder) {
   for (int k = 0; k < 128; ++k) pdu.setOptionPresent(static_cast<DtVistrelOption>(k));
   pdu.setVideoCaptureCommand(static_cast<DtOptionsPdu::DtVistrelControlVideoCaptureCommand>(9));
   const char* labels[] = {
-      "Overlay:", "LocatorRange:", "Smoothing:", "SmoothingPeriod:", "Sound:", "EntityLabels:",
-      "TrailingEffects:", "TrajectoryHistory:", "Recording:", "Show Aggregates:", "AggregateLevel",
-      "AggregateHighestOnly:", "AggregatesAltitudeControlled:", "NestedAggregates:",
-      "NestedEntities:", "GroundClamping:", "ClampRange:", "FollowGround:",
-      "ConstrainWithFloor:", "Floor:", "TimeOfDay:", "NearClip:", "FarClip:", "Fov:", "Fog:",
-      "NearFog:", "FarFog:", "Texture:", "DatabaseToLoad:", "Date:", "Turn rate:", "Step size:",
-      "Increment stepsize\n", "Decrement stepsize\n", "Increment turnrate\n",
-      "Decrement turnrate\n", "XR enabled:", "HAT labels enabled:", "Cycle to next model set.\n",
-      "Cycle to previous texture set.\n", "Current model set:",
-      "Cycle to previous texture set.\n", "Cycle to next texture set.\n", "Current texture set:",
-      "Terrain scale:", "Object scale:", "Exit vistrel.\n", "Sky Dome:", "Clouds:", "Mirroring:",
-      "MirrorMessageEveryFrame:", "Broadcasting:", "Clustering Labels:",
-      "Tactical Graphics Labels:", "Tactical Graphics:", "Show Emitters:",
+      "Overlay:",
+      "LocatorRange:",
+      "Smoothing:",
+      "SmoothingPeriod:",
+      "Sound:",
+      "EntityLabels:",
+      "TrailingEffects:",
+      "TrajectoryHistory:",
+      "Recording:",
+      "Show Aggregates:",
+      "AggregateLevel",
+      "AggregateHighestOnly:",
+      "AggregatesAltitudeControlled:",
+      "NestedAggregates:",
+      "NestedEntities:",
+      "GroundClamping:",
+      "ClampRange:",
+      "FollowGround:",
+      "ConstrainWithFloor:",
+      "Floor:",
+      "TimeOfDay:",
+      "NearClip:",
+      "FarClip:",
+      "Fov:",
+      "Fog:",
+      "NearFog:",
+      "FarFog:",
+      "Texture:",
+      "DatabaseToLoad:",
+      "Date:",
+      "Turn rate:",
+      "Step size:",
+      "Increment stepsize\n",
+      "Decrement stepsize\n",
+      "Increment turnrate\n",
+      "Decrement turnrate\n",
+      "XR enabled:",
+      "HAT labels enabled:",
+      "Cycle to next model set.\n",
+      "Cycle to previous texture set.\n",
+      "Current model set:",
+      "Cycle to previous texture set.\n",
+      "Cycle to next texture set.\n",
+      "Current texture set:",
+      "Terrain scale:",
+      "Object scale:",
+      "Exit vistrel.\n",
+      "Sky Dome:",
+      "Clouds:",
+      "Mirroring:",
+      "MirrorMessageEveryFrame:",
+      "Broadcasting:",
+      "Clustering Labels:",
+      "Tactical Graphics Labels:",
+      "Tactical Graphics:",
+      "Show Emitters:",
       "Video Capture Command: \n",  // a command outside the table prints no text
-      "Video Capture Filename:", "Video Capture Directory:", "Video Capture Filename Base:",
-      "Video Capture Record Insets:", "Video Capture FPS:", "Constrained To All:",
-      "Blocked Distance:", "Use Near Clip For Blocked Distance:", "Feature Filename:",
+      "Video Capture Filename:",
+      "Video Capture Directory:",
+      "Video Capture Filename Base:",
+      "Video Capture Record Insets:",
+      "Video Capture FPS:",
+      "Constrained To All:",
+      "Blocked Distance:",
+      "Use Near Clip For Blocked Distance:",
+      "Feature Filename:",
       "Feature Command: Load Features\n"};
   std::string dump = bodyDumpOf(pdu);
   size_t at = 0;

@@ -148,8 +148,8 @@ TEST(CreationRoundTrip, EveryClassComesBackWithItsBytes) {
 TEST(CreationRoundTrip, StatusFormsKeepTheirCommand) {
   for (const ClassCase& c : classes()) {
     SCOPED_TRACE(c.command);
-    std::vector<unsigned char> bytes = wire::controlPdu(static_cast<uint32_t>(c.command + 500),
-                                                        static_cast<size_t>(c.length));
+    std::vector<unsigned char> bytes =
+        wire::controlPdu(static_cast<uint32_t>(c.command + 500), static_cast<size_t>(c.length));
     PduPtr got(DtVistrelControlPdu::createFromNet(header(bytes)));
     ASSERT_TRUE(got);
     bool hasStatusForm = c.command != 11 && c.command != 13;

@@ -185,10 +185,12 @@ TEST(Mimic, OffsetMimicDiffersOnlyInItsCommand) {
   }
   EXPECT_STREQ(offset.string(), mimic.string());
   EXPECT_EQ(dumpOf(offset), dumpOf(mimic));
-  std::vector<unsigned char> bytes = wire::controlPdu(4, 244);
+  std::vector<unsigned char> bytes = wire::controlPdu(3, 244);
   DtOffsetMimicVCPdu received(raw(bytes), nullptr, nullptr);
-  EXPECT_EQ(received.viewerCommand(), 4);
+  EXPECT_EQ(wire::u16(received.packet(), 146), 4u);
   EXPECT_EQ(received.length(), 244);
+  wire::put16(bytes, 146, 504);
+  EXPECT_EQ(DtOffsetMimicVCPdu(raw(bytes), nullptr, nullptr).viewerCommand(), 504);
 }
 
 TEST(Track, LayoutDumpAndText) {
@@ -283,7 +285,11 @@ void checkTwoEntityPdu(int command) {
   EXPECT_EQ(shortPdu.trackMarkingText(), "");
 }
 
-TEST(TwoEntity, TetherTrack) { checkTwoEntityPdu<DtTetherTrackVCPdu>(7); }
-TEST(TwoEntity, MimicTrack) { checkTwoEntityPdu<DtMimicTrackVCPdu>(8); }
+TEST(TwoEntity, TetherTrack) {
+  checkTwoEntityPdu<DtTetherTrackVCPdu>(7);
+}
+TEST(TwoEntity, MimicTrack) {
+  checkTwoEntityPdu<DtMimicTrackVCPdu>(8);
+}
 
 }  // namespace

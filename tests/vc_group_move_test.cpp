@@ -113,8 +113,7 @@ TEST(GroupLists, HostileCountsStayBounded) {
   wire::putText(bytes, 188, "only");
   DtGroupVCPdu pdu(raw(bytes), nullptr, nullptr);
   std::string dump = bodyDumpOf(pdu);
-  EXPECT_NE(dump.find("NumToRemove: 2147483647\n only\nNumToAdd: 2147483647\n"),
-            std::string::npos);
+  EXPECT_NE(dump.find("NumToRemove: 2147483647\n only\nNumToAdd: 2147483647\n"), std::string::npos);
   EXPECT_LE(std::string(pdu.string()).size(), 399u);
   EXPECT_EQ(pdu.entityToAdd(1000000), "");
   pdu.setNumEntitiesToAdd(0x7FFFFFFF);
@@ -157,11 +156,9 @@ TEST(GroupText, WritesNumbersThenNames) {
   pdu.setEntityToRemove(0, "r1");
   pdu.setEntityToAdd(0, "a1");
   pdu.setEntityToAdd(1, "a2");
-  EXPECT_STREQ(pdu.string(),
-               "1 1 2 2.500000 0.000000 0.000000 0.000000 0.000000  r1 a1 a2");
+  EXPECT_STREQ(pdu.string(), "1 1 2 2.500000 0.000000 0.000000 0.000000 0.000000  r1 a1 a2");
   pdu.setEntityToAdd(1, "a 2");
-  EXPECT_STREQ(pdu.string(),
-               "1 1 2 2.500000 0.000000 0.000000 0.000000 0.000000 ,r1,a1,a 2");
+  EXPECT_STREQ(pdu.string(), "1 1 2 2.500000 0.000000 0.000000 0.000000 0.000000 ,r1,a1,a 2");
 }
 
 TEST(GroupText, ReadsNamesButNeverTheGroupCommand) {
@@ -265,7 +262,8 @@ TEST(Move, DumpAndText) {
             "Move Direction: FORWARDS\n"
             "Position: {1.000000, 2.000000, 3.000000}\n");
   pdu.setTurn(static_cast<DtMoveVCPdu::Direction>(7));
-  EXPECT_EQ(bodyDumpOf(pdu), "Move Direction: FORWARDS\nPosition: {1.000000, 2.000000, 3.000000}\n");
+  EXPECT_EQ(bodyDumpOf(pdu),
+            "Move Direction: FORWARDS\nPosition: {1.000000, 2.000000, 3.000000}\n");
 
   EXPECT_STREQ(pdu.string(), "7 4 1.000000 2.000000 3.000000");
   pdu.setOrientation(DtTaitBryan(1, 1, 1));

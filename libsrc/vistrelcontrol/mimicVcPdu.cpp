@@ -76,6 +76,12 @@ DtOffsetMimicVCPdu::DtOffsetMimicVCPdu(DtBufferPlaceHolder* holder) : DtMimicVCP
 
 DtOffsetMimicVCPdu::DtOffsetMimicVCPdu(const DtNetViewControlPdu* bytes,
                                        DtBufferPlaceHolder* holder, DtPduFactory* factory)
-    : DtMimicVCPdu(bytes, holder, factory) {}
+    : DtMimicVCPdu(bytes, holder, factory) {
+  // Only the command tells an offset mimic from a mimic, so bytes wrapped as one say so;
+  // a viewer's status report stays a status report.
+  bool status = statusCommand();
+  setViewerCommand(DtVcOffsetMimic);
+  setStatusCommand(status);
+}
 
 DtOffsetMimicVCPdu::~DtOffsetMimicVCPdu() = default;

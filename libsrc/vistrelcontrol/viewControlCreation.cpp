@@ -36,20 +36,20 @@ struct ViewControlRow {
 
 // Indexed by command 0..14.
 const ViewControlRow kRows[] = {
-    {wrap<DtAbsoluteVCPdu>, fresh<DtAbsoluteVCPdu>, true},  // 0 absolute
-    {wrap<DtTetherVCPdu>, fresh<DtTetherVCPdu>, true},            // 1 tether
-    {wrap<DtCompassVCPdu>, fresh<DtCompassVCPdu>, true},          // 2 compass
-    {wrap<DtMimicVCPdu>, fresh<DtMimicVCPdu>, true},              // 3 mimic
-    {wrap<DtOffsetMimicVCPdu>, fresh<DtOffsetMimicVCPdu>, true},  // 4 offset mimic
-    {wrap<DtOrbitVCPdu>, fresh<DtOrbitVCPdu>, true},              // 5 orbit
-    {wrap<DtTrackVCPdu>, fresh<DtTrackVCPdu>, true},              // 6 track
-    {wrap<DtTetherTrackVCPdu>, fresh<DtTetherTrackVCPdu>, true},  // 7 tether-track
-    {wrap<DtMimicTrackVCPdu>, fresh<DtMimicTrackVCPdu>, true},    // 8 mimic-track
-    {wrap<DtGroupVCPdu>, fresh<DtGroupVCPdu>, true},              // 9 group
-    {wrap<DtModelessVCPdu>, nullptr, true},                       // 10 modeless
-    {wrap<DtOptionsPdu>, fresh<DtOptionsPdu>, false},             // 11 options
-    {wrap<DtPivotVCPdu>, fresh<DtPivotVCPdu>, true},              // 12 pivot
-    {wrap<DtMoveVCPdu>, fresh<DtMoveVCPdu>, false},               // 13 move
+    {wrap<DtAbsoluteVCPdu>, fresh<DtAbsoluteVCPdu>, true},           // 0 absolute
+    {wrap<DtTetherVCPdu>, fresh<DtTetherVCPdu>, true},               // 1 tether
+    {wrap<DtCompassVCPdu>, fresh<DtCompassVCPdu>, true},             // 2 compass
+    {wrap<DtMimicVCPdu>, fresh<DtMimicVCPdu>, true},                 // 3 mimic
+    {wrap<DtOffsetMimicVCPdu>, fresh<DtOffsetMimicVCPdu>, true},     // 4 offset mimic
+    {wrap<DtOrbitVCPdu>, fresh<DtOrbitVCPdu>, true},                 // 5 orbit
+    {wrap<DtTrackVCPdu>, fresh<DtTrackVCPdu>, true},                 // 6 track
+    {wrap<DtTetherTrackVCPdu>, fresh<DtTetherTrackVCPdu>, true},     // 7 tether-track
+    {wrap<DtMimicTrackVCPdu>, fresh<DtMimicTrackVCPdu>, true},       // 8 mimic-track
+    {wrap<DtGroupVCPdu>, fresh<DtGroupVCPdu>, true},                 // 9 group
+    {wrap<DtModelessVCPdu>, nullptr, true},                          // 10 modeless
+    {wrap<DtOptionsPdu>, fresh<DtOptionsPdu>, false},                // 11 options
+    {wrap<DtPivotVCPdu>, fresh<DtPivotVCPdu>, true},                 // 12 pivot
+    {wrap<DtMoveVCPdu>, fresh<DtMoveVCPdu>, false},                  // 13 move
     {wrap<DtRequestStateVCPdu>, fresh<DtRequestStateVCPdu>, false},  // 14 request state
 };
 constexpr int kRowCount = sizeof(kRows) / sizeof(kRows[0]);
