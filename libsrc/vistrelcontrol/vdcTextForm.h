@@ -3,7 +3,6 @@
 // counting blanks in the whole line, which the viewers' tools rely on, so the counts are
 // fixed numbers and do not follow the writers.
 #include <cstring>
-#include <string>
 
 #include "vistrelControlPdu.h"
 
