@@ -1,0 +1,14 @@
+#pragma once
+#include "dtInteraction.h"
+
+/// DtVistrelControlEncoder puts the held PDU's bytes into the "ViewControlPdu" parameter.
+class DT_EXPORT DtVistrelControlEncoder : public DtInteractionEncoder {
+ public:
+  DtVistrelControlEncoder(DtExerciseConn* conn, DtInterClassDesc* classDesc);
+  ~DtVistrelControlEncoder() override;
+
+  /// Adds the PDU's bytes (exactly its length) under `handle`; nothing for an empty
+  /// interaction.
+  static void encodeViewControlPdu(const DtInteraction* inter, rti1516::ParameterHandleValueMap& values,
+                                   rti1516::ParameterHandle handle);
+};

@@ -1,0 +1,22 @@
+#include "hVistrelControlDecoder.h"
+
+#include "hVistrelControlInter.h"
+
+DtVistrelControlDecoder::DtVistrelControlDecoder(DtExerciseConn* conn, DtInterClassDesc* classDesc)
+    : DtInteractionDecoder(conn, classDesc) {
+  addParameterDecoder("ViewControlPdu", &DtVistrelControlDecoder::decodeViewControlPdu);
+}
+
+DtVistrelControlDecoder::~DtVistrelControlDecoder() = default;
+
+void DtVistrelControlDecoder::decodeViewControlPdu(DtInteraction* inter,
+                                                   const rti1516::ParameterHandleValueMap& values,
+                                                   rti1516::ParameterHandle handle) {
+  auto* vc = dynamic_cast<DtVistrelControlInteraction*>(inter);
+  auto it = values.find(handle);
+  if (!vc || it == values.end()) return;
+  // The PDU made from the shared buffer takes its own copy, so the buffer is free again
+  // for the next decode.
+  if (char* bytes = DtInteractionDecoder::pduBuffer(it->second))
+    vc->setFromNetPacket(reinterpret_cast<const DtNetPduHeader*>(bytes));
+}

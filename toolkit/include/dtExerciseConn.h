@@ -1,0 +1,142 @@
+#pragma once
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <RTI/Handle.h>
+#include <RTI/Typedefs.h>
+
+#include "dtExport.h"
+#include "dtInteraction.h"
+#include "dtString.h"
+
+namespace rti1516 {
+class RTIambassador;
+}
+
+/// How building a connection went.
+struct DT_EXPORT DtExerciseConnStatus {
+  bool ok = false;
+  DtString message;
+};
+
+/// DtExerciseConn is the application's connection to one federation execution: it
+/// creates or joins the federation (by URL: "thread://Name" inside the process,
+/// "rti://host:port/Name" through a hub, or a plain name for the hub on this host), maps
+/// interaction classes through its FOM mapper, keeps the decoder, encoder and
+/// interaction-creator tables and the callbacks per class, sends interactions, and,
+/// when the application calls drainInput(), decodes what arrived and calls the
+/// callbacks. It starts no thread: everything happens inside the application's calls.
+class DT_EXPORT DtExerciseConn {
+ public:
+  using Callback = void (*)(DtInteraction* inter, void* usr);
+  using Creator = DtInteraction* (*)();
+  /// Most RTI callbacks that one drainInput() call processes.
+  static constexpr int kMaxCallbacksPerDrain = 100000;
+
+  /// Joins `execName` as `federateName` with the given FDD file. A null mapper means the
+  /// connection's own default mapper.
+  DtExerciseConn(const char* execName, const char* federateName, DtFomMapper* mapper,
+                 const char* fedFileName, DtExerciseConnStatus* status = nullptr);
+  /// The same with the mapper named by `fomMapperName` ("" or null: the default one) and
+  /// its initialisation data.
+  DtExerciseConn(const char* execName, const char* federateName, const char* fomMapperName,
+                 const char* fedFileName, void* fomMapperData,
+                 DtExerciseConnStatus* status = nullptr);
+  /// Resigns from the federation (and destroys it when this was the last federate).
+  virtual ~DtExerciseConn();
+  DtExerciseConn(const DtExerciseConn&) = delete;
+  DtExerciseConn& operator=(const DtExerciseConn&) = delete;
+
+  /// True while joined; false after a failed join or once the connection was lost.
+  bool connected() const { return joined_ && !lost_; }
+  /// The reason the connection failed or was lost; empty while all is well.
+  const DtString& errorText() const { return error_; }
+  /// The connection's identity: its federate name.
+  const char* identity() const { return federateName_.c_str(); }
+  const char* execName() const { return execName_.c_str(); }
+
+  DtFomMapper* fomMapper() const { return mapper_; }
+  rti1516::RTIambassador* rtiAmb() const { return rti_.get(); }
+
+  // ------------------------------------------------------------------ tables
+  /// Installs `decoder` (owned from now on) for the class `handle`, replacing any.
+  void addDecoder(rti1516::InteractionClassHandle handle, DtInteractionDecoder* decoder);
+  void addEncoder(rti1516::InteractionClassHandle handle, DtInteractionEncoder* encoder);
+  DtInteractionDecoder* decoder(rti1516::InteractionClassHandle handle) const;
+  DtInteractionEncoder* encoder(rti1516::InteractionClassHandle handle) const;
+  /// Registers the function that makes empty interactions of the named class.
+  void addInteractionCreator(const char* className, Creator creator);
+  Creator interactionCreator(const char* className) const;
+
+  // ------------------------------------------------------------------ sending
+  /// Encodes and sends the interaction as its class; publishes the class on first use.
+  /// Returns false (and sends nothing) when the object model lacks the class or the
+  /// connection is down.
+  bool sendInteraction(const DtInteraction& inter);
+
+  // ------------------------------------------------------------------ receiving
+  /// Calls `cb` with every received interaction of the named class (subscribing to it
+  /// on first use). The interaction passed is of the type the class's creator makes;
+  /// typed callbacks (taking a subclass pointer) are skipped for other types.
+  void addInteractionCallback(const char* className, Callback cb, void* usr);
+  void removeInteractionCallback(const char* className, Callback cb, void* usr);
+  template <typename Inter>
+  void addInteractionCallback(const char* className, void (*cb)(Inter*, void*), void* usr) {
+    addTypedCallback(className, reinterpret_cast<void (*)()>(cb), &invokeAs<Inter>, usr);
+  }
+  template <typename Inter>
+  void removeInteractionCallback(const char* className, void (*cb)(Inter*, void*), void* usr) {
+    removeTypedCallback(className, reinterpret_cast<void (*)()>(cb), usr);
+  }
+
+  /// Processes incoming traffic: delivers what has arrived (at most
+  /// kMaxCallbacksPerDrain callbacks), waiting up to `waitSeconds` for the first one when
+  /// none is there yet. Returns the number of interactions delivered to callbacks.
+  int drainInput(double waitSeconds = 0.0);
+
+ private:
+  class Ambassador;
+  using Invoker = void (*)(void (*fn)(), DtInteraction* inter, void* usr);
+  struct CallbackEntry {
+    std::string className;
+    void (*fn)();
+    Invoker invoke;
+    void* usr;
+  };
+  struct Published {
+    bool published = false;
+  };
+
+  template <typename Inter>
+  static void invokeAs(void (*fn)(), DtInteraction* inter, void* usr) {
+    if (Inter* typed = dynamic_cast<Inter*>(inter)) reinterpret_cast<void (*)(Inter*, void*)>(fn)(typed, usr);
+  }
+  static void invokePlain(void (*fn)(), DtInteraction* inter, void* usr);
+
+  void join(const char* fedFileName, DtExerciseConnStatus* status);
+  void addTypedCallback(const char* className, void (*fn)(), Invoker invoke, void* usr);
+  void removeTypedCallback(const char* className, void (*fn)(), void* usr);
+  void deliver(rti1516::InteractionClassHandle handle, const rti1516::ParameterHandleValueMap& values);
+  void fail(const std::string& why);
+
+  std::string execName_;
+  std::string federateName_;
+  std::unique_ptr<rti1516::RTIambassador> rti_;
+  std::unique_ptr<Ambassador> ambassador_;
+  std::unique_ptr<DtFomMapper> ownMapper_;
+  DtFomMapper* mapper_ = nullptr;
+  bool joined_ = false;
+  bool lost_ = false;
+  DtString error_;
+
+  std::map<rti1516::InteractionClassHandle, std::unique_ptr<DtInteractionDecoder>> decoders_;
+  std::map<rti1516::InteractionClassHandle, std::unique_ptr<DtInteractionEncoder>> encoders_;
+  std::map<std::string, Creator> creators_;
+  std::vector<CallbackEntry> callbacks_;
+  std::map<rti1516::InteractionClassHandle, bool> published_;
+  std::map<rti1516::InteractionClassHandle, int> subscribed_;  // callbacks per class
+  rti1516::ParameterHandleValueMap sendValues_;
+  int delivered_ = 0;
+};

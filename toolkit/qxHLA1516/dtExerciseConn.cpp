@@ -1,0 +1,270 @@
+#include "dtExerciseConn.h"
+
+#include <RTI/Exception.h>
+#include <RTI/NullFederateAmbassador.h>
+#include <RTI/RTIambassador.h>
+#include <RTI/RTIambassadorFactory.h>
+
+#include <algorithm>
+
+#include "dtOutput.h"
+#include "wideText.h"
+
+// The federate ambassador hands every received interaction to the connection, which
+// decodes it and calls the callbacks; the RTI calls it only inside drainInput().
+class DtExerciseConn::Ambassador : public rti1516::NullFederateAmbassador {
+ public:
+  explicit Ambassador(DtExerciseConn* conn) : conn_(conn) {}
+  void receiveInteraction(rti1516::InteractionClassHandle cls,
+                          rti1516::ParameterHandleValueMap const& values,
+                          rti1516::VariableLengthData const&, rti1516::OrderType,
+                          rti1516::TransportationType) override {
+    conn_->deliver(cls, values);
+  }
+  void receiveInteraction(rti1516::InteractionClassHandle cls,
+                          rti1516::ParameterHandleValueMap const& values,
+                          rti1516::VariableLengthData const&, rti1516::OrderType,
+                          rti1516::TransportationType, rti1516::RegionHandleSet const&) override {
+    conn_->deliver(cls, values);
+  }
+
+ private:
+  DtExerciseConn* conn_;
+};
+
+namespace {
+std::string text(const char* s) { return s ? s : ""; }
+std::string what(const rti1516::Exception& e) { return dtwide::narrow(e.what()); }
+}  // namespace
+
+DtExerciseConn::DtExerciseConn(const char* execName, const char* federateName, DtFomMapper* mapper,
+                               const char* fedFileName, DtExerciseConnStatus* status)
+    : execName_(text(execName)), federateName_(text(federateName)), mapper_(mapper) {
+  join(fedFileName, status);
+}
+
+DtExerciseConn::DtExerciseConn(const char* execName, const char* federateName,
+                               const char* fomMapperName, const char* fedFileName, void*,
+                               DtExerciseConnStatus* status)
+    : execName_(text(execName)), federateName_(text(federateName)) {
+  // The toolkit has one mapper, the default; any other name is reported and the default
+  // used, so the connection still works with the object model's own names.
+  if (fomMapperName && *fomMapperName && std::string(fomMapperName) != "default")
+    DtWarn("DtExerciseConn: unknown FOM mapper \"%s\", using the default one.\n", fomMapperName);
+  join(fedFileName, status);
+}
+
+void DtExerciseConn::join(const char* fedFileName, DtExerciseConnStatus* status) {
+  if (!mapper_) {
+    ownMapper_.reset(new DtFomMapper);
+    mapper_ = ownMapper_.get();
+  }
+  ambassador_.reset(new Ambassador(this));
+  try {
+    rti1516::RTIambassadorFactory factory;
+    rti_ = factory.createRTIambassador(std::vector<std::wstring>());
+    try {
+      rti_->createFederationExecution(dtwide::widen(execName_), dtwide::widen(text(fedFileName)));
+    } catch (const rti1516::FederationExecutionAlreadyExists&) {
+      // Joining an existing federation is the common case.
+    }
+    rti_->joinFederationExecution(dtwide::widen(federateName_), dtwide::widen(execName_),
+                                  *ambassador_);
+    joined_ = true;
+    mapper_->attach(rti_.get());
+  } catch (const rti1516::Exception& e) {
+    fail("cannot join federation \"" + execName_ + "\" as \"" + federateName_ + "\": " + what(e));
+  }
+  if (status) {
+    status->ok = joined_;
+    status->message = error_;
+  }
+}
+
+DtExerciseConn::~DtExerciseConn() {
+  if (mapper_) mapper_->attach(nullptr);
+  if (!rti_) return;
+  if (joined_ && !lost_) {
+    try {
+      rti_->resignFederationExecution(rti1516::NO_ACTION);
+      rti_->destroyFederationExecution(dtwide::widen(execName_));
+    } catch (const rti1516::Exception&) {
+      // Others are still joined (or the hub is gone): the federation stays theirs.
+    }
+  }
+}
+
+void DtExerciseConn::fail(const std::string& why) {
+  error_ = DtString(why);
+  DtWarn("DtExerciseConn: %s\n", why.c_str());
+}
+
+// ------------------------------------------------------------------ tables
+
+void DtExerciseConn::addDecoder(rti1516::InteractionClassHandle handle, DtInteractionDecoder* decoder) {
+  decoders_[handle].reset(decoder);
+}
+
+void DtExerciseConn::addEncoder(rti1516::InteractionClassHandle handle, DtInteractionEncoder* encoder) {
+  encoders_[handle].reset(encoder);
+}
+
+DtInteractionDecoder* DtExerciseConn::decoder(rti1516::InteractionClassHandle handle) const {
+  auto it = decoders_.find(handle);
+  return it == decoders_.end() ? nullptr : it->second.get();
+}
+
+DtInteractionEncoder* DtExerciseConn::encoder(rti1516::InteractionClassHandle handle) const {
+  auto it = encoders_.find(handle);
+  return it == encoders_.end() ? nullptr : it->second.get();
+}
+
+void DtExerciseConn::addInteractionCreator(const char* className, Creator creator) {
+  creators_[text(className)] = creator;
+}
+
+DtExerciseConn::Creator DtExerciseConn::interactionCreator(const char* className) const {
+  auto it = creators_.find(text(className));
+  return it == creators_.end() ? nullptr : it->second;
+}
+
+// ------------------------------------------------------------------ sending
+
+bool DtExerciseConn::sendInteraction(const DtInteraction& inter) {
+  if (!connected()) return false;
+  DtInterClassDesc* desc = inter.classDesc(this);
+  if (!desc) return false;
+  rti1516::InteractionClassHandle handle = desc->handle();
+  DtInteractionEncoder* enc = encoder(handle);
+  if (!enc) {
+    // An interaction that knows its encoder installs it on first use.
+    auto* withEncDec = dynamic_cast<const DtInteractionWithEncDec*>(&inter);
+    enc = withEncDec ? withEncDec->createEncoder(this) : nullptr;
+    if (!enc) return false;
+    addEncoder(handle, enc);
+  }
+  try {
+    bool& published = published_[handle];
+    if (!published) {
+      rti_->publishInteractionClass(handle);
+      published = true;
+    }
+    sendValues_.clear();
+    enc->encode(&inter, sendValues_);
+    rti_->sendInteraction(handle, sendValues_, rti1516::VariableLengthData());
+    sendValues_.clear();
+    return true;
+  } catch (const rti1516::Exception& e) {
+    sendValues_.clear();
+    lost_ = true;
+    fail("sending " + std::string(desc->name()) + " failed: " + what(e));
+    return false;
+  }
+}
+
+// ------------------------------------------------------------------ receiving
+
+void DtExerciseConn::invokePlain(void (*fn)(), DtInteraction* inter, void* usr) {
+  reinterpret_cast<Callback>(fn)(inter, usr);
+}
+
+void DtExerciseConn::addInteractionCallback(const char* className, Callback cb, void* usr) {
+  addTypedCallback(className, reinterpret_cast<void (*)()>(cb), &invokePlain, usr);
+}
+
+void DtExerciseConn::removeInteractionCallback(const char* className, Callback cb, void* usr) {
+  removeTypedCallback(className, reinterpret_cast<void (*)()>(cb), usr);
+}
+
+void DtExerciseConn::addTypedCallback(const char* className, void (*fn)(), Invoker invoke, void* usr) {
+  callbacks_.push_back(CallbackEntry{text(className), fn, invoke, usr});
+  DtInterClassDesc* desc = mapper_ ? mapper_->interClassDesc(className) : nullptr;
+  if (!desc || !connected()) return;
+  int& count = subscribed_[desc->handle()];
+  if (count++ == 0) {
+    try {
+      rti_->subscribeInteractionClass(desc->handle(), true);
+    } catch (const rti1516::Exception& e) {
+      fail("subscribing to " + text(className) + " failed: " + what(e));
+    }
+  }
+}
+
+void DtExerciseConn::removeTypedCallback(const char* className, void (*fn)(), void* usr) {
+  std::string name = text(className);
+  auto it = std::find_if(callbacks_.begin(), callbacks_.end(), [&](const CallbackEntry& e) {
+    return e.className == name && e.fn == fn && e.usr == usr;
+  });
+  if (it == callbacks_.end()) return;
+  callbacks_.erase(it);
+  DtInterClassDesc* desc = mapper_ ? mapper_->interClassDesc(className) : nullptr;
+  if (!desc) return;
+  auto sub = subscribed_.find(desc->handle());
+  if (sub == subscribed_.end() || --sub->second > 0) return;
+  subscribed_.erase(sub);
+  if (!connected()) return;
+  try {
+    rti_->unsubscribeInteractionClass(desc->handle());
+  } catch (const rti1516::Exception&) {
+    // Already gone on the RTI's side: nothing left to undo.
+  }
+}
+
+int DtExerciseConn::drainInput(double waitSeconds) {
+  if (!connected()) return 0;
+  delivered_ = 0;
+  try {
+    // One call delivers what has arrived, but never more than a bounded batch, so a
+    // sender faster than this process cannot keep the application inside this call.
+    bool more = rti_->evokeCallback(waitSeconds > 0.0 ? waitSeconds : 0.0);
+    for (int n = 1; more && n < kMaxCallbacksPerDrain; ++n) more = rti_->evokeCallback(0.0);
+  } catch (const rti1516::Exception& e) {
+    lost_ = true;
+    fail("connection to federation \"" + execName_ + "\" lost: " + what(e));
+  }
+  return delivered_;
+}
+
+void DtExerciseConn::deliver(rti1516::InteractionClassHandle handle,
+                             const rti1516::ParameterHandleValueMap& values) {
+  DtInterClassDesc* desc = mapper_->interClassDesc(handle);
+  if (!desc) {
+    try {
+      desc = mapper_->interClassDesc(dtwide::narrow(rti_->getInteractionClassName(handle)).c_str());
+    } catch (const rti1516::Exception&) {
+      return;
+    }
+    if (!desc) return;
+  }
+  // The interaction is made by the creator registered under the name the callbacks use.
+  Creator creator = nullptr;
+  for (const auto& c : creators_) {
+    DtInterClassDesc* d = mapper_->interClassDesc(c.first.c_str());
+    if (d && d->handle() == handle) {
+      creator = c.second;
+      break;
+    }
+  }
+  std::unique_ptr<DtInteraction> inter(creator ? creator() : new DtInteraction);
+  if (!inter) return;
+  DtInteractionDecoder* dec = decoder(handle);
+  if (!dec) {
+    auto* withEncDec = dynamic_cast<DtInteractionWithEncDec*>(inter.get());
+    dec = withEncDec ? withEncDec->createDecoder(this) : nullptr;
+    if (dec) addDecoder(handle, dec);
+  }
+  if (dec) dec->decode(inter.get(), values);
+  bool any = false;
+  // A callback may remove itself (or others) while we walk: walk a snapshot.
+  std::vector<CallbackEntry> matching;
+  for (const CallbackEntry& e : callbacks_) {
+    DtInterClassDesc* d = mapper_->interClassDesc(e.className.c_str());
+    if (d && d->handle() == handle) matching.push_back(e);
+  }
+  for (const CallbackEntry& e : matching) {
+    e.invoke(e.fn, inter.get(), e.usr);
+    any = true;
+  }
+  if (any) ++delivered_;
+}
+
