@@ -1,0 +1,233 @@
+// Control PDUs carried as "ViewControl" interactions: in one process over thread://,
+// across processes through a hub, and what happens when the object model lacks the class.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <RTI/RTIambassador.h>
+
+#include "outputCapture.h"
+#include "process.h"
+#include "vistrelControl.h"
+#include "wireBytes.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+std::string hex(const char* bytes, int length) {
+  std::string out;
+  char two[3];
+  for (int i = 0; i < length; ++i) {
+    std::snprintf(two, sizeof two, "%02x", static_cast<unsigned char>(bytes[i]));
+    out += two;
+  }
+  return out;
+}
+
+struct Inbox {
+  std::vector<std::vector<char>> pdus;
+  int empty = 0;
+  static void take(DtVistrelControlInteraction* inter, void* usr) {
+    auto* box = static_cast<Inbox*>(usr);
+    if (const DtVistrelControlPdu* pdu = inter->vcPdu())
+      box->pdus.emplace_back(pdu->packet(), pdu->packet() + pdu->length());
+    else
+      ++box->empty;
+  }
+};
+
+bool sendPdu(DtExerciseConn& conn, const DtVistrelControlPdu& pdu) {
+  DtVistrelControlInteraction inter;
+  inter.setVcPdu(pdu);
+  return conn.sendInteraction(inter);
+}
+
+DtOrbitVCPdu sampleOrbit() {
+  DtOrbitVCPdu pdu;
+  pdu.setViewerId("viewer-1");
+  pdu.setSenderId("ctl");
+  pdu.setAttachId("1:2:3");
+  pdu.setRadius(250.5f);
+  pdu.setIgnoreFlags(0xFFEBFDE7);
+  return pdu;
+}
+
+TEST(ThreadFederation, PduArrivesByteForByte) {
+  DtExerciseConn a("thread://Carriage", "a", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  DtExerciseConn b("thread://Carriage", "b", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  ASSERT_TRUE(a.connected()) << a.errorText();
+  ASSERT_TRUE(b.connected()) << b.errorText();
+  EXPECT_STREQ(a.identity(), "a");
+  DtVistrelControlRegister(&a);
+  DtVistrelControlRegister(&b);
+  Inbox inbox;
+  DtVistrelControlInteraction::addCallback(&b, &Inbox::take, &inbox);
+  DtOrbitVCPdu orbit = sampleOrbit();
+  ASSERT_TRUE(sendPdu(a, orbit));
+  DtGroupVCPdu group;  // variable length
+  group.setNumEntitiesToAdd(3);
+  group.setEntityToAdd(2, "last");
+  ASSERT_TRUE(sendPdu(a, group));
+  for (int i = 0; i < 50 && inbox.pdus.size() < 2; ++i) b.drainInput(0.02);
+  ASSERT_EQ(inbox.pdus.size(), 2u);
+  EXPECT_EQ(inbox.pdus[0], std::vector<char>(orbit.packet(), orbit.packet() + 312));
+  EXPECT_EQ(inbox.pdus[1].size(), 188u + 3 * 64);
+  EXPECT_EQ(wire::text(inbox.pdus[1].data(), 188 + 128, 64), "last");
+  // The sender hears nothing of its own interactions.
+  Inbox own;
+  DtVistrelControlInteraction::addCallback(&a, &Inbox::take, &own);
+  a.drainInput(0.01);
+  EXPECT_TRUE(own.pdus.empty());
+  DtVistrelControlInteraction::removeCallback(&b, &Inbox::take, &inbox);
+  DtVistrelControlInteraction::removeCallback(&a, &Inbox::take, &own);
+  sendPdu(a, orbit);
+  b.drainInput(0.01);
+  EXPECT_EQ(inbox.pdus.size(), 2u);  // removed callbacks are no longer called
+}
+
+TEST(ThreadFederation, ReceivedBytesOfAnotherKindGiveAnEmptyInteraction) {
+  DtExerciseConn a("thread://Kinds", "a", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  DtExerciseConn b("thread://Kinds", "b", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  DtVistrelControlRegister(&b);
+  Inbox inbox;
+  DtVistrelControlInteraction::addCallback(&b, &Inbox::take, &inbox);
+  // Raw parameter values straight through the RTI: a foreign PDU kind, a zero-length
+  // value, and a PDU whose header claims more bytes than were sent.
+  rti1516::RTIambassador* rti = a.rtiAmb();
+  DtInterClassDesc* desc = a.fomMapper()->interClassDesc("ViewControl");
+  ASSERT_NE(desc, nullptr);
+  rti1516::ParameterHandle param;
+  ASSERT_TRUE(desc->parameterHandle("ViewControlPdu", &param));
+  rti->publishInteractionClass(desc->handle());
+  std::vector<unsigned char> foreign = wire::controlPdu(0, 196);
+  foreign[2] = 1;
+  std::vector<unsigned char> shortOne = wire::controlPdu(5, 312, 160);
+  for (const std::vector<unsigned char>& value :
+       {foreign, std::vector<unsigned char>(), shortOne}) {
+    rti1516::ParameterHandleValueMap values;
+    values[param] = rti1516::VariableLengthData(value.data(), value.size());
+    rti->sendInteraction(desc->handle(), values, rti1516::VariableLengthData());
+  }
+  for (int i = 0; i < 50 && inbox.pdus.size() + static_cast<size_t>(inbox.empty) < 3; ++i)
+    b.drainInput(0.02);
+  EXPECT_EQ(inbox.empty, 2);
+  ASSERT_EQ(inbox.pdus.size(), 1u);
+  EXPECT_EQ(inbox.pdus[0].size(), 312u);  // padded with zeros up to the stated length
+  EXPECT_TRUE(wire::zero(inbox.pdus[0].data(), 160, 152));
+  DtVistrelControlInteraction::removeCallback(&b, &Inbox::take, &inbox);
+}
+
+TEST(Interaction, HoldsItsOwnCopyOfThePdu) {
+  DtOrbitVCPdu orbit = sampleOrbit();
+  DtVistrelControlInteraction inter;
+  {
+    OutputCapture dump(DtDumpOut);
+    inter.printData();  // empty: prints nothing
+    EXPECT_EQ(dump.text(), "");
+  }
+  inter.setVcPdu(orbit);
+  orbit.setRadius(1.0f);
+  auto* held = dynamic_cast<const DtOrbitVCPdu*>(inter.vcPdu());
+  ASSERT_NE(held, nullptr);
+  EXPECT_EQ(held->radius(), 250.5f);
+  DtVistrelControlInteraction copy(inter);
+  DtVistrelControlInteraction assigned;
+  assigned = inter;
+  EXPECT_NE(copy.vcPdu(), inter.vcPdu());
+  EXPECT_NE(dynamic_cast<const DtOrbitVCPdu*>(assigned.vcPdu()), nullptr);
+  EXPECT_STREQ(inter.name(), "DtVistrelControlInteraction");
+  EXPECT_STREQ(inter.interactionClassToUse(nullptr), "ViewControl");
+  // Received draw-control bytes without the version marker are read in the current layout.
+  std::vector<unsigned char> line = wire::controlPdu(2520, 392);
+  inter.setFromNetPacket(reinterpret_cast<const DtNetPduHeader*>(line.data()));
+  EXPECT_NE(dynamic_cast<const DtVdcLinePdu*>(inter.vcPdu()), nullptr);
+  EXPECT_EQ(dynamic_cast<const DtVdcLinePduV0*>(inter.vcPdu()), nullptr);
+}
+
+TEST(ObjectModel, WithoutViewControlRegistrationWarnsAndNothingIsSent) {
+  std::string fdd = std::string(VC_BINARY_DIR) + "/no_viewcontrol_fdd.xml";
+  std::ofstream(fdd) << R"(<?xml version="1.0"?>
+<objectModel DTDversion="1516.2" name="Chat" type="FOM">
+  <interactions>
+    <interactionClass name="HLAinteractionRoot" sharing="Neither" transportation="HLAreliable" order="Receive">
+      <interactionClass name="Chat" sharing="PublishSubscribe" transportation="HLAreliable" order="Receive">
+        <parameter name="Text" dataType="HLAopaqueData"/>
+      </interactionClass>
+    </interactionClass>
+  </interactions>
+</objectModel>
+)";
+  DtExerciseConn conn("thread://NoViewControl", "a", static_cast<DtFomMapper*>(nullptr), fdd.c_str());
+  ASSERT_TRUE(conn.connected()) << conn.errorText();
+  OutputCapture warn(DtWarn);
+  DtVistrelControlRegister(&conn);
+  EXPECT_EQ(warn.text(),
+            "Can't add decoders and encoders for interaction class ViewControl: Not in FOM.\n");
+  warn.clear();
+  DtVistrelControlInteraction inter;
+  EXPECT_EQ(inter.createDecoder(&conn), nullptr);
+  EXPECT_EQ(inter.createEncoder(&conn), nullptr);
+  EXPECT_EQ(warn.text(),
+            "Cannot add decoder for FOM class ViewControl\n"
+            "Cannot add encoder for FOM class ViewControl\n");
+  warn.clear();
+  inter.setVcPdu(sampleOrbit());
+  EXPECT_FALSE(conn.sendInteraction(inter));
+  // A controller on such a connection sends nothing and says nothing.
+  DtVistrelRemoteController controller(&conn);
+  controller.requestCurrentViewMode("x");
+  EXPECT_EQ(warn.text(), "");
+}
+
+TEST(Connection, BadFederationsFailWithAReason) {
+  DtExerciseConnStatus status;
+  OutputCapture warn(DtWarn);
+  DtExerciseConn missingFdd("thread://MissingFdd", "a", static_cast<DtFomMapper*>(nullptr),
+                            "/nonexistent/fdd.xml", &status);
+  EXPECT_FALSE(status.ok);
+  EXPECT_FALSE(missingFdd.connected());
+  EXPECT_NE(std::string(status.message.c_str()).find("/nonexistent/fdd.xml"), std::string::npos);
+  EXPECT_FALSE(warn.text().empty());
+  DtVistrelControlInteraction inter;
+  inter.setVcPdu(sampleOrbit());
+  EXPECT_FALSE(missingFdd.sendInteraction(inter));
+  EXPECT_EQ(missingFdd.drainInput(0.0), 0);
+}
+
+TEST(HubFederation, PduCrossesProcessesByteForByte) {
+  std::uint16_t port = 0;
+  auto hub = vctest::startHub(port);
+  std::string url = vctest::hubUrl(port, "Carriage");
+  vctest::ChildProcess peer(vctest::binaryPath("vc_peer"), {url, VC_FDD_FILE, "peer", "v-2"});
+  std::string line;
+  ASSERT_TRUE(peer.waitForLine("READY", line, 10s)) << peer.transcript();
+
+  DtExerciseConn conn(url.c_str(), "local", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  ASSERT_TRUE(conn.connected()) << conn.errorText();
+  DtVistrelControlRegister(&conn);
+  DtOrbitVCPdu orbit = sampleOrbit();
+  ASSERT_TRUE(sendPdu(conn, orbit));
+  ASSERT_TRUE(peer.waitForLine("PDU 5 ", line, 10s)) << peer.transcript();
+  EXPECT_EQ(line, "PDU 5 " + hex(orbit.packet(), orbit.length()));
+
+  // And back: the peer sends bytes we give it; they arrive here unchanged.
+  Inbox inbox;
+  DtVistrelControlInteraction::addCallback(&conn, &Inbox::take, &inbox);
+  DtAbsoluteVCPdu absolute;
+  absolute.setWorldLocation(DtVector64(1, 2, 3));
+  absolute.setViewerId("v-1");
+  peer.writeLine("send " + hex(absolute.packet(), absolute.length()));
+  ASSERT_TRUE(peer.waitForLine("SENT", line, 10s)) << peer.transcript();
+  for (int i = 0; i < 200 && inbox.pdus.empty(); ++i) conn.drainInput(0.02);
+  ASSERT_EQ(inbox.pdus.size(), 1u);
+  EXPECT_EQ(inbox.pdus[0], std::vector<char>(absolute.packet(), absolute.packet() + 196));
+  DtVistrelControlInteraction::removeCallback(&conn, &Inbox::take, &inbox);
+}
+
+}  // namespace
