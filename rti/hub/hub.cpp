@@ -44,11 +44,15 @@ public:
 
   std::size_t queued() const { return pending_.size() + (writing_.size() - written_); }
 
-  // Drops the client: resigns it, closes the socket, wakes the senders it held up.
+  // Drops the client: resigns it, closes the socket, wakes the senders it held up. An
+  // empty reason means the client went away by itself.
   void close(const std::string& why) {
     if (closed_) return;
     closed_ = true;
-    if (!why.empty()) hub_.log("dropped client " + peer_ + ": " + why);
+    if (why.empty())
+      hub_.info("client " + peer_ + " disconnected");
+    else
+      hub_.log("dropped client " + peer_ + ": " + why);
     resign();
     asio::error_code ec;
     socket_.shutdown(asio::ip::tcp::socket::shutdown_both, ec);
@@ -74,8 +78,8 @@ private:
                               self->rx_.resize(old + (ec ? 0 : n));
                               if (self->closed_) return;
                               if (ec) {
-                                self->close(ec == asio::error::eof ? std::string() : "read: " + ec.message());
-                                if (ec == asio::error::eof) self->hub_.info("client " + self->peer_ + " disconnected");
+                                const bool orderly = ec == asio::error::eof || ec == asio::error::connection_reset;
+                                self->close(orderly ? std::string() : "read: " + ec.message());
                                 return;
                               }
                               self->process();
@@ -314,7 +318,7 @@ void Hub::stop() {
   acceptor_.close(ec);
   ticker_.cancel();
   auto sessions = sessions_;
-  for (auto& [raw, s] : sessions) s->close("");
+  for (auto& [raw, s] : sessions) s->close("hub stopping");
 }
 
 void Hub::log(const std::string& line) const { std::cerr << "rtihub: " << line << std::endl; }
