@@ -187,10 +187,13 @@ class NumberScan {
 }  // namespace
 
 void dump(const DtBaseMsg& pdu, const Body& b) {
-  for (size_t rank = 0; const Field* id = nthOfKind(b, Kind::Designator, rank); ++rank) {
+  // Each identifier is followed by the marking text of the same entity.
+  size_t rank = 0;
+  while (const Field* id = nthOfKind(b, Kind::Designator, rank)) {
     DtDumpString(id->label, pdu.readDesignator(id->offset).c_str());
     if (const Field* marking = nthOfKind(b, Kind::Marking, rank))
       DtDumpString(marking->label, readMarking(pdu, marking->offset, b.length).c_str());
+    ++rank;
   }
   for (size_t i = 0; i < b.count; ++i) {
     const Field& f = b.fields[i];
