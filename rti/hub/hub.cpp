@@ -196,7 +196,8 @@ private:
         // Stop reading from this sender until the receiver catches up. Nothing is
         // dropped: the sender's own writes block in its kernel buffers meanwhile.
         paused_ = true;
-        target->waiters_.push_back(weak_from_this());
+        auto& w = target->waiters_;
+        if (w.empty() || w.back().lock().get() != this) w.push_back(weak_from_this());
       }
     }
   }

@@ -118,7 +118,14 @@ public:
     for (;;) {
       const auto left = std::chrono::duration_cast<std::chrono::microseconds>(deadline - Clock::now());
       if (left.count() <= 0) return false;
-      waitReadableLocked(static_cast<int>((left.count() + 999) / 1000));
+      // Wait unlocked, so that another thread can send meanwhile. Whoever reads first
+      // (this thread or a blocked writer) leaves the frames in rx_ for us.
+      lock.unlock();
+      pollfd p{fd_, POLLIN, 0};
+      ::poll(&p, 1, static_cast<int>((left.count() + 999) / 1000));
+      lock.lock();
+      checkBroken();
+      flushLocked();
       readAvailableLocked();
       if (moveCompleteFramesLocked(into)) return true;
     }

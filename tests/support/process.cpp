@@ -161,6 +161,8 @@ bool ChildProcess::running() { return wait(std::chrono::milliseconds(0)) == -1 &
 
 std::string binaryPath(const std::string& name) { return std::string(VC_BINARY_DIR) + "/bin/" + name; }
 
+bool hubAvailable() { return ::access(binaryPath("rtihub").c_str(), X_OK) == 0; }
+
 std::unique_ptr<ChildProcess> startHub(std::uint16_t& port, const std::vector<std::string>& extraArgs) {
   std::vector<std::string> args{"--listen", "127.0.0.1:0"};
   args.insert(args.end(), extraArgs.begin(), extraArgs.end());

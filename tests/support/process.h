@@ -74,6 +74,10 @@ class ChildProcess {
 // ${VC_BINARY_DIR}/bin/<name>: where the build puts executables.
 std::string binaryPath(const std::string& name);
 
+// Whether the build has the hub, i.e. uses the embedded RTI. Built against another RTI
+// (RTI1516_ROOT) it does not; tests that need a hub skip with GTEST_SKIP() then.
+bool hubAvailable();
+
 // Starts rtihub on 127.0.0.1 with a port the system picks, reads the port back from its
 // "rtihub listening on" line, and returns the running hub (stderr merged into its lines).
 // Throws std::runtime_error when it does not come up within a few seconds.
