@@ -15,6 +15,12 @@ enum DtVdcDrawType : int {
   DtVdcCommandShow = 2513,
   DtVdcCommandAddToLayer = 2514,
   DtVdcCommandRemoveFromLayer = 2515,
+  // Attribute commands of the remote drawer: they name an attribute and carry its group
+  // in the layer id. The type names of the dumps do not list them.
+  DtVdcCommandShowAttribute = 2516,
+  DtVdcCommandShowTemplateAttribute = 2517,
+  DtVdcCommandHideAttribute = 2518,
+  DtVdcCommandHideTemplateAttribute = 2519,
   DtVdcLine = 2520,
   DtVdc2DLine = 2521,
   DtVdc3DLine = 2522,
