@@ -2,6 +2,7 @@
 // Everything an application needs: include this header only.
 #include "absoluteVcPdu.h"
 #include "compassVcPdu.h"
+#include "dtCmdLine.h"
 #include "groupVcPdu.h"
 #include "hVistrelControlDecoder.h"
 #include "hVistrelControlEncoder.h"
