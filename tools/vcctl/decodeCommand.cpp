@@ -1,0 +1,120 @@
+// "vcctl decode": reads a PDU the way a viewer would and prints it, without joining any
+// federation. For PDUs copied out of a log, a capture or 'vcctl --dry-run'.
+#include <cctype>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <memory>
+#include <vector>
+
+#include "commands.h"
+#include "link.h"
+#include "output.h"
+#include "values.h"
+
+namespace vcctl {
+
+using DtCmdLine::Type;
+
+namespace {
+
+int hexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return -1;
+}
+
+// Hex digits with any white space between them; false when anything else is there or
+// the digits do not pair up.
+bool fromHex(const std::string& text, std::vector<unsigned char>& bytes, std::string& why) {
+  std::string digits;
+  for (char c : text) {
+    if (std::isspace(static_cast<unsigned char>(c))) continue;
+    if (hexDigit(c) < 0) {
+      why = std::string("'") + c + "' is not a hexadecimal digit";
+      return false;
+    }
+    digits += c;
+  }
+  if (digits.size() % 2 != 0) {
+    why = "an odd number of hexadecimal digits (" + std::to_string(digits.size()) + ")";
+    return false;
+  }
+  for (size_t i = 0; i < digits.size(); i += 2)
+    bytes.push_back(static_cast<unsigned char>(hexDigit(digits[i]) * 16 + hexDigit(digits[i + 1])));
+  return true;
+}
+
+bool readFile(const std::string& path, std::string& content) {
+  if (path == "-") {
+    content.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
+    return true;
+  }
+  std::ifstream in(path, std::ios::binary);
+  if (!in) return false;
+  content.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  return true;
+}
+
+int decode(const Args& a, Link&) {
+  bool fromFile = a.has("file");
+  if (fromFile == (a.count("hex") > 0)) a.fail("give the PDU as hexadecimal or with --file, not both");
+  std::vector<unsigned char> bytes;
+  std::string why;
+  if (fromFile) {
+    std::string content;
+    if (!readFile(a.text("file"), content)) {
+      complain("cannot read %s: %s", a.text("file").c_str(), std::strerror(errno));
+      return 1;
+    }
+    // A control PDU's third byte is 202, which is not text: a file that is all hex
+    // digits and blanks is a hex dump, not the bytes themselves.
+    std::vector<unsigned char> parsed;
+    std::string ignored;
+    if (!content.empty() && fromHex(content, parsed, ignored)) bytes = parsed;
+    else bytes.assign(content.begin(), content.end());
+  } else {
+    std::string text;
+    for (size_t i = 0; i < a.count("hex"); ++i) text += a.text("hex", i) + " ";
+    if (!fromHex(text, bytes, why)) a.fail("argument <hex>: " + why);
+  }
+  if (bytes.size() < 3 || bytes[2] != DtVistrelControlPdu::kPduKind) {
+    if (bytes.size() < 3)
+      complain("not a control PDU: %zu bytes, too short to say what it is", bytes.size());
+    else
+      complain("not a control PDU: its PDU kind (byte 2) is %d, control PDUs have %d", bytes[2],
+               DtVistrelControlPdu::kPduKind);
+    return 1;
+  }
+  std::unique_ptr<DtVistrelControlPdu> pdu(
+      DtVistrelControlPdu::createFromBytes(bytes.data(), bytes.size(), !a.flag("v0")));
+  if (!pdu) {
+    complain("the library could not read these %zu bytes as a control PDU", bytes.size());
+    return 1;
+  }
+  size_t claimed = bytes.size() >= 12 ? (static_cast<size_t>(bytes[8]) << 8 | bytes[9]) : 0;
+  if (claimed > bytes.size())
+    complain("note: the header claims %zu bytes, %zu given: the rest read as zero", claimed, bytes.size());
+  else if (claimed < bytes.size())
+    complain("note: the header claims %zu bytes, %zu given: the last %zu are not read", claimed,
+             bytes.size(), bytes.size() - claimed);
+  out("%s, %d bytes\n", describe(*pdu).c_str(), pdu->length());
+  pdu->printData();
+  return 0;
+}
+
+}  // namespace
+
+void declareDecodeCommand(Command& root, Registry& registry) {
+  Command& c = registry.add(root, "decode", "print a PDU given as hexadecimal or as a file, without joining", &decode);
+  c.arguments("hex", Type::Text, "the PDU's bytes in hexadecimal; blanks between them are allowed");
+  c.option("file", Type::Text, "read the PDU from this file instead: its bytes, or a hex dump ('-' reads stdin)")
+      .placeholder("FILE");
+  c.option("v0", Type::Flag, "read draw-control bytes by their layout version, as version-0 senders wrote them");
+  c.details("Example: vcctl --dry-run orbit 1:1:1 | sed -n 's/^hex //p' | vcctl decode --file -");
+}
+
+}  // namespace vcctl

@@ -1,0 +1,86 @@
+// vcctl: every command of the remote controller and the remote drawer from the shell,
+// plus the viewer's state, a listener and a decoder. Run 'vcctl --help'.
+#include <sys/stat.h>
+
+#include "commands.h"
+#include "link.h"
+#include "output.h"
+
+namespace {
+
+using DtCmdLine::Type;
+
+// A build tree runs against its own source tree's model; an installed vcctl against
+// the installed one.
+std::string defaultFdd() {
+  struct stat info;
+  if (::stat(VC_DEFAULT_FDD, &info) == 0) return VC_DEFAULT_FDD;
+  return VC_INSTALLED_FDD;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  vcctl::routeLibraryOutput();
+
+  DtCmdLine::Command cli("vcctl", "Steers the viewers of a simulation network and draws in their scenes.");
+  cli.option("federation", Type::Text,
+             "federation to join: rti://HOST:PORT/NAME through a hub, or NAME for the hub on this host")
+      .placeholder("URL")
+      .defaultValue("VistrelControl");
+  cli.option("fdd", Type::Text, "object model file that defines ViewControl")
+      .placeholder("FILE")
+      .defaultValue(defaultFdd());
+  cli.option("name", Type::Text, "vcctl's federate name and the sender id of its PDUs")
+      .placeholder("ID")
+      .defaultValue("vcctl");
+  cli.option("viewer", Type::Text, "the viewer addressed; 0:0:0 addresses every viewer")
+      .placeholder("ID")
+      .defaultValue("0:0:0");
+  cli.option("dry-run", Type::Flag,
+             "join nothing: print each PDU's bytes in hex and its fields instead of sending it");
+  cli.details(
+      "View:     absolute tether compass mimic turret orbit pivot track mimic-track\n"
+      "          tether-track group wide-group, and the group members: primary secondary\n"
+      "          primary-secondary set-group add-to-group remove-from-group\n"
+      "Moving:   reset move turn set stepsize turnrate mode\n"
+      "Settings: option NAME [VALUE]   ('vcctl option --help' lists them)\n"
+      "Drawing:  draw KIND             ('vcctl draw --help' lists the kinds), then show hide\n"
+      "          remove add-to-layer remove-from-layer show-attribute hide-attribute value\n"
+      "Other:    state listen decode\n"
+      "\n"
+      "Global options go before the command:\n"
+      "  vcctl --federation rti://127.0.0.1:15160/Demo --viewer viewer-1 orbit 1:1:1 --radius 500\n"
+      "  vcctl --dry-run draw text2d --id 3 --at 0.1,0.9 Hello\n"
+      "Exit status: 0 done, 1 the federation or the viewer failed, 2 a bad command line.");
+
+  vcctl::Registry registry;
+  vcctl::declareViewCommands(cli, registry);
+  vcctl::declareMovementCommands(cli, registry);
+  vcctl::declareOptionCommands(cli, registry);
+  vcctl::declareDrawCommands(cli, registry);
+  vcctl::declareSceneCommands(cli, registry);
+  vcctl::declareReceiveCommands(cli, registry);
+  vcctl::declareDecodeCommand(cli, registry);
+
+  DtCmdLine::Args args = cli.parseOrExit(argc, argv);
+  const DtCmdLine::Args& leaf = args.leaf();
+  const vcctl::Handler* handler = registry.find(leaf);
+  if (!handler) leaf.fail("missing command");
+
+  vcctl::Settings settings;
+  settings.federation = args.text("federation");
+  settings.fdd = args.text("fdd");
+  settings.name = args.text("name");
+  settings.viewer = args.text("viewer");
+  settings.dryRun = args.flag("dry-run");
+  try {
+    vcctl::Link link(settings);
+    return (*handler)(leaf, link);
+  } catch (const vcctl::LinkError& e) {
+    vcctl::complain("%s", e.what());
+  } catch (const DtException& e) {
+    vcctl::complain("%s", e.what());
+  }
+  return 1;
+}

@@ -1,0 +1,119 @@
+// Stepping and turning the eyepoint, its step size and turn rate, and switching modes
+// by name.
+#include <map>
+
+#include "commands.h"
+#include "link.h"
+#include "values.h"
+
+namespace vcctl {
+
+using DtCmdLine::Type;
+
+namespace {
+
+const std::map<std::string, DtVistrelRemoteController::Direction> kDirections = {
+    {"left", DtMoveVCPdu::LEFT},         {"right", DtMoveVCPdu::RIGHT},
+    {"up", DtMoveVCPdu::UP},             {"down", DtMoveVCPdu::DOWN},
+    {"forwards", DtMoveVCPdu::FORWARDS}, {"backwards", DtMoveVCPdu::BACKWARDS},
+};
+
+// The modes that the controller can switch to without parameters.
+const std::map<std::string, DtViewerCommand> kModes = {
+    {"absolute", DtVcAbsolute},      {"tether", DtVcTether},
+    {"compass", DtVcCompass},        {"mimic", DtVcMimic},
+    {"orbit", DtVcOrbit},            {"track", DtVcTrack},
+    {"tether-track", DtVcTetherTrack}, {"mimic-track", DtVcMimicTrack},
+    {"group", DtVcGroup},            {"pivot", DtVcPivot},
+};
+
+template <typename Map>
+std::vector<std::string> keysOf(const Map& map) {
+  std::vector<std::string> keys;
+  for (const auto& entry : map) keys.push_back(entry.first);
+  return keys;
+}
+
+void directionArgument(Command& command) {
+  command.argument("direction", Type::Text, "left, right, up, down, forwards or backwards")
+      .choices(keysOf(kDirections));
+}
+
+// "up", "down" or a number: one command for the three ways to change a rate.
+struct Adjust {
+  enum Kind { Up, Down, Set } kind;
+  float value;
+};
+
+Adjust adjustment(const Args& args) {
+  std::string word = args.text("value");
+  if (word == "up") return {Adjust::Up, 0};
+  if (word == "down") return {Adjust::Down, 0};
+  char* end = nullptr;
+  double value = std::strtod(word.c_str(), &end);
+  if (word.empty() || !end || *end != '\0')
+    args.fail("argument <value>: '" + word + "' is neither up, down nor a number");
+  return {Adjust::Set, static_cast<float>(value)};
+}
+
+}  // namespace
+
+void declareMovementCommands(Command& root, Registry& registry) {
+  registry.add(root, "reset", "put the eyepoint back where the viewer started", [](const Args&, Link& link) {
+    link.controller().reset();
+    return 0;
+  });
+
+  Command* c = &registry.add(root, "move", "move the eyepoint one step", [](const Args& a, Link& link) {
+    link.controller().moveEyepoint(kDirections.at(a.text("direction")));
+    return 0;
+  });
+  directionArgument(*c);
+  c = &registry.add(root, "turn", "turn the eyepoint one step", [](const Args& a, Link& link) {
+    link.controller().turnEyepoint(kDirections.at(a.text("direction")));
+    return 0;
+  });
+  directionArgument(*c);
+
+  c = &registry.add(root, "set", "place the eyepoint, keeping the mode", [](const Args& a, Link& link) {
+    std::optional<DtVector64> at = position(a, "at");
+    std::optional<DtTaitBryan> orientation = angles(a, "orientation");
+    // The controller quietly sends nothing without either; say so instead.
+    if (!at && !orientation) a.fail("give --at, --orientation or both");
+    link.controller().set(at ? &*at : nullptr, orientation ? &*orientation : nullptr);
+    return 0;
+  });
+  positionOption(*c, "at", "world location");
+  anglesOption(*c, "orientation", "where the eye looks");
+
+  c = &registry.add(root, "stepsize", "make the step size bigger, smaller or a given value", [](const Args& a, Link& link) {
+    Adjust adjust = adjustment(a);
+    if (adjust.kind == Adjust::Up) link.controller().increaseStepsize();
+    if (adjust.kind == Adjust::Down) link.controller().decreaseStepsize();
+    if (adjust.kind == Adjust::Set) link.controller().setStepsize(adjust.value);
+    return 0;
+  });
+  c->argument("value", Type::Text, "up, down, or the step in metres");
+  c = &registry.add(root, "turnrate", "make the turn rate bigger, smaller or a given value", [](const Args& a, Link& link) {
+    Adjust adjust = adjustment(a);
+    if (adjust.kind == Adjust::Up) link.controller().increaseTurnrate();
+    if (adjust.kind == Adjust::Down) link.controller().decreaseTurnrate();
+    if (adjust.kind == Adjust::Set) link.controller().setTurnrate(adjust.value);
+    return 0;
+  });
+  c->argument("value", Type::Text, "up, down, or the rate in radians per step");
+
+  c = &registry.add(root, "mode", "switch mode keeping the viewer's parameters, then place the eyepoint", [](const Args& a, Link& link) {
+    std::optional<DtVector64> at = position(a, "at");
+    std::optional<DtTaitBryan> orientation = angles(a, "orientation");
+    link.controller().setMode(kModes.at(a.text("mode")), at ? &*at : nullptr,
+                              orientation ? &*orientation : nullptr);
+    return 0;
+  });
+  c->argument("mode", Type::Text, "the mode").choices(keysOf(kModes));
+  positionOption(*c, "at", "then place the eyepoint here");
+  anglesOption(*c, "orientation", "then turn the eyepoint");
+  c->details("Offset mimic cannot be chosen here: use 'vcctl turret'.");
+}
+
+}  // namespace vcctl

@@ -1,0 +1,165 @@
+// "vcctl option NAME [VALUE]": the viewer's settings, one options PDU per setting.
+#include "commands.h"
+#include "link.h"
+#include "values.h"
+
+namespace vcctl {
+
+using DtCmdLine::Type;
+
+namespace {
+
+enum class Kind { None, Switch, Integer, Real, Text, OptionalText };
+
+using Controller = DtVistrelRemoteController;
+using Send = void (*)(Controller& c, const Args& a);
+
+struct Setting {
+  const char* name;
+  const char* summary;
+  Kind kind;
+  const char* valueHelp;
+  Send send;
+};
+
+bool on(const Args& a) { return switchValue(a); }
+double real(const Args& a) { return a.real("value"); }
+DtString text(const Args& a) { return DtString(a.text("value")); }
+
+// clang-format off
+const Setting kSettings[] = {
+  {"overlay", "show or hide the overlay", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setOverlayEnabled(on(a)); }},
+  {"smoothing", "how eyepoint motion is smoothed", Kind::Integer, "smoothing setting, as the viewer numbers them (0 off)",
+   [](Controller& c, const Args& a) { c.setSmoothing(static_cast<DtSmoothingOption>(a.integer("value"))); }},
+  {"smoothing-period", "period of the smoothing", Kind::Real, "seconds",
+   [](Controller& c, const Args& a) { c.setSmoothingPeriod(real(a)); }},
+  {"sound", "sound on or off", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setSoundEnabled(on(a)); }},
+  {"entity-labels", "labels on entities", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setEntityLabelsEnabled(on(a)); }},
+  {"trailing-effects", "trailing effects behind entities", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setTrailingEffectsEnabled(on(a)); }},
+  {"trajectory-histories", "trajectory histories of entities", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setTrajectoryHistoriesEnabled(on(a)); }},
+  {"aggregate-level", "aggregation level shown", Kind::Integer, "level",
+   [](Controller& c, const Args& a) { c.setAggregateLevel(static_cast<int>(a.integer("value"))); }},
+  {"aggregate-highest-only", "show only the highest aggregates", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setAggregateHighestOnly(on(a)); }},
+  {"ground-clamping", "clamp entities to the ground", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setGroundClampingEnabled(on(a)); }},
+  {"ground-clamp-range", "range of ground clamping", Kind::Real, "metres",
+   [](Controller& c, const Args& a) { c.setGroundClampRange(real(a)); }},
+  {"time-of-day", "time of day of the scene", Kind::Real, "time of day",
+   [](Controller& c, const Args& a) { c.setTimeOfDay(real(a)); }},
+  {"near-clip", "near clipping plane", Kind::Real, "distance in metres",
+   [](Controller& c, const Args& a) { c.setNearClippingPlane(real(a)); }},
+  {"far-clip", "far clipping plane", Kind::Real, "distance in metres",
+   [](Controller& c, const Args& a) { c.setFarClippingPlane(real(a)); }},
+  {"fov", "vertical field of view", Kind::Real, "angle",
+   [](Controller& c, const Args& a) { c.setVerticalFieldOfView(real(a)); }},
+  {"fog", "fog on or off", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setFogEnabled(on(a)); }},
+  {"database", "terrain database to load", Kind::Text, "database name",
+   [](Controller& c, const Args& a) { c.setDatabaseToLoad(text(a)); }},
+  {"date", "date of the scene", Kind::Text, "date",
+   [](Controller& c, const Args& a) { c.setDate(text(a)); }},
+  {"exit", "tell the viewer to quit", Kind::None, "",
+   [](Controller& c, const Args&) { c.exit(); }},
+  {"clouds", "clouds on or off", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setClouds(on(a)); }},
+  {"sky-dome", "sky dome on or off", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setSkyDome(on(a)); }},
+  {"mirror-every-frame", "mirror the message every frame", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setMirrorMessageEveryFrame(on(a)); }},
+  {"mirroring", "mirroring on or off", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setMirroring(on(a)); }},
+  {"broadcasting", "broadcasting on or off", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setBroadcasting(on(a)); }},
+  {"clustering-labels", "labels on clusters", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setClusteringLabels(on(a)); }},
+  {"tactical-graphics-labels", "labels on tactical graphics", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setTacticalGraphicsLabels(on(a)); }},
+  {"show-aggregates", "show aggregates", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setShowAggregates(on(a)); }},
+  {"show-emitters", "show emitters", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setShowEmitters(on(a)); }},
+  {"xr", "extended-reality display", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setXr(on(a)); }},
+  {"hat-labels", "height-above-terrain labels", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setHatLabels(on(a)); }},
+  {"model-set", "choose the model set", Kind::Text, "model set name",
+   [](Controller& c, const Args& a) { c.setCurrentModelSet(text(a)); }},
+  {"next-model-set", "show the next model set", Kind::None, "",
+   [](Controller& c, const Args&) { c.setNextModelSet(); }},
+  {"prev-model-set", "show the previous model set", Kind::None, "",
+   [](Controller& c, const Args&) { c.setPrevModelSet(); }},
+  {"texture-set", "choose the texture set", Kind::Text, "texture set name",
+   [](Controller& c, const Args& a) { c.setCurrentTextureSet(text(a)); }},
+  {"next-texture-set", "show the next texture set", Kind::None, "",
+   [](Controller& c, const Args&) { c.setNextTextureSet(); }},
+  {"prev-texture-set", "show the previous texture set", Kind::None, "",
+   [](Controller& c, const Args&) { c.setPrevTextureSet(); }},
+  {"terrain-scale", "scale of the terrain", Kind::Real, "factor",
+   [](Controller& c, const Args& a) { c.setTerrainScale(real(a)); }},
+  {"object-scale", "scale of the objects", Kind::Real, "factor",
+   [](Controller& c, const Args& a) { c.setObjectScale(real(a)); }},
+  {"video-start", "start recording video", Kind::OptionalText, "file to record into",
+   [](Controller& c, const Args& a) {
+     if (a.has("value")) c.startVideoRecording(text(a));
+     else c.startVideoRecording();
+   }},
+  {"video-stop", "stop recording video", Kind::None, "",
+   [](Controller& c, const Args&) { c.stopVideoRecording(); }},
+  {"video-pause", "pause the recording", Kind::None, "",
+   [](Controller& c, const Args&) { c.pauseVideoRecording(); }},
+  {"video-resume", "resume a paused recording", Kind::None, "",
+   [](Controller& c, const Args&) { c.unpauseVideoRecording(); }},
+  {"video-record-insets", "record the insets too", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setVideoCaptureRecordInsets(on(a)); }},
+  {"video-fps", "frames per second of the recording", Kind::Integer, "frames per second",
+   [](Controller& c, const Args& a) { c.setVideoCaptureFramesPerSecond(static_cast<int>(a.integer("value"))); }},
+  {"video-filename-base", "start of the recording's file names", Kind::Text, "file name base",
+   [](Controller& c, const Args& a) { c.setVideoCaptureFilenameBase(text(a)); }},
+  {"video-directory", "directory of the recordings", Kind::Text, "directory",
+   [](Controller& c, const Args& a) { c.setVideoCaptureDirectory(text(a)); }},
+  {"constrain-with-floor", "keep the eyepoint above a floor", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setConstrainWithFloor(on(a)); }},
+  {"floor", "height of that floor", Kind::Real, "metres",
+   [](Controller& c, const Args& a) { c.setFloor(real(a)); }},
+  {"constrain-to-all", "apply the view constraints to every mode", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setConstrainViewToAll(on(a)); }},
+  {"blocked-distance", "closest the eyepoint may come to an obstacle", Kind::Real, "metres",
+   [](Controller& c, const Args& a) { c.setBlockedDistance(real(a)); }},
+  {"near-clip-blocked-distance", "use the near clipping plane as the blocked distance", Kind::Switch, "",
+   [](Controller& c, const Args& a) { c.setUseNearClipForBlockedDistance(on(a)); }},
+  {"load-features", "load a feature file", Kind::Text, "feature file",
+   [](Controller& c, const Args& a) { c.loadFeatures(text(a)); }},
+  {"clear-features", "clear every loaded feature", Kind::None, "",
+   [](Controller& c, const Args&) { c.clearFeatures(); }},
+};
+// clang-format on
+
+}  // namespace
+
+void declareOptionCommands(Command& root, Registry& registry) {
+  Command& option = root.command("option", "change one of the viewer's settings");
+  option.details("Example: vcctl option fog on");
+  for (const Setting& setting : kSettings) {
+    Send send = setting.send;
+    Command& c = registry.add(option, setting.name, setting.summary, [send](const Args& a, Link& link) {
+      send(link.controller(), a);
+      return 0;
+    });
+    switch (setting.kind) {
+      case Kind::None: break;
+      case Kind::Switch: switchArgument(c, "on or off"); break;
+      case Kind::Integer: c.argument("value", Type::Integer, setting.valueHelp); break;
+      case Kind::Real: c.argument("value", Type::Real, setting.valueHelp); break;
+      case Kind::Text: c.argument("value", Type::Text, setting.valueHelp); break;
+      case Kind::OptionalText: c.argument("value", Type::Text, setting.valueHelp).optional(); break;
+    }
+  }
+}
+
+}  // namespace vcctl
