@@ -1,6 +1,7 @@
 #pragma once
 #include <map>
 
+#include "dtException.h"
 #include "dtString.h"
 #include "dtVector.h"
 #include "vdc3DAttachPoint.h"

@@ -1,4 +1,5 @@
 #pragma once
+#include "dtException.h"
 #include "dtExport.h"
 
 /// DtVdcColor is the colour of a drawing: red, green, blue and alpha (0..255, alpha 255

@@ -2,6 +2,7 @@
 #include <map>
 #include <optional>
 
+#include "dtException.h"
 #include "dtExerciseConn.h"
 #include "dtExport.h"
 #include "dtString.h"

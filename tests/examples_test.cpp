@@ -32,6 +32,7 @@ TEST(Examples, OrbitControllerGetsItsAnswer) {
 }
 
 TEST(Examples, DrawSceneDrawsUpdatesAndCleansUp) {
+  if (!vctest::hubAvailable()) GTEST_SKIP() << "built against another RTI: no hub here";
   std::uint16_t port = 0;
   auto hub = vctest::startHub(port);
   std::string url = vctest::hubUrl(port, "Examples");
