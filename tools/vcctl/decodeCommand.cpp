@@ -1,8 +1,12 @@
 // "vcctl decode": reads a PDU the way a viewer would and prints it, without joining any
 // federation. For PDUs copied out of a log, a capture or 'vcctl --dry-run'.
+#include <cxxabi.h>
+
 #include <cctype>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
+#include <typeinfo>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -59,9 +63,20 @@ bool readFile(const std::string& path, std::string& content) {
   return true;
 }
 
+// The library class that read the bytes: with --v0, version-0 draw-control bytes are
+// read by the version-0 classes.
+std::string className(const DtVistrelControlPdu& pdu) {
+  int status = 0;
+  char* name = abi::__cxa_demangle(typeid(pdu).name(), nullptr, nullptr, &status);
+  std::string result = status == 0 && name ? name : typeid(pdu).name();
+  std::free(name);
+  return result;
+}
+
 int decode(const Args& a, Link&) {
   bool fromFile = a.has("file");
-  if (fromFile == (a.count("hex") > 0)) a.fail("give the PDU as hexadecimal or with --file, not both");
+  if (fromFile && a.count("hex") > 0) a.fail("give the PDU as hexadecimal or with --file, not both");
+  if (!fromFile && a.count("hex") == 0) a.fail("give the PDU's bytes as hexadecimal or with --file");
   std::vector<unsigned char> bytes;
   std::string why;
   if (fromFile) {
@@ -101,7 +116,11 @@ int decode(const Args& a, Link&) {
   else if (claimed < bytes.size())
     complain("note: the header claims %zu bytes, %zu given: the last %zu are not read", claimed,
              bytes.size(), bytes.size() - claimed);
-  out("%s, %d bytes\n", describe(*pdu).c_str(), pdu->length());
+  std::string layout;
+  if (auto* draw = dynamic_cast<const DtVistrelDrawControlPdu*>(pdu.get()))
+    layout = ", layout version " + std::to_string(draw->paramVersion());
+  out("%s, %d bytes%s, read as %s\n", describe(*pdu).c_str(), pdu->length(), layout.c_str(),
+      className(*pdu).c_str());
   pdu->printData();
   return 0;
 }

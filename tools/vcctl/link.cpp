@@ -128,7 +128,14 @@ std::string describe(const DtVistrelControlPdu& pdu) {
   if (!draw) return DtEnumString(pdu.viewerCommand());
   unsigned int type = draw->type();
   std::string name = DtVistrelDrawControlPdu::typeString(static_cast<int>(type));
-  if (name == "UnknownEnum") name = "draw type " + std::to_string(type);
+  // The dumps' type names leave out the attribute commands; a report should not.
+  static const char* const kAttributeCommands[] = {
+      "DtVdcCommandShowAttribute", "DtVdcCommandShowTemplateAttribute",
+      "DtVdcCommandHideAttribute", "DtVdcCommandHideTemplateAttribute"};
+  if (type >= DtVdcCommandShowAttribute && type <= DtVdcCommandHideTemplateAttribute)
+    name = kAttributeCommands[type - DtVdcCommandShowAttribute];
+  else if (name == "UnknownEnum")
+    name = "draw type " + std::to_string(type);
   std::string id = std::to_string(draw->objectId().value());
   if (auto* update = dynamic_cast<const DtVdcAttributeUpdatePduBase*>(draw))
     return name + " attribute " + id + " of panel " + std::to_string(update->groupId().value());
@@ -136,7 +143,7 @@ std::string describe(const DtVistrelControlPdu& pdu) {
     if (type == DtVdcCommandAddToLayer || type == DtVdcCommandRemoveFromLayer)
       return name + " object " + id + " layer " + std::to_string(command->layerId().value());
     if (type >= DtVdcCommandShowAttribute && type <= DtVdcCommandHideTemplateAttribute)
-      return name + " attribute " + id + " of " + std::to_string(command->layerId().value());
+      return name + " attribute " + id + " of panel " + std::to_string(command->layerId().value());
   }
   return name + " object " + id;
 }
