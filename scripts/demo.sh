@@ -1,0 +1,184 @@
+#!/usr/bin/env bash
+# The library end to end on this machine: installs what the build needs, builds, starts
+# a hub and the viewer stand-in on loopback, steers the viewer and draws in its scene with
+# vcctl, and leaves the viewer's picture of the scene in out/scene.svg.
+#   scripts/demo.sh              run the scenario, then stop everything it started
+#   scripts/demo.sh --keep       leave the hub and the viewer running, to try vcctl by hand
+#   scripts/demo.sh --no-build   use the programs already built (BUILD_DIR, default build/)
+# BUILD_DIR and OUT_DIR (default out/) move the build and the output elsewhere.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+root=$PWD
+
+keep=no
+build=yes
+for arg in "$@"; do
+  case "$arg" in
+    --keep) keep=yes ;;
+    --no-build) build=no ;;
+    -h|--help) sed -n '2,8p' "$0"; exit 0 ;;
+    *) echo "demo.sh: unknown option $arg (try --help)" >&2; exit 2 ;;
+  esac
+done
+
+build_dir=$(cd "$root" && mkdir -p "${BUILD_DIR:-build}" && cd "${BUILD_DIR:-build}" && pwd)
+out=$(cd "$root" && mkdir -p "${OUT_DIR:-out}" && cd "${OUT_DIR:-out}" && pwd)
+bin=$build_dir/bin
+svg=$out/scene.svg
+
+step() { printf '\n== %s\n' "$*"; }
+fail() { echo "demo.sh: $*" >&2; exit 1; }
+
+# ------------------------------------------------------------------ build
+if [ "$build" = yes ]; then
+  step "Installing the packages the build needs"
+  scripts/setup.sh
+  step "Building the library, vcctl, vcviewer and the hub in $build_dir"
+  # The same configuration as scripts/test.sh, so that the two share one build.
+  cmake -S "$root" -B "$build_dir" -G Ninja -DVC_WERROR=ON -DCMAKE_BUILD_TYPE=Release >"$out/configure.log" 2>&1 ||
+    { cat "$out/configure.log" >&2; fail "configuring failed (log: $out/configure.log)"; }
+  cmake --build "$build_dir" -j "${JOBS:-2}" --target rtihub vcctl vcviewer >"$out/build.log" 2>&1 ||
+    { tail -n 40 "$out/build.log" >&2; fail "building failed (log: $out/build.log)"; }
+  echo "built: $bin/vcctl, $bin/vcviewer, $bin/rtihub"
+fi
+for program in rtihub vcctl vcviewer; do
+  [ -x "$bin/$program" ] || fail "$bin/$program is missing: run without --no-build"
+done
+
+# ------------------------------------------------------------------ hub and viewer
+pids=()
+stop_all() {
+  local pid
+  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+  for pid in "${pids[@]}"; do wait "$pid" 2>/dev/null || true; done
+}
+trap stop_all EXIT
+trap 'exit 130' INT TERM
+
+# Waits up to $3 seconds for a line containing $2 in file $1 and prints it.
+wait_for_line() {
+  local i
+  for ((i = 0; i < $3 * 10; i++)); do
+    if grep -q -- "$2" "$1" 2>/dev/null; then grep -m1 -- "$2" "$1"; return 0; fi
+    sleep 0.1
+  done
+  return 1
+}
+
+step "Starting the hub on a free loopback port"
+rm -f "$svg"
+"$bin/rtihub" --listen 127.0.0.1:0 >"$out/hub.log" 2>&1 &
+pids+=($!)
+line=$(wait_for_line "$out/hub.log" "rtihub listening on 127.0.0.1:" 10) ||
+  { cat "$out/hub.log" >&2; fail "the hub did not start"; }
+port=${line##*127.0.0.1:}
+port=${port%%[!0-9]*}
+url=rti://127.0.0.1:$port/Demo
+echo "$line"
+
+step "Starting the viewer stand-in viewer-1 on $url"
+"$bin/vcviewer" --id viewer-1 --federation "$url" --svg "$svg" >"$out/viewer.log" 2>"$out/viewer.err" &
+viewer_pid=$!
+pids+=($viewer_pid)
+wait_for_line "$out/viewer.log" "ready on" 10 >/dev/null ||
+  { cat "$out/viewer.log" "$out/viewer.err" >&2; fail "the viewer did not start"; }
+echo "viewer-1 is running; its log: $out/viewer.log"
+
+# ------------------------------------------------------------------ the scenario
+# Prints each vcctl command as a user would type it, runs it, then shows what the viewer
+# said about it.
+viewer_lines=$(wc -l <"$out/viewer.log")
+show_viewer() {
+  local i count last=-1
+  # The viewer prints a line per command as it applies them; wait until it falls quiet.
+  for ((i = 0; i < 30; i++)); do
+    count=$(wc -l <"$out/viewer.log")
+    if [ "$count" -gt "$viewer_lines" ] && [ "$count" -eq "$last" ]; then break; fi
+    last=$count
+    sleep 0.1
+  done
+  tail -n +"$((viewer_lines + 1))" "$out/viewer.log" | sed 's/^/   viewer-1 | /'
+  viewer_lines=$(wc -l <"$out/viewer.log")
+}
+vcctl() {
+  local word shown=""
+  for word in "$@"; do
+    case "$word" in *[[:space:]]*) shown+=" \"$word\"" ;; *) shown+=" $word" ;; esac
+  done
+  echo "   \$ vcctl$shown"
+  "$bin/vcctl" --federation "$url" --viewer viewer-1 "$@" 2>>"$out/vcctl.err" | sed 's/^/     /'
+  [ "${PIPESTATUS[0]}" -eq 0 ] || fail "vcctl $* failed (see $out/vcctl.err)"
+}
+
+echo
+echo "Every vcctl command below runs as: vcctl --federation $url --viewer viewer-1 ..."
+
+step "Orbit around entity 1:1:1"
+vcctl orbit 1:1:1 --radius 500 --rate 0.1
+show_viewer
+
+step "Ask the viewer for its state; it answers with an orbit status report"
+vcctl state --timeout 5
+show_viewer
+
+step "Draw a scene: a layer of routes, lines, texts and an attribute panel"
+vcctl draw layer --id 10 Routes
+vcctl draw line3d --id 11 --from -450,-300,0 --to 300,250,0 --color yellow --thickness 3 --arrow end
+vcctl draw line3d --id 12 --from -450,250,0 --to 450,-200,0 --colors green/orange/red --thickness 2
+vcctl add-to-layer 11 10
+vcctl add-to-layer 12 10
+vcctl draw line2d --id 13 --from 0.05,0.08 --to 0.95,0.08 --colors red/yellow/green --thickness 4
+vcctl draw text2d --id 14 --at 0.05,0.95 --color white "Orbiting 1:1:1"
+vcctl draw text3d --id 15 --attach 300,250,0 --color white Depot
+vcctl draw template --id 20 --name Status 1:Speed:number 2:Fuel:bar:0:100
+vcctl draw panel --id 21 --template 20 --attach 300,250,0 --color orange
+vcctl value 21 1 --number 42
+vcctl value 21 2 --number 80
+show_viewer
+
+step "Change the panel's values"
+vcctl value 21 1 --number 88
+vcctl value 21 2 --number 35
+show_viewer
+
+step "Hide one drawing and remove another"
+vcctl draw ellipse --id 30 --at 0.8,0.8 --size 0.1,0.1 --color red --fill
+vcctl hide 30
+vcctl draw cuboid --id 31 --attach -200,100,0 --size 40,40,10 --color purple
+vcctl remove 31
+show_viewer
+
+if [ "$keep" = yes ]; then
+  trap - EXIT
+  cat <<EOF
+
+== The hub and viewer-1 keep running. Try vcctl by hand, in this shell or another:
+
+   export PATH=$bin:\$PATH
+   vcctl --federation $url --viewer viewer-1 state
+   vcctl --federation $url --viewer viewer-1 tether 1:1:2 --offset 0,-50,20
+   vcctl --federation $url draw text2d --id 40 --at 0.5,0.5 --color green Hello
+   vcctl --federation $url value 21 1 --number 120
+   vcctl --federation $url listen --seconds 30     # in a second shell, then send more
+   vcctl --help;  vcctl draw --help;  vcctl option --help
+
+   The viewer prints a line per command in $out/viewer.log.
+   When done, stop the viewer (it then writes $svg) and the hub:
+   vcctl --federation $url --viewer viewer-1 option exit;  kill ${pids[0]}
+EOF
+  exit 0
+fi
+
+step "The options exit command: the viewer writes its SVG and stops"
+vcctl option exit
+for ((i = 0; i < 100; i++)); do
+  kill -0 "$viewer_pid" 2>/dev/null || break
+  sleep 0.1
+done
+kill -0 "$viewer_pid" 2>/dev/null && fail "the viewer did not stop on the exit command"
+wait "$viewer_pid" || fail "the viewer failed (see $out/viewer.err)"
+show_viewer
+[ -s "$svg" ] && grep -q "</svg>" "$svg" || fail "the viewer wrote no SVG to $svg"
+
+step "Done. The viewer's picture of the scene: $svg"
+echo "Open it in a browser. Logs are beside it in $out/."
