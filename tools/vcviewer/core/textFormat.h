@@ -1,0 +1,23 @@
+#pragma once
+// How the viewer writes values in its lines and captions, so that a person can read them
+// and a script can match them: numbers without trailing zeros, vectors in parentheses,
+// texts quoted only when they need it.
+#include <string>
+
+#include "vistrelControl.h"
+
+namespace vcviewer {
+
+/// A number with the digits its wire form carries: values that are exactly single
+/// precision (most angles and distances travel as 32-bit floats) print with 7 significant
+/// digits, other doubles with 10, so 0.1f prints as 0.1 and a geocentric x keeps its metres.
+std::string number(double value);
+/// "(x, y, z)".
+std::string vector(const DtVector64& value);
+/// A text between double quotes; quotes, backslashes and unprintable bytes escaped.
+std::string quoted(const std::string& text);
+/// An identifier as it is when it is a plain word, quoted when empty or when it holds
+/// blanks or quotes.
+std::string word(const std::string& text);
+
+}  // namespace vcviewer

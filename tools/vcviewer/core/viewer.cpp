@@ -1,0 +1,61 @@
+#include "viewer.h"
+
+#include <utility>
+
+#include "svgWriter.h"
+#include "textFormat.h"
+
+namespace vcviewer {
+
+Viewer::Viewer(std::string id, std::string name, Sender send, Printer print)
+    : id_(std::move(id)), name_(std::move(name)), send_(std::move(send)), print_(std::move(print)) {}
+
+void Viewer::say(const std::string& line) const {
+  if (print_) print_(line);
+}
+
+// The drawer never addresses its PDUs, so an empty viewer id means every viewer, as
+// "0:0:0" does.
+bool Viewer::addressedToUs(const DtVistrelControlPdu& pdu) const {
+  const DtString& viewer = pdu.viewerId();
+  return viewer == id_ || viewer == "0:0:0" || viewer.isNull();
+}
+
+void Viewer::receive(const DtVistrelControlPdu& pdu) {
+  DtViewerCommand command = pdu.viewerCommand();
+  if (!addressedToUs(pdu)) {
+    if (verbose_)
+      say(std::string("ignored ") + DtEnumString(command) + " for " + word(pdu.viewerId().stdString()));
+    return;
+  }
+  // Other viewers' reports reach us too; they are not commands.
+  if (pdu.statusCommand()) {
+    if (verbose_) say(std::string("ignored report ") + DtEnumString(command) + " from " + word(pdu.senderId().stdString()));
+    return;
+  }
+  std::string line;
+  if (auto* draw = dynamic_cast<const DtVistrelDrawControlPdu*>(&pdu)) {
+    line = scene_.apply(*draw);
+  } else if (auto* options = dynamic_cast<const DtOptionsPdu*>(&pdu)) {
+    line = settings_.apply(*options);
+  } else if (command == DtVcRequestState) {
+    answerState(pdu);
+    return;
+  } else {
+    line = view_.apply(pdu, settings_.stepsize(), settings_.turnrate());
+  }
+  if (line.empty()) line = "ignored unknown command " + std::to_string(static_cast<int>(command));
+  say(line);
+}
+
+void Viewer::answerState(const DtVistrelControlPdu& request) {
+  std::unique_ptr<DtVistrelControlPdu> report = view_.status();
+  report->setViewerId(id_);
+  report->setSenderId(name_);
+  if (send_) send_(*report);
+  say(std::string("state -> ") + DtEnumString(report->viewerCommand()));
+}
+
+std::string Viewer::svg() const { return renderSvg(id_, view_, settings_, scene_); }
+
+}  // namespace vcviewer

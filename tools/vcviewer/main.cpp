@@ -1,0 +1,204 @@
+// vcviewer: a headless stand-in for a viewer. It joins the federation under a viewer id,
+// applies what is addressed to it, answers state requests, prints one line per command,
+// and writes its scene as SVG.
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <string>
+
+#include "dtCmdLine.h"
+#include "dtOutput.h"
+#include "viewer.h"
+#include "vistrelControl.h"
+
+namespace {
+
+volatile std::sig_atomic_t g_stopSignal = 0;
+
+void onSignal(int signal) { g_stopSignal = signal; }
+
+void installSignals() {
+  struct sigaction action {};
+  action.sa_handler = onSignal;
+  sigemptyset(&action.sa_mask);
+  sigaction(SIGINT, &action, nullptr);
+  sigaction(SIGTERM, &action, nullptr);
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+// Standard output carries the viewer's lines only; what the library has to say goes to
+// standard error.
+void toStderr(void*, const char* text, size_t length) { std::fwrite(text, 1, length, stderr); }
+
+void printLine(const std::string& line) {
+  std::fwrite(line.data(), 1, line.size(), stdout);
+  std::fputc('\n', stdout);
+  std::fflush(stdout);
+}
+
+bool fileExists(const std::string& path) {
+  struct stat st {};
+  return ::stat(path.c_str(), &st) == 0;
+}
+
+std::string defaultFdd() { return fileExists(VC_DEFAULT_FDD) ? VC_DEFAULT_FDD : VC_INSTALLED_FDD; }
+
+// Standard input of a job started in the background by a script is /dev/null: its end
+// means nothing then, and the viewer runs on until it is told to stop.
+bool stdinIsNull() {
+  struct stat in {}, null {};
+  return ::fstat(0, &in) == 0 && ::stat("/dev/null", &null) == 0 && in.st_dev == null.st_dev &&
+         in.st_ino == null.st_ino;
+}
+
+// Written beside the target and renamed over it, so a reader never sees half a picture.
+bool writeFile(const std::string& path, const std::string& content) {
+  std::string temporary = path + ".tmp";
+  FILE* file = std::fopen(temporary.c_str(), "wb");
+  if (!file) return false;
+  bool ok = std::fwrite(content.data(), 1, content.size(), file) == content.size();
+  ok = std::fclose(file) == 0 && ok;
+  if (ok && std::rename(temporary.c_str(), path.c_str()) == 0) return true;
+  std::remove(temporary.c_str());
+  return false;
+}
+
+struct Run {
+  vcviewer::Viewer* viewer;
+  std::string svgPath;
+};
+
+void writeSvg(const Run& run) {
+  if (run.svgPath.empty()) {
+    std::fprintf(stderr, "vcviewer: no --svg file given\n");
+    return;
+  }
+  if (writeFile(run.svgPath, run.viewer->svg())) {
+    printLine("svg written " + run.svgPath);
+  } else {
+    std::fprintf(stderr, "vcviewer: cannot write %s\n", run.svgPath.c_str());
+  }
+}
+
+void received(DtVistrelControlInteraction* inter, void* usr) {
+  const DtVistrelControlPdu* pdu = inter->vcPdu();
+  if (pdu) static_cast<vcviewer::Viewer*>(usr)->receive(*pdu);
+}
+
+DtCmdLine::Command commandLine() {
+  using DtCmdLine::Type;
+  DtCmdLine::Command cli("vcviewer",
+                         "A headless stand-in for a viewer: applies the control PDUs addressed to it, "
+                         "answers state requests and draws its scene as SVG.");
+  cli.option("id", Type::Text, "the viewer id this viewer answers to").placeholder("ID").required();
+  cli.option("federation", Type::Text, "federation to join: thread://Name, rti://host:port/Name, or a name on the local hub")
+      .shortName('f')
+      .placeholder("URL")
+      .defaultValue("VistrelControl");
+  cli.option("fdd", Type::Text, "FDD file with the ViewControl interaction (default: the one shipped)")
+      .placeholder("FILE");
+  cli.option("name", Type::Text, "federate name, which also signs the answers (default: vcviewer-ID)")
+      .placeholder("FEDERATE");
+  cli.option("svg", Type::Text, "write the scene here on request and when stopping").placeholder("FILE");
+  cli.option("quiet", Type::Flag, "print no line per command").shortName('q');
+  cli.option("verbose", Type::Flag, "also print a line for each PDU meant for another viewer").shortName('v');
+  cli.option("stdin", Type::Flag, "read requests from standard input; its end stops the viewer")
+      .defaultValue("true");
+  cli.details(
+      "Standard input, one request a line:\n"
+      "  svg     write the scene to the --svg file now\n"
+      "  state   print the eyepoint mode and its parameters\n"
+      "  quit    stop\n"
+      "It stops cleanly, writing the SVG, on quit, at the end of standard input, on SIGINT or\n"
+      "SIGTERM, and on the options exit command.\n"
+      "\n"
+      "Example:\n"
+      "  vcviewer --id 1:1:1 --federation rti://127.0.0.1:15160/VistrelControl --svg scene.svg");
+  return cli;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  DtCmdLine::Command cli = commandLine();
+  DtCmdLine::Args args = cli.parseOrExit(argc, argv);
+  const std::string id = args.text("id");
+  const std::string url = args.text("federation");
+  const std::string fdd = args.has("fdd") ? args.text("fdd") : defaultFdd();
+  const std::string name = args.has("name") ? args.text("name") : "vcviewer-" + id;
+  const bool quiet = args.flag("quiet");
+  bool readStdin = args.flag("stdin") && !stdinIsNull();
+
+  DtInfo.setSink(toStderr, nullptr);
+  installSignals();
+
+  DtExerciseConnStatus status;
+  DtExerciseConn conn(url.c_str(), name.c_str(), static_cast<DtFomMapper*>(nullptr), fdd.c_str(), &status);
+  if (!status.ok) {
+    std::fprintf(stderr, "vcviewer: cannot join %s: %s\n", url.c_str(), status.message.c_str());
+    return 1;
+  }
+  DtVistrelControlRegister(&conn);
+
+  vcviewer::Viewer viewer(
+      id, name,
+      [&conn](const DtVistrelControlPdu& pdu) {
+        DtVistrelControlInteraction inter;
+        inter.setVcPdu(pdu);
+        conn.sendInteraction(inter);
+      },
+      [quiet](const std::string& line) {
+        if (!quiet) printLine(line);
+      });
+  viewer.setVerbose(args.flag("verbose"));
+  Run run{&viewer, args.has("svg") ? args.text("svg") : std::string()};
+  DtVistrelControlInteraction::addCallback(&conn, &received, &viewer);
+  printLine("vcviewer " + id + " ready on " + url);
+
+  int exitCode = 0;
+  std::string why;
+  std::string pending;
+  while (why.empty()) {
+    conn.drainInput(0.02);
+    if (g_stopSignal) why = g_stopSignal == SIGINT ? "interrupted" : "terminated";
+    if (viewer.exitRequested()) why = "exit command";
+    if (!conn.connected()) {
+      std::fprintf(stderr, "vcviewer: connection lost: %s\n", conn.errorText().c_str());
+      why = "connection lost";
+      exitCode = 1;
+    }
+    if (!readStdin || !why.empty()) continue;
+    pollfd p{0, POLLIN, 0};
+    if (::poll(&p, 1, 0) <= 0) continue;
+    char buffer[4096];
+    ssize_t n = ::read(0, buffer, sizeof buffer);
+    if (n <= 0) {
+      why = "end of input";
+      continue;
+    }
+    pending.append(buffer, static_cast<size_t>(n));
+    size_t newline;
+    while ((newline = pending.find('\n')) != std::string::npos && why.empty()) {
+      std::string request = pending.substr(0, newline);
+      pending.erase(0, newline + 1);
+      if (!request.empty() && request.back() == '\r') request.pop_back();
+      if (request == "svg") {
+        writeSvg(run);
+      } else if (request == "state") {
+        printLine("state " + viewer.view().describe());
+      } else if (request == "quit") {
+        why = "quit";
+      } else if (!request.empty()) {
+        std::fprintf(stderr, "vcviewer: unknown request '%s' (svg, state, quit)\n", request.c_str());
+      }
+    }
+  }
+
+  DtVistrelControlInteraction::removeCallback(&conn, &received, &viewer);
+  if (!run.svgPath.empty()) writeSvg(run);
+  printLine("vcviewer " + id + " stopped: " + why);
+  return exitCode;
+}
