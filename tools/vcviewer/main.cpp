@@ -46,12 +46,13 @@ bool fileExists(const std::string& path) {
 
 std::string defaultFdd() { return fileExists(VC_DEFAULT_FDD) ? VC_DEFAULT_FDD : VC_INSTALLED_FDD; }
 
-// Standard input of a job started in the background by a script is /dev/null: its end
-// means nothing then, and the viewer runs on until it is told to stop.
-bool stdinIsNull() {
+// Standard input of a job started in the background by a script is /dev/null, and a
+// service may have none at all: its end means nothing then, and the viewer runs on until
+// it is told to stop.
+bool stdinUsable() {
   struct stat in {}, null {};
-  return ::fstat(0, &in) == 0 && ::stat("/dev/null", &null) == 0 && in.st_dev == null.st_dev &&
-         in.st_ino == null.st_ino;
+  if (::fstat(0, &in) != 0) return false;
+  return !(::stat("/dev/null", &null) == 0 && in.st_dev == null.st_dev && in.st_ino == null.st_ino);
 }
 
 // Written beside the target and renamed over it, so a reader never sees half a picture.
@@ -130,7 +131,7 @@ int main(int argc, char** argv) {
   const std::string fdd = args.has("fdd") ? args.text("fdd") : defaultFdd();
   const std::string name = args.has("name") ? args.text("name") : "vcviewer-" + id;
   const bool quiet = args.flag("quiet");
-  bool readStdin = args.flag("stdin") && !stdinIsNull();
+  bool readStdin = args.flag("stdin") && stdinUsable();
 
   DtInfo.setSink(toStderr, nullptr);
   installSignals();
@@ -173,6 +174,10 @@ int main(int argc, char** argv) {
     if (!readStdin || !why.empty()) continue;
     pollfd p{0, POLLIN, 0};
     if (::poll(&p, 1, 0) <= 0) continue;
+    if (p.revents & POLLNVAL) {
+      readStdin = false;
+      continue;
+    }
     char buffer[4096];
     ssize_t n = ::read(0, buffer, sizeof buffer);
     if (n <= 0) {
