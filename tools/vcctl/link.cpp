@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "dtOutput.h"
 #include "output.h"
 
 namespace vcctl {
@@ -107,12 +108,19 @@ void Link::open() {
     controller_ = std::make_unique<ConfirmingController>(printer_.get(), viewer);
   } else {
     DtExerciseConnStatus status;
+    // A failed join is also warned about; the status says the same, and vcctl reports
+    // it once, as its own error.
+    DtOutputStream::Sink warn = DtWarn.sink();
+    void* warnUser = DtWarn.sinkUser();
+    DtWarn.setSink([](void*, const char*, size_t) {}, nullptr);
     auto conn = std::make_unique<DtExerciseConn>(settings_.federation.c_str(),
                                                  settings_.name.c_str(),
                                                  static_cast<DtFomMapper*>(nullptr),
                                                  settings_.fdd.c_str(), &status);
+    DtWarn.setSink(warn, warnUser);
     if (!status.ok || !conn->connected())
-      throw LinkError("cannot join " + settings_.federation + ": " + status.message.c_str());
+      throw LinkError(status.message.isNull() ? "cannot join " + settings_.federation
+                                              : std::string(status.message.c_str()));
     DtVistrelControlRegister(conn.get());
     conn_ = std::move(conn);
     controller_ = std::make_unique<ConfirmingController>(conn_.get(), viewer);
