@@ -1,0 +1,117 @@
+// The raw endpoint: ViewControl interactions whose one parameter holds `size` bytes
+// that look like a control PDU (its 12-byte header, kind 202), carrying vcbench's own
+// message in the first bytes of the body. Only the standard API is used.
+#include <RTI/RTI1516.h>
+
+#include <cstring>
+#include <vector>
+
+#include "endpoint.h"
+#include "wire.h"
+
+namespace vcbench {
+
+namespace {
+
+std::wstring wide(const std::string& s) { return std::wstring(s.begin(), s.end()); }
+
+std::string narrow(const std::wstring& s) {
+  std::string out;
+  for (wchar_t c : s) out += c < 128 ? static_cast<char>(c) : '?';
+  return out;
+}
+
+class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
+ public:
+  RawEndpoint(const Settings& settings, Handler& handler)
+      : handler_(handler),
+        data_(wire::buffer(static_cast<size_t>(settings.size))),
+        ping_(wire::buffer(static_cast<size_t>(settings.size))),
+        control_(wire::buffer(wire::kMessageSize)) {
+    try {
+      rti1516::RTIambassadorFactory factory;
+      rti_ = factory.createRTIambassador(std::vector<std::wstring>());
+      try {
+        rti_->createFederationExecution(wide(settings.federation), wide(settings.fdd));
+      } catch (const rti1516::FederationExecutionAlreadyExists&) {
+        // The other end was first.
+      }
+      rti_->joinFederationExecution(wide(settings.federate), wide(settings.federation), *this);
+      cls_ = rti_->getInteractionClassHandle(L"ViewControl");
+      param_ = rti_->getParameterHandle(cls_, L"ViewControlPdu");
+      rti_->publishInteractionClass(cls_);
+      rti_->subscribeInteractionClass(cls_, true);
+    } catch (const rti1516::Exception& e) {
+      throw std::runtime_error("cannot join " + settings.federation + ": " + narrow(e.what()));
+    }
+    // The maps point at our buffers: a send reads whatever the buffer holds then.
+    wire::mark(data_.data(), Kind::Data, 0, 0);
+    dataValues_[param_].setDataPointer(data_.data(), static_cast<unsigned long>(data_.size()));
+    pingValues_[param_].setDataPointer(ping_.data(), static_cast<unsigned long>(ping_.size()));
+    controlValues_[param_].setDataPointer(control_.data(), static_cast<unsigned long>(control_.size()));
+  }
+
+  ~RawEndpoint() override {
+    try {
+      rti_->resignFederationExecution(rti1516::NO_ACTION);
+    } catch (const rti1516::Exception&) {
+      // Gone already: nothing to leave.
+    }
+  }
+
+  void sendData(std::uint64_t seq) override {
+    wire::setA(data_.data(), seq);
+    rti_->sendInteraction(cls_, dataValues_, tag_);
+  }
+
+  void send(Kind kind, std::uint64_t a, std::uint64_t b) override {
+    if (kind == Kind::Ping) {
+      wire::mark(ping_.data(), kind, a, b);
+      rti_->sendInteraction(cls_, pingValues_, tag_);
+    } else {
+      wire::mark(control_.data(), kind, a, b);
+      rti_->sendInteraction(cls_, controlValues_, tag_);
+    }
+  }
+
+  void poll(double waitSeconds) override {
+    if (waitSeconds < 0) waitSeconds = 0;
+    rti_->evokeMultipleCallbacks(waitSeconds, waitSeconds + 0.001);
+  }
+
+  void receiveInteraction(rti1516::InteractionClassHandle, rti1516::ParameterHandleValueMap const& values,
+                          rti1516::VariableLengthData const&, rti1516::OrderType,
+                          rti1516::TransportationType) override {
+    auto it = values.find(param_);
+    if (it == values.end()) return;
+    Message m;
+    if (wire::read(it->second.data(), it->second.size(), m)) handler_.onMessage(m);
+  }
+
+ private:
+  Handler& handler_;
+  std::unique_ptr<rti1516::RTIambassador> rti_;
+  rti1516::InteractionClassHandle cls_;
+  rti1516::ParameterHandle param_;
+  std::vector<unsigned char> data_, ping_, control_;
+  rti1516::ParameterHandleValueMap dataValues_, pingValues_, controlValues_;
+  rti1516::VariableLengthData tag_;
+};
+
+}  // namespace
+
+std::unique_ptr<Endpoint> makeRawEndpoint(const Settings& settings, Handler& handler) {
+  return std::make_unique<RawEndpoint>(settings, handler);
+}
+
+void destroyRawFederation(const Settings& settings) {
+  try {
+    rti1516::RTIambassadorFactory factory;
+    auto rti = factory.createRTIambassador(std::vector<std::wstring>());
+    rti->destroyFederationExecution(wide(settings.federation));
+  } catch (const rti1516::Exception&) {
+    // Still in use, or gone already.
+  }
+}
+
+}  // namespace vcbench
