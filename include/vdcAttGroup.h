@@ -57,12 +57,8 @@ class DT_EXPORT DtVdcAttributeGroupObject : public DtVdcObject {
   /// Attachment, offset, colour, flashing.
   void updatePdu() override;
 
-  virtual DtVdc3DAttachPoint attachment() const;
-  virtual DtVdc3DAttachPoint& attachment();
-  virtual void setAttachment(const DtVdc3DAttachPoint& attachment);
-  virtual DtVector64 enuOffset() const;
-  virtual DtVector64& enuOffset();
-  virtual void setEnuOffset(const DtVector64& offset);
+  DT_VDC_FIELD_ACCESSORS(DtVdc3DAttachPoint, attachment, setAttachment)
+  DT_VDC_FIELD_ACCESSORS(DtVector64, enuOffset, setEnuOffset)
   DT_VDC_COLOR_ACCESSORS
   DT_VDC_FLASHING_ACCESSORS
   virtual DtVdcAttributeGroupTemplateObject* attributeGroupTemplate() const;

@@ -25,23 +25,13 @@ class DT_EXPORT DtVdcCylinderObject : public DtVdcObject {
   void updatePdu() override;
 
   /// The start attachment under its other name.
-  virtual DtVdc3DAttachPoint attachment() const;
-  virtual DtVdc3DAttachPoint& attachment();
-  virtual void setAttachment(const DtVdc3DAttachPoint& attachment);
-  virtual DtVdc3DAttachPoint startAttachment() const;
-  virtual DtVdc3DAttachPoint& startAttachment();
-  virtual void setStartAttachment(const DtVdc3DAttachPoint& attachment);
-  virtual DtVdc3DAttachPoint endAttachment() const;
-  virtual DtVdc3DAttachPoint& endAttachment();
-  virtual void setEndAttachment(const DtVdc3DAttachPoint& attachment);
-  virtual DtVector64 enuOffset() const;
-  virtual DtVector64& enuOffset();
-  virtual void setEnuOffset(const DtVector64& offset);
+  DT_VDC_FIELD_ACCESSORS(DtVdc3DAttachPoint, attachment, setAttachment)
+  DT_VDC_FIELD_ACCESSORS(DtVdc3DAttachPoint, startAttachment, setStartAttachment)
+  DT_VDC_FIELD_ACCESSORS(DtVdc3DAttachPoint, endAttachment, setEndAttachment)
+  DT_VDC_FIELD_ACCESSORS(DtVector64, enuOffset, setEnuOffset)
   virtual double length() const;
   virtual void setLength(double length);
-  virtual DtVdcVector2D diameters() const;
-  virtual DtVdcVector2D& diameters();
-  virtual void setDiameters(const DtVdcVector2D& diameters);
+  DT_VDC_FIELD_ACCESSORS(DtVdcVector2D, diameters, setDiameters)
   DT_VDC_3D_STYLE_ACCESSORS
 
  private:

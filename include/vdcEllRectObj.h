@@ -19,12 +19,8 @@ class DT_EXPORT DtVdcEllRectBase : public DtVdcObject {
   /// Attach, scale, colour, flashing, pattern, rotation, fill.
   void updatePdu() override;
 
-  virtual DtVdcVector2D position() const;
-  virtual DtVdcVector2D& position();
-  virtual void setPosition(const DtVdcVector2D& position);
-  virtual DtVdcVector2D size() const;
-  virtual DtVdcVector2D& size();
-  virtual void setSize(const DtVdcVector2D& size);
+  DT_VDC_FIELD_ACCESSORS(DtVdcVector2D, position, setPosition)
+  DT_VDC_FIELD_ACCESSORS(DtVdcVector2D, size, setSize)
   DT_VDC_2D_STYLE_ACCESSORS
 
   virtual void setPduAttach();

@@ -23,12 +23,8 @@ class DT_EXPORT DtVdcEllipsoidCuboidBase : public DtVdcObject {
   /// Attach, scale, offset, colour, flashing, rotation.
   void updatePdu() override;
 
-  virtual DtVdc3DAttachPoint attachment() const;
-  virtual DtVdc3DAttachPoint& attachment();
-  virtual void setAttachment(const DtVdc3DAttachPoint& attachment);
-  virtual DtVector64 enuOffset() const;
-  virtual DtVector64& enuOffset();
-  virtual void setEnuOffset(const DtVector64& offset);
+  DT_VDC_FIELD_ACCESSORS(DtVdc3DAttachPoint, attachment, setAttachment)
+  DT_VDC_FIELD_ACCESSORS(DtVector64, enuOffset, setEnuOffset)
   DT_VDC_3D_STYLE_ACCESSORS
 
  protected:

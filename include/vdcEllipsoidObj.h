@@ -11,7 +11,5 @@ class DT_EXPORT DtVdcEllipsoidObject : public DtVdcEllipsoidCuboidBase {
                        const DtTaitBryan& rotation, DtVdcColor color, bool flashing);
   ~DtVdcEllipsoidObject() override;
 
-  virtual DtVector64 diameters() const;
-  virtual DtVector64& diameters();
-  virtual void setDiameters(const DtVector64& diameters);
+  DT_VDC_FIELD_ACCESSORS(DtVector64, diameters, setDiameters)
 };

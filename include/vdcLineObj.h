@@ -26,12 +26,8 @@ class DT_EXPORT DtVdcLine2DObject : public DtVdcObject {
   DtVdcLinePdu& pdu() override;
   void updatePdu() override;
 
-  virtual DtVdcVector2D startPosition() const;
-  virtual DtVdcVector2D& startPosition();
-  virtual void setStartPosition(const DtVdcVector2D& position);
-  virtual DtVdcVector2D endPosition() const;
-  virtual DtVdcVector2D& endPosition();
-  virtual void setEndPosition(const DtVdcVector2D& position);
+  DT_VDC_FIELD_ACCESSORS(DtVdcVector2D, startPosition, setStartPosition)
+  DT_VDC_FIELD_ACCESSORS(DtVdcVector2D, endPosition, setEndPosition)
   DT_VDC_SEGMENT_ACCESSORS
   DT_VDC_FLASHING_ACCESSORS
 
@@ -63,16 +59,10 @@ class DT_EXPORT DtVdcLine3DObject : public DtVdcObject {
   DtVdcLinePdu& pdu() override;
   void updatePdu() override;
 
-  virtual DtVdc3DAttachPoint startAttachment() const;
-  virtual DtVdc3DAttachPoint& startAttachment();
-  virtual void setStartAttachment(const DtVdc3DAttachPoint& attachment);
-  virtual DtVdc3DAttachPoint endAttachment() const;
-  virtual DtVdc3DAttachPoint& endAttachment();
-  virtual void setEndAttachment(const DtVdc3DAttachPoint& attachment);
+  DT_VDC_FIELD_ACCESSORS(DtVdc3DAttachPoint, startAttachment, setStartAttachment)
+  DT_VDC_FIELD_ACCESSORS(DtVdc3DAttachPoint, endAttachment, setEndAttachment)
   /// East-north-up offset of the whole line.
-  virtual DtVector64 enuOffset() const;
-  virtual DtVector64& enuOffset();
-  virtual void setEnuOffset(const DtVector64& offset);
+  DT_VDC_FIELD_ACCESSORS(DtVector64, enuOffset, setEnuOffset)
   DT_VDC_SEGMENT_ACCESSORS
   DT_VDC_FLASHING_ACCESSORS
   /// The viewer hides the line when the ends cannot see each other.

@@ -30,11 +30,15 @@ class DT_EXPORT DtVdcObject {
 
 // Accessor groups that several drawing objects declare alike, each group in this order.
 
+/// A field with a copy getter, a reference getter and a setter:
+/// `Type get() const`, `Type& get()`, `void set(const Type&)`.
+#define DT_VDC_FIELD_ACCESSORS(Type, get, set) \
+  virtual Type get() const;                    \
+  virtual Type& get();                         \
+  virtual void set(const Type& value);
+
 /// The colour of a placed drawing.
-#define DT_VDC_COLOR_ACCESSORS      \
-  virtual DtVdcColor color() const; \
-  virtual DtVdcColor& color();      \
-  virtual void setColor(const DtVdcColor& color);
+#define DT_VDC_COLOR_ACCESSORS DT_VDC_FIELD_ACCESSORS(DtVdcColor, color, setColor)
 
 /// Whether the drawing flashes.
 #define DT_VDC_FLASHING_ACCESSORS \
@@ -55,15 +59,13 @@ class DT_EXPORT DtVdcObject {
 
 /// The look of a shape in the scene (orientation, colour, flashing), followed by the
 /// set-PDU operations that every scene shape runs in this order.
-#define DT_VDC_3D_STYLE_ACCESSORS                        \
-  virtual DtTaitBryan rotation() const;                  \
-  virtual DtTaitBryan& rotation();                       \
-  virtual void setRotation(const DtTaitBryan& rotation); \
-  DT_VDC_COLOR_ACCESSORS                                 \
-  DT_VDC_FLASHING_ACCESSORS                              \
-  virtual void setPduAttach();                           \
-  virtual void setPduScale();                            \
-  virtual void setPduOffset();                           \
-  virtual void setPduColor();                            \
-  virtual void setPduFlashing();                         \
+#define DT_VDC_3D_STYLE_ACCESSORS                            \
+  DT_VDC_FIELD_ACCESSORS(DtTaitBryan, rotation, setRotation) \
+  DT_VDC_COLOR_ACCESSORS                                     \
+  DT_VDC_FLASHING_ACCESSORS                                  \
+  virtual void setPduAttach();                               \
+  virtual void setPduScale();                                \
+  virtual void setPduOffset();                               \
+  virtual void setPduColor();                                \
+  virtual void setPduFlashing();                             \
   virtual void setPduRotation();

@@ -19,12 +19,8 @@ class DT_EXPORT DtVdcText2DObject : public DtVdcObject {
   /// Text, attach, colour, flashing.
   void updatePdu() override;
 
-  virtual DtString text() const;
-  virtual DtString& text();
-  virtual void setText(const DtString& text);
-  virtual DtVdcVector2D position() const;
-  virtual DtVdcVector2D& position();
-  virtual void setPosition(const DtVdcVector2D& position);
+  DT_VDC_FIELD_ACCESSORS(DtString, text, setText)
+  DT_VDC_FIELD_ACCESSORS(DtVdcVector2D, position, setPosition)
   DT_VDC_COLOR_ACCESSORS
   DT_VDC_FLASHING_ACCESSORS
 
@@ -53,15 +49,9 @@ class DT_EXPORT DtVdcText3DObject : public DtVdcObject {
   /// Text, attach, offset, colour, flashing.
   void updatePdu() override;
 
-  virtual DtString text() const;
-  virtual DtString& text();
-  virtual void setText(const DtString& text);
-  virtual DtVdc3DAttachPoint attachment() const;
-  virtual DtVdc3DAttachPoint& attachment();
-  virtual void setAttachment(const DtVdc3DAttachPoint& attachment);
-  virtual DtVector64 enuOffset() const;
-  virtual DtVector64& enuOffset();
-  virtual void setEnuOffset(const DtVector64& offset);
+  DT_VDC_FIELD_ACCESSORS(DtString, text, setText)
+  DT_VDC_FIELD_ACCESSORS(DtVdc3DAttachPoint, attachment, setAttachment)
+  DT_VDC_FIELD_ACCESSORS(DtVector64, enuOffset, setEnuOffset)
   DT_VDC_COLOR_ACCESSORS
   DT_VDC_FLASHING_ACCESSORS
 

@@ -21,21 +21,11 @@ class DT_EXPORT DtVdcTriangle2DObject : public DtVdcObject {
   /// Attach, vertices, scale, colour, flashing, pattern, rotation, fill.
   void updatePdu() override;
 
-  virtual DtVdcVector2D vertex1() const;
-  virtual DtVdcVector2D& vertex1();
-  virtual void setVertex1(const DtVdcVector2D& vertex);
-  virtual DtVdcVector2D vertex2() const;
-  virtual DtVdcVector2D& vertex2();
-  virtual void setVertex2(const DtVdcVector2D& vertex);
-  virtual DtVdcVector2D vertex3() const;
-  virtual DtVdcVector2D& vertex3();
-  virtual void setVertex3(const DtVdcVector2D& vertex);
-  virtual DtVdcVector2D offset() const;
-  virtual DtVdcVector2D& offset();
-  virtual void setOffset(const DtVdcVector2D& offset);
-  virtual DtVdcVector2D scale() const;
-  virtual DtVdcVector2D& scale();
-  virtual void setScale(const DtVdcVector2D& scale);
+  DT_VDC_FIELD_ACCESSORS(DtVdcVector2D, vertex1, setVertex1)
+  DT_VDC_FIELD_ACCESSORS(DtVdcVector2D, vertex2, setVertex2)
+  DT_VDC_FIELD_ACCESSORS(DtVdcVector2D, vertex3, setVertex3)
+  DT_VDC_FIELD_ACCESSORS(DtVdcVector2D, offset, setOffset)
+  DT_VDC_FIELD_ACCESSORS(DtVdcVector2D, scale, setScale)
   DT_VDC_2D_STYLE_ACCESSORS
 
   virtual void setPduAttach();
@@ -73,15 +63,9 @@ class DT_EXPORT DtVdcTriangle3DObject : public DtVdcObject {
   /// Points, colour, flashing.
   void updatePdu() override;
 
-  virtual DtVector64 vertex1() const;
-  virtual DtVector64& vertex1();
-  virtual void setVertex1(const DtVector64& vertex);
-  virtual DtVector64 vertex2() const;
-  virtual DtVector64& vertex2();
-  virtual void setVertex2(const DtVector64& vertex);
-  virtual DtVector64 vertex3() const;
-  virtual DtVector64& vertex3();
-  virtual void setVertex3(const DtVector64& vertex);
+  DT_VDC_FIELD_ACCESSORS(DtVector64, vertex1, setVertex1)
+  DT_VDC_FIELD_ACCESSORS(DtVector64, vertex2, setVertex2)
+  DT_VDC_FIELD_ACCESSORS(DtVector64, vertex3, setVertex3)
   DT_VDC_FLASHING_ACCESSORS
   DT_VDC_COLOR_ACCESSORS
 

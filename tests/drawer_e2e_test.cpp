@@ -2,7 +2,6 @@
 // drawing PDUs arrive whole, signed by the drawer, in the order they were sent.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <string>
 #include <vector>
 
@@ -13,20 +12,15 @@
 
 namespace {
 
-using namespace std::chrono_literals;
-
 TEST(DrawerE2E, DrawingsUpdatesAndRemovalsReachTheViewer) {
   if (!vctest::hubAvailable()) GTEST_SKIP() << "built against another RTI: no hub here";
-  std::uint16_t port = 0;
-  auto hub = vctest::startHub(port);
-  std::string url = vctest::hubUrl(port, "Drawing");
-  vctest::ChildProcess viewer(vctest::binaryPath("vc_peer"), {url, VC_FDD_FILE, "viewer", "v-1"});
-  std::string line;
-  ASSERT_TRUE(viewer.waitForLine("READY", line, 10s)) << viewer.transcript();
+  vctest::HubWithPeer f("Drawing");
+  ASSERT_TRUE(f.ready()) << f.viewer.transcript();
 
   {
-    DtVistrelRemoteDrawer drawer(url.c_str(), "drawer-process", static_cast<DtFomMapper*>(nullptr),
-                                 VC_FDD_FILE, DtString("v-1"), 1);
+    DtVistrelRemoteDrawer drawer(f.url.c_str(), "drawer-process",
+                                 static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE, DtString("v-1"),
+                                 1);
     ASSERT_TRUE(drawer.exerciseConn()->connected());
     unsigned int layer = drawer.nextId();
     drawer.add(new DtVdcDrawLayerObject(layer, "Routes"));
@@ -47,8 +41,8 @@ TEST(DrawerE2E, DrawingsUpdatesAndRemovalsReachTheViewer) {
     drawer.update(group->id());
   }  // removes everything, lowest id first
 
-  std::vector<vctest::PeerPdu> got = vctest::peerPdus(viewer, 12);
-  ASSERT_EQ(got.size(), 12u) << viewer.transcript();
+  std::vector<vctest::PeerPdu> got = vctest::peerPdus(f.viewer, 12);
+  ASSERT_EQ(got.size(), 12u) << f.viewer.transcript();
   std::vector<unsigned int> commands, types, ids;
   for (const vctest::PeerPdu& r : got) {
     commands.push_back(r.command);

@@ -33,20 +33,17 @@ TEST(Examples, OrbitControllerGetsItsAnswer) {
 
 TEST(Examples, DrawSceneDrawsUpdatesAndCleansUp) {
   if (!vctest::hubAvailable()) GTEST_SKIP() << "built against another RTI: no hub here";
-  std::uint16_t port = 0;
-  auto hub = vctest::startHub(port);
-  std::string url = vctest::hubUrl(port, "Examples");
-  vctest::ChildProcess viewer(vctest::binaryPath("vc_peer"), {url, VC_FDD_FILE, "viewer", "v-1"});
+  vctest::HubWithPeer f("Examples");
+  ASSERT_TRUE(f.ready()) << f.viewer.transcript();
   std::string line;
-  ASSERT_TRUE(viewer.waitForLine("READY", line, 10s)) << viewer.transcript();
-  vctest::ChildProcess example(vctest::binaryPath("drawScene"),
-                               {url, VC_FDD_FILE, "2:2:2", "2:2:3", "0"}, true);
-  ASSERT_TRUE(example.waitForLine("fuel now 65", line, 10s)) << example.transcript();
-  EXPECT_EQ(example.wait(10s), 0) << example.transcript();
+  vctest::ChildProcess drawScene(vctest::binaryPath("drawScene"),
+                                 {f.url, VC_FDD_FILE, "2:2:2", "2:2:3", "0"}, true);
+  ASSERT_TRUE(drawScene.waitForLine("fuel now 65", line, 10s)) << drawScene.transcript();
+  EXPECT_EQ(drawScene.wait(10s), 0) << drawScene.transcript();
 
   // Ids: layer 1, line 2, label 3, group 4, its template 5, the template's attributes 6, 7.
-  std::vector<vctest::PeerPdu> got = vctest::peerPdus(viewer, 19);
-  ASSERT_EQ(got.size(), 19u) << viewer.transcript();
+  std::vector<vctest::PeerPdu> got = vctest::peerPdus(f.viewer, 19);
+  ASSERT_EQ(got.size(), 19u) << f.viewer.transcript();
   std::vector<unsigned int> types, ids;
   for (const vctest::PeerPdu& p : got) {
     types.push_back(wire::u32(p.b(), 164));

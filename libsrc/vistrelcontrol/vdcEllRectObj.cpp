@@ -45,21 +45,14 @@ void DtVdcEllRectBase::setPduScale() {
   pdu_.setScale(vdcobj::doubled(size_));
 }
 
-DtVdcEllipseObject::DtVdcEllipseObject(unsigned int id, const DtVdcVector2D& position,
-                                       const DtVdcVector2D& size, double rotation, DtVdcColor color,
-                                       bool fill, unsigned int pattern, bool flashing)
-    : DtVdcEllRectBase(id, position, size, rotation, color, fill, pattern, flashing) {
-  pdu().setType(DtNetU32(DtVdcCircle));
-}
+// The two screen shapes differ only in the kind the viewer draws.
+#define VDC_ELL_RECT(Class, type)                                                                 \
+  Class::Class(unsigned int id, const DtVdcVector2D& position, const DtVdcVector2D& size,         \
+               double rotation, DtVdcColor color, bool fill, unsigned int pattern, bool flashing) \
+      : DtVdcEllRectBase(id, position, size, rotation, color, fill, pattern, flashing) {          \
+    pdu().setType(DtNetU32(type));                                                                \
+  }                                                                                               \
+  Class::~Class() = default;
 
-DtVdcEllipseObject::~DtVdcEllipseObject() = default;
-
-DtVdcRectangleObject::DtVdcRectangleObject(unsigned int id, const DtVdcVector2D& position,
-                                           const DtVdcVector2D& size, double rotation,
-                                           DtVdcColor color, bool fill, unsigned int pattern,
-                                           bool flashing)
-    : DtVdcEllRectBase(id, position, size, rotation, color, fill, pattern, flashing) {
-  pdu().setType(DtNetU32(DtVdcSquare));
-}
-
-DtVdcRectangleObject::~DtVdcRectangleObject() = default;
+VDC_ELL_RECT(DtVdcEllipseObject, DtVdcCircle)
+VDC_ELL_RECT(DtVdcRectangleObject, DtVdcSquare)

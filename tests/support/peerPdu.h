@@ -1,7 +1,9 @@
 #pragma once
-// The control PDUs that tests/peers/vc_peer reports, one "PDU <command> <hex>" line each,
-// turned back into bytes.
+// A viewer stand-in (tests/peers/vc_peer) on a hub of its own, and the control PDUs it
+// reports, one "PDU <command> <hex>" line each, turned back into bytes.
 #include <chrono>
+#include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -29,6 +31,23 @@ inline bool nextPeerPdu(ChildProcess& peer, PeerPdu& out,
     out.bytes.push_back(static_cast<unsigned char>(std::stoi(hex.substr(i, 2), nullptr, 16)));
   return true;
 }
+
+/// A hub on loopback with a vc_peer joined to it under `viewerId`; ready() waits until
+/// the peer listens.
+struct HubWithPeer {
+  explicit HubWithPeer(const std::string& federation, const std::string& viewerId = "v-1")
+      : hub(startHub(port)),
+        url(hubUrl(port, federation)),
+        viewer(binaryPath("vc_peer"), {url, VC_FDD_FILE, "viewer", viewerId}) {}
+  bool ready() {
+    std::string line;
+    return viewer.waitForLine("READY", line, std::chrono::seconds(10));
+  }
+  std::uint16_t port = 0;
+  std::unique_ptr<ChildProcess> hub;
+  std::string url;
+  ChildProcess viewer;
+};
 
 /// The next `count` PDUs; fewer when the peer falls silent.
 inline std::vector<PeerPdu> peerPdus(ChildProcess& peer, size_t count) {
