@@ -58,7 +58,8 @@ class VcctlAgainstViewer : public testing::Test {
   // The viewer's next line that contains `text`.
   std::string viewerSays(const std::string& text) {
     std::string line;
-    return viewer_->waitForLine(text, line, 5s) ? line : "(not said:\n" + viewer_->transcript() + ")";
+    return viewer_->waitForLine(text, line, 5s) ? line
+                                                : "(not said:\n" + viewer_->transcript() + ")";
   }
   // The viewer's very next line, whatever it is.
   std::string viewerNext() {
@@ -97,7 +98,8 @@ TEST_F(VcctlAgainstViewer, ViewCommandsAreAppliedAndStateIsAnswered) {
 }
 
 TEST_F(VcctlAgainstViewer, DrawingsOutliveVcctlUntilRemoved) {
-  VcctlRun text = vcctl({"draw", "text2d", "--id", "3", "--at", "0.1,0.9", "--color", "green", "Hello there"});
+  VcctlRun text =
+      vcctl({"draw", "text2d", "--id", "3", "--at", "0.1,0.9", "--color", "green", "Hello there"});
   EXPECT_EQ(text.code, 0) << text.output;
   EXPECT_EQ(text.ownLines(), Words{"sent DtVdc2DText object 3 to viewer-1"});
   EXPECT_NE(viewerSays("draw add 3 ").find("Hello there"), std::string::npos);
@@ -111,8 +113,12 @@ TEST_F(VcctlAgainstViewer, DrawingsOutliveVcctlUntilRemoved) {
   EXPECT_EQ(viewerNext(), "draw remove 3");
 
   // An attribute panel made over three runs, whose value then changes.
-  EXPECT_EQ(vcctl({"draw", "template", "--id", "20", "--name", "Status", "1:Speed", "2:Fuel:bar:0:100"}).code, 0);
-  EXPECT_EQ(vcctl({"draw", "panel", "--id", "21", "--template", "20", "--attach", "100,50,0"}).code, 0);
+  EXPECT_EQ(
+      vcctl({"draw", "template", "--id", "20", "--name", "Status", "1:Speed", "2:Fuel:bar:0:100"})
+          .code,
+      0);
+  EXPECT_EQ(vcctl({"draw", "panel", "--id", "21", "--template", "20", "--attach", "100,50,0"}).code,
+            0);
   EXPECT_EQ(vcctl({"value", "21", "2", "--number", "35"}).code, 0);
   EXPECT_NE(viewerSays("draw add 21 ").find("template=20"), std::string::npos);
   EXPECT_NE(viewerSays("draw value 21/2").find("x=35"), std::string::npos);
@@ -129,10 +135,11 @@ TEST_F(VcctlAgainstViewer, DrawingsOutliveVcctlUntilRemoved) {
 }
 
 TEST_F(VcctlAgainstViewer, ListenPrintsEveryPduThatArrives) {
-  ChildProcess listener(vctest::binaryPath("vcctl"),
-                        {"--federation", url_, "--fdd", VC_FDD_FILE, "--name", "ears", "listen", "--count", "3"});
+  ChildProcess listener(vctest::binaryPath("vcctl"), {"--federation", url_, "--fdd", VC_FDD_FILE,
+                                                      "--name", "ears", "listen", "--count", "3"});
   std::string line;
-  ASSERT_TRUE(listener.waitForLine("listening on " + url_ + " as ears", line, 10s)) << listener.transcript();
+  ASSERT_TRUE(listener.waitForLine("listening on " + url_ + " as ears", line, 10s))
+      << listener.transcript();
 
   EXPECT_EQ(vcctlWith({"--name", "ctl-2", "--viewer", "viewer-1"}, {"orbit", "2:2:2"}).code, 0);
   EXPECT_EQ(vcctlWith({"--name", "ctl-2"}, {"hide", "5"}).code, 0);
@@ -141,19 +148,26 @@ TEST_F(VcctlAgainstViewer, ListenPrintsEveryPduThatArrives) {
 
   EXPECT_EQ(listener.wait(10s), 0) << listener.transcript();
   const std::string heard = listener.transcript();
-  EXPECT_NE(heard.find("--- 1: DtVcOrbit from ctl-2 to viewer-1, 312 bytes\n"), std::string::npos) << heard;
-  EXPECT_NE(heard.find("AttachTo: 2:2:2\n"), std::string::npos) << heard;
-  EXPECT_NE(heard.find("--- 2: DtVdcCommandHide object 5 from ctl-2 to 0:0:0, 172 bytes\n"), std::string::npos)
+  EXPECT_NE(heard.find("--- 1: DtVcOrbit from ctl-2 to viewer-1, 312 bytes\n"), std::string::npos)
       << heard;
-  EXPECT_NE(heard.find("--- 3: DtVcRequestState from ctl-2 to viewer-1, 152 bytes\n"), std::string::npos) << heard;
+  EXPECT_NE(heard.find("AttachTo: 2:2:2\n"), std::string::npos) << heard;
+  EXPECT_NE(heard.find("--- 2: DtVdcCommandHide object 5 from ctl-2 to 0:0:0, 172 bytes\n"),
+            std::string::npos)
+      << heard;
+  EXPECT_NE(heard.find("--- 3: DtVcRequestState from ctl-2 to viewer-1, 152 bytes\n"),
+            std::string::npos)
+      << heard;
 }
 
 TEST(Vcctl, AFederationThatCannotBeJoinedIsReported) {
   // Port 1 on loopback: nothing listens there.
-  VcctlRun run = runVcctl({"--federation", "rti://127.0.0.1:1/Nowhere", "--fdd", VC_FDD_FILE, "orbit", "1:1:1"});
+  VcctlRun run = runVcctl(
+      {"--federation", "rti://127.0.0.1:1/Nowhere", "--fdd", VC_FDD_FILE, "orbit", "1:1:1"});
   EXPECT_EQ(run.code, 1) << run.output;
   ASSERT_EQ(run.ownLines().size(), 1u) << run.output;
-  EXPECT_EQ(run.ownLines()[0].rfind("vcctl: cannot join federation \"rti://127.0.0.1:1/Nowhere\" as \"vcctl\": ", 0), 0u)
+  EXPECT_EQ(run.ownLines()[0].rfind(
+                "vcctl: cannot join federation \"rti://127.0.0.1:1/Nowhere\" as \"vcctl\": ", 0),
+            0u)
       << run.output;
 }
 
@@ -162,10 +176,12 @@ TEST(Demo, RunsItsScenarioAndLeavesTheSvg) {
     GTEST_SKIP() << "needs rtihub, vcviewer and vcctl";
   const std::string out = testing::TempDir() + "vcctl_demo_" + std::to_string(::getpid());
   ChildProcess demo("/usr/bin/env",
-                    {"BUILD_DIR=" VC_BINARY_DIR, "OUT_DIR=" + out, VC_SOURCE_DIR "/scripts/demo.sh", "--no-build"},
+                    {"BUILD_DIR=" VC_BINARY_DIR, "OUT_DIR=" + out, VC_SOURCE_DIR "/scripts/demo.sh",
+                     "--no-build"},
                     true);
   std::string line;
-  EXPECT_TRUE(demo.waitForLine("== Done. The viewer's picture of the scene: " + out + "/scene.svg", line, 30s))
+  EXPECT_TRUE(demo.waitForLine("== Done. The viewer's picture of the scene: " + out + "/scene.svg",
+                               line, 30s))
       << demo.transcript();
   EXPECT_EQ(demo.wait(10s), 0) << demo.transcript();
   const std::string said = demo.transcript();

@@ -62,35 +62,52 @@ TEST(Vcctl, BadCommandLinesNameTheirMistakeAndExit2) {
       {{"orbit", "--radius"}, "option '--radius' needs a value", "vcctl orbit"},
       {{"orbit", "--radius", "far"}, "option '--radius': 'far' is not a number", "vcctl orbit"},
       {{"hide", "x"}, "argument <object>: 'x' is not an integer", "vcctl hide"},
-      {{"orbit", "1:1:1", "--viewer", "v-1"}, "option '--viewer' must come before 'orbit'", "vcctl orbit"},
+      {{"orbit", "1:1:1", "--viewer", "v-1"},
+       "option '--viewer' must come before 'orbit'",
+       "vcctl orbit"},
       {{"move", "sideways"},
        "argument <direction>: 'sideways' is not one of: backwards, down, forwards, left, right, up",
        "vcctl move"},
-      {{"option", "fog", "maybe"}, "argument <value>: 'maybe' is not one of: on, off, true, false",
+      {{"option", "fog", "maybe"},
+       "argument <value>: 'maybe' is not one of: on, off, true, false",
        "vcctl option fog"},
       {{"option"}, "missing command", "vcctl option"},
-      {{"draw", "text2d", "--id", "3", "Hello"}, "missing required option '--at'", "vcctl draw text2d"},
+      {{"draw", "text2d", "--id", "3", "Hello"},
+       "missing required option '--at'",
+       "vcctl draw text2d"},
       {with(line2d, {"--colors", "red/pink"}),
        "option '--colors': 'pink' is not a colour (a name such as red, or R,G,B[,A] from 0 to 255)",
        "vcctl draw line2d"},
       {with(line2d, {"--segments", "3", "--colors", "red/blue"}),
        "option '--colors' names 2 colours for 3 segments", "vcctl draw line2d"},
       {with(line2d, {"--color", "256,0,0"}),
-       "option '--color': '256,0,0' is not a colour (a name such as red, or R,G,B[,A] from 0 to 255)",
+       "option '--color': '256,0,0' is not a colour (a name such as red, or R,G,B[,A] from 0 to "
+       "255)",
        "vcctl draw line2d"},
       {{"draw", "text3d", "--id", "1", "--attach", "1,2", "T"},
-       "option '--attach': '1,2' is not a position X,Y,Z", "vcctl draw text3d"},
+       "option '--attach': '1,2' is not a position X,Y,Z",
+       "vcctl draw text3d"},
       {{"draw", "text3d", "--id", "1", "--attach", "object:7@150", "T"},
-       "option '--attach': 'object:7@150' is not a drawing anchor object:ID[@PERCENT] (percent from 0 to 100)",
+       "option '--attach': 'object:7@150' is not a drawing anchor object:ID[@PERCENT] (percent "
+       "from 0 to 100)",
        "vcctl draw text3d"},
       {{"draw", "template", "--id", "20", "--name", "S", "1:Fuel:bar:0"},
-       "argument <attributes>: '1:Fuel:bar:0' needs its range: ID:NAME:bar:MIN:MAX", "vcctl draw template"},
-      {{"value", "21", "1"}, "give exactly one of --number, --graph, --bitmap and --reset", "vcctl value"},
+       "argument <attributes>: '1:Fuel:bar:0' needs its range: ID:NAME:bar:MIN:MAX",
+       "vcctl draw template"},
+      {{"value", "21", "1"},
+       "give exactly one of --number, --graph, --bitmap and --reset",
+       "vcctl value"},
       {{"set"}, "give --at, --orientation or both", "vcctl set"},
-      {{"stepsize", "fast"}, "argument <value>: 'fast' is neither up, down nor a number", "vcctl stepsize"},
-      {{"state", "--timeout", "-1"}, "option '--timeout': '-1' is not between 0 and 3600", "vcctl state"},
+      {{"stepsize", "fast"},
+       "argument <value>: 'fast' is neither up, down nor a number",
+       "vcctl stepsize"},
+      {{"state", "--timeout", "-1"},
+       "option '--timeout': '-1' is not between 0 and 3600",
+       "vcctl state"},
       {{"listen"}, "there is nothing to listen to in a dry run", "vcctl listen"},
-      {{"decode", "ca0"}, "argument <hex>: an odd number of hexadecimal digits (3)", "vcctl decode"},
+      {{"decode", "ca0"},
+       "argument <hex>: an odd number of hexadecimal digits (3)",
+       "vcctl decode"},
       {{"decode", "ca", "zz"}, "argument <hex>: 'z' is not a hexadecimal digit", "vcctl decode"},
   };
   for (const Case& c : cases) {
@@ -110,8 +127,10 @@ void collectCommands(const std::string& path, const Words& prefix, std::vector<W
   EXPECT_EQ(run.lines[0].rfind("Usage: " + path + " ", 0), 0u) << run.lines[0];
   bool inCommands = false;
   for (const std::string& line : run.lines) {
-    if (line == "Commands:") inCommands = true;
-    else if (line.empty()) inCommands = false;
+    if (line == "Commands:")
+      inCommands = true;
+    else if (line.empty())
+      inCommands = false;
     // "  name   summary"; wrapped summaries continue further in.
     else if (inCommands && line.size() > 2 && line[2] != ' ') {
       std::string name = line.substr(2, line.find(' ', 2) - 2);
@@ -130,10 +149,18 @@ TEST(Vcctl, EveryCommandHasItsHelp) {
     return false;
   };
   // A few from each family, so that a family lost from the help shows.
-  for (const Words& path : std::vector<Words>{{"orbit"}, {"mimic-track"}, {"remove-from-group"},
-                                              {"turnrate"}, {"option", "exit"}, {"option", "video-start"},
-                                              {"draw", "cylinder"}, {"draw", "template"}, {"value"},
-                                              {"state"}, {"listen"}, {"decode"}})
+  for (const Words& path : std::vector<Words>{{"orbit"},
+                                              {"mimic-track"},
+                                              {"remove-from-group"},
+                                              {"turnrate"},
+                                              {"option", "exit"},
+                                              {"option", "video-start"},
+                                              {"draw", "cylinder"},
+                                              {"draw", "template"},
+                                              {"value"},
+                                              {"state"},
+                                              {"listen"},
+                                              {"decode"}})
     EXPECT_TRUE(listed(path)) << path.back();
   EXPECT_GT(commands.size(), 100u);
 }
@@ -146,8 +173,8 @@ TEST(Vcctl, DecodePrintsTheFieldsOfKnownBytes) {
   answer.setRadius(250.0f);
   answer.setAttachId("1:1:1");
   const std::string hex = hexOf(answer);
-  const Words expected = {"DtVcOrbitStatus, 312 bytes, read as DtOrbitVCPdu", "ViewerId v-1", "SenderId viewer-v-1",
-                          "Command DtVcOrbitStatus (505)"};
+  const Words expected = {"DtVcOrbitStatus, 312 bytes, read as DtOrbitVCPdu", "ViewerId v-1",
+                          "SenderId viewer-v-1", "Command DtVcOrbitStatus (505)"};
 
   // As one word, as words with blanks between them, as a hex dump on stdin, as raw bytes.
   VcctlRun oneWord = runVcctl({"decode", hex});
@@ -168,7 +195,8 @@ TEST(Vcctl, DecodePrintsTheFieldsOfKnownBytes) {
   // Fewer bytes than the header claims are read as zeros, and said so.
   VcctlRun cut = runVcctl({"decode", hex.substr(0, 200)});
   EXPECT_EQ(cut.code, 0);
-  EXPECT_EQ(cut.lineWith("note"), "vcctl: note: the header claims 312 bytes, 100 given: the rest read as zero");
+  EXPECT_EQ(cut.lineWith("note"),
+            "vcctl: note: the header claims 312 bytes, 100 given: the rest read as zero");
 
   // Version-0 draw-control bytes are read right either way; --v0 has the version-0
   // classes read them.
@@ -176,10 +204,12 @@ TEST(Vcctl, DecodePrintsTheFieldsOfKnownBytes) {
   hide.setType(DtVdcCommandHide);
   hide.setObjectId(40);
   for (bool v0 : {true, false}) {
-    VcctlRun run = runVcctl(v0 ? Words{"decode", "--v0", hexOf(hide)} : Words{"decode", hexOf(hide)});
+    VcctlRun run =
+        runVcctl(v0 ? Words{"decode", "--v0", hexOf(hide)} : Words{"decode", hexOf(hide)});
     EXPECT_EQ(run.code, 0) << run.output;
-    EXPECT_EQ(run.ownLines().at(0), std::string("DtVdcCommandHide object 40, 176 bytes, layout version 0, read as ") +
-                                        (v0 ? "DtVdcCommandPduV0" : "DtVdcCommandPdu"));
+    EXPECT_EQ(run.ownLines().at(0),
+              std::string("DtVdcCommandHide object 40, 176 bytes, layout version 0, read as ") +
+                  (v0 ? "DtVdcCommandPduV0" : "DtVdcCommandPdu"));
     EXPECT_EQ(run.lineWith("ObjectId"), "ObjectId 40");
     EXPECT_EQ(run.lineWith("Type "), "Type DtVdcCommandHide (2512)");
   }
@@ -190,7 +220,8 @@ TEST(Vcctl, DecodePrintsTheFieldsOfKnownBytes) {
             Words{"vcctl: not a control PDU: its PDU kind (byte 2) is 1, control PDUs have 202"});
   VcctlRun missing = runVcctl({"decode", "--file", "/nonexistent/pdu"});
   EXPECT_EQ(missing.code, 1);
-  EXPECT_EQ(missing.ownLines(), Words{"vcctl: cannot read /nonexistent/pdu: No such file or directory"});
+  EXPECT_EQ(missing.ownLines(),
+            Words{"vcctl: cannot read /nonexistent/pdu: No such file or directory"});
 }
 
 TEST(Vcctl, DryRunsShowTheBytesEachCommandSends) {
@@ -242,8 +273,8 @@ TEST(Vcctl, DryRunsShowTheBytesEachCommandSends) {
 
   // A template goes out with each of its attributes, and nothing else follows: what
   // vcctl drew is not taken back when it exits.
-  VcctlRun panel = runVcctl(
-      with(base, {"draw", "template", "--id", "20", "--name", "Status", "1:Speed", "2:Fuel:bar:0:100"}));
+  VcctlRun panel = runVcctl(with(
+      base, {"draw", "template", "--id", "20", "--name", "Status", "1:Speed", "2:Fuel:bar:0:100"}));
   pdus = pdusOf(panel);
   ASSERT_EQ(pdus.size(), 3u) << panel.output;
   EXPECT_EQ(wire::u32(pdus[0].data(), 164), 2571u);

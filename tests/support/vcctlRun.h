@@ -25,7 +25,7 @@ struct VcctlRun {
   std::vector<std::string> ownLines() const {
     std::vector<std::string> own;
     for (const std::string& line : lines)
-      if (line.rfind("Using Brennholt", 0) != 0) own.push_back(line);
+      if (line.find("vistrel control API version") == std::string::npos) own.push_back(line);
     return own;
   }
 };

@@ -6,11 +6,11 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <typeinfo>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <typeinfo>
 #include <vector>
 
 #include "commands.h"
@@ -75,8 +75,10 @@ std::string className(const DtVistrelControlPdu& pdu) {
 
 int decode(const Args& a, Link&) {
   bool fromFile = a.has("file");
-  if (fromFile && a.count("hex") > 0) a.fail("give the PDU as hexadecimal or with --file, not both");
-  if (!fromFile && a.count("hex") == 0) a.fail("give the PDU's bytes as hexadecimal or with --file");
+  if (fromFile && a.count("hex") > 0)
+    a.fail("give the PDU as hexadecimal or with --file, not both");
+  if (!fromFile && a.count("hex") == 0)
+    a.fail("give the PDU's bytes as hexadecimal or with --file");
   std::vector<unsigned char> bytes;
   std::string why;
   if (fromFile) {
@@ -89,8 +91,10 @@ int decode(const Args& a, Link&) {
     // digits and blanks is a hex dump, not the bytes themselves.
     std::vector<unsigned char> parsed;
     std::string ignored;
-    if (!content.empty() && fromHex(content, parsed, ignored)) bytes = parsed;
-    else bytes.assign(content.begin(), content.end());
+    if (!content.empty() && fromHex(content, parsed, ignored))
+      bytes = parsed;
+    else
+      bytes.assign(content.begin(), content.end());
   } else {
     std::string text;
     for (size_t i = 0; i < a.count("hex"); ++i) text += a.text("hex", i) + " ";
@@ -112,7 +116,8 @@ int decode(const Args& a, Link&) {
   }
   size_t claimed = bytes.size() >= 12 ? (static_cast<size_t>(bytes[8]) << 8 | bytes[9]) : 0;
   if (claimed > bytes.size())
-    complain("note: the header claims %zu bytes, %zu given: the rest read as zero", claimed, bytes.size());
+    complain("note: the header claims %zu bytes, %zu given: the rest read as zero", claimed,
+             bytes.size());
   else if (claimed < bytes.size())
     complain("note: the header claims %zu bytes, %zu given: the last %zu are not read", claimed,
              bytes.size(), bytes.size() - claimed);
@@ -128,11 +133,14 @@ int decode(const Args& a, Link&) {
 }  // namespace
 
 void declareDecodeCommand(Command& root, Registry& registry) {
-  Command& c = registry.add(root, "decode", "print a PDU given as hexadecimal or as a file, without joining", &decode);
+  Command& c = registry.add(
+      root, "decode", "print a PDU given as hexadecimal or as a file, without joining", &decode);
   c.arguments("hex", Type::Text, "the PDU's bytes in hexadecimal; blanks between them are allowed");
-  c.option("file", Type::Text, "read the PDU from this file instead: its bytes, or a hex dump ('-' reads stdin)")
+  c.option("file", Type::Text,
+           "read the PDU from this file instead: its bytes, or a hex dump ('-' reads stdin)")
       .placeholder("FILE");
-  c.option("v0", Type::Flag, "read draw-control bytes by their layout version, as version-0 senders wrote them");
+  c.option("v0", Type::Flag,
+           "read draw-control bytes by their layout version, as version-0 senders wrote them");
   c.details("Example: vcctl --dry-run orbit 1:1:1 | sed -n 's/^hex //p' | vcctl decode --file -");
 }
 

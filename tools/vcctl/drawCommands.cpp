@@ -56,7 +56,8 @@ DtTaitBryan rotationOf(const Args& a) {
 
 // ------------------------------------------------------------------ line segments
 void segmentOptions(Command& c) {
-  c.option("segments", Type::Integer, "number of segments, equal shares unless --shares says otherwise")
+  c.option("segments", Type::Integer,
+           "number of segments, equal shares unless --shares says otherwise")
       .placeholder("N")
       .range(1, 255);
   colorOption(c, "white");
@@ -65,7 +66,10 @@ void segmentOptions(Command& c) {
   c.option("shares", Type::Vector, "each segment's share of the line as a fraction (0.5,0.25,0.25)")
       .placeholder("F,F,..")
       .range(0, 1);
-  c.option("thickness", Type::Integer, "thickness").placeholder("N").range(0, 255).defaultValue("1");
+  c.option("thickness", Type::Integer, "thickness")
+      .placeholder("N")
+      .range(0, 255)
+      .defaultValue("1");
   patternOption(c, "stipple");
   c.option("style", Type::Text, "how the line runs").choices(kStyles).defaultValue("straight");
   c.option("arrow", Type::Text, "arrow heads").choices(kArrows).defaultValue("none");
@@ -88,22 +92,26 @@ Segments segments(const Args& a) {
       std::string word = list.substr(start, end == std::string::npos ? end : end - start);
       DtVdcColor color;
       std::string why;
-      if (!parseColor(word, color, why))
-        a.fail("option '--colors': '" + word + "' " + why);
+      if (!parseColor(word, color, why)) a.fail("option '--colors': '" + word + "' " + why);
       s.colors.push_back(color);
       if (end == std::string::npos) break;
       start = end + 1;
     }
   }
   if (a.has("shares")) s.shares = a.vector("shares");
-  if (a.has("segments")) s.count = static_cast<int>(a.integer("segments"));
-  else if (!s.colors.empty()) s.count = static_cast<int>(s.colors.size());
-  else if (!s.shares.empty()) s.count = static_cast<int>(s.shares.size());
+  if (a.has("segments"))
+    s.count = static_cast<int>(a.integer("segments"));
+  else if (!s.colors.empty())
+    s.count = static_cast<int>(s.colors.size());
+  else if (!s.shares.empty())
+    s.count = static_cast<int>(s.shares.size());
   const std::string n = std::to_string(s.count);
   if (!s.colors.empty() && s.colors.size() != static_cast<size_t>(s.count))
-    a.fail("option '--colors' names " + std::to_string(s.colors.size()) + " colours for " + n + " segments");
+    a.fail("option '--colors' names " + std::to_string(s.colors.size()) + " colours for " + n +
+           " segments");
   if (!s.shares.empty() && s.shares.size() != static_cast<size_t>(s.count))
-    a.fail("option '--shares' gives " + std::to_string(s.shares.size()) + " shares for " + n + " segments");
+    a.fail("option '--shares' gives " + std::to_string(s.shares.size()) + " shares for " + n +
+           " segments");
   return s;
 }
 
@@ -117,12 +125,18 @@ void applySegments(Line& line, const Segments& s) {
   }
 }
 
-DtVdcSegmentStyle styleOf(const Args& a) { return indexOf<DtVdcSegmentStyle>(kStyles, a.text("style")); }
-DtVdcSegmentArrowStyle arrowOf(const Args& a) { return indexOf<DtVdcSegmentArrowStyle>(kArrows, a.text("arrow")); }
-unsigned int thicknessOf(const Args& a) { return static_cast<unsigned int>(a.integer("thickness")); }
+DtVdcSegmentStyle styleOf(const Args& a) {
+  return indexOf<DtVdcSegmentStyle>(kStyles, a.text("style"));
+}
+DtVdcSegmentArrowStyle arrowOf(const Args& a) {
+  return indexOf<DtVdcSegmentArrowStyle>(kArrows, a.text("arrow"));
+}
+unsigned int thicknessOf(const Args& a) {
+  return static_cast<unsigned int>(a.integer("thickness"));
+}
 
 // ------------------------------------------------------------------ attribute panels
-struct AttributeSpec {
+struct DeclaredAttribute {
   unsigned int id;
   std::string name;
   DtVdcAttributeTemplateObject::DtVdcAttributeType type;
@@ -131,7 +145,7 @@ struct AttributeSpec {
 
 const std::vector<std::string> kAttributeKinds = {"label", "number", "bar", "graph", "bitmap"};
 
-AttributeSpec attributeSpec(const Args& a, const std::string& word) {
+DeclaredAttribute declaredAttribute(const Args& a, const std::string& word) {
   std::vector<std::string> parts;
   size_t start = 0;
   for (;;) {
@@ -145,67 +159,196 @@ AttributeSpec attributeSpec(const Args& a, const std::string& word) {
   };
   if (parts.size() < 2 || parts[0].empty() || parts[1].empty())
     bad("is not ID:NAME[:KIND] (KIND label, number, bar:MIN:MAX, graph or bitmap)");
-  AttributeSpec spec;
+  DeclaredAttribute decl;
   char* end = nullptr;
   unsigned long id = std::strtoul(parts[0].c_str(), &end, 10);
   if (!end || *end != '\0' || parts[0][0] == '-') bad("does not start with a whole-number id");
-  spec.id = static_cast<unsigned int>(id);
-  spec.name = parts[1];
+  decl.id = static_cast<unsigned int>(id);
+  decl.name = parts[1];
   std::string kind = parts.size() > 2 ? parts[2] : "number";
   bool known = false;
   for (const std::string& k : kAttributeKinds) known = known || k == kind;
   if (!known) bad("has kind '" + kind + "': use label, number, bar:MIN:MAX, graph or bitmap");
-  spec.type = indexOf<DtVdcAttributeTemplateObject::DtVdcAttributeType>(kAttributeKinds, kind);
+  decl.type = indexOf<DtVdcAttributeTemplateObject::DtVdcAttributeType>(kAttributeKinds, kind);
   size_t expected = kind == "bar" ? 5 : (parts.size() > 2 ? 3 : 2);
   if (parts.size() != expected)
     bad(kind == "bar" ? "needs its range: ID:NAME:bar:MIN:MAX" : "has words after its kind");
   if (kind == "bar") {
     char* e1 = nullptr;
     char* e2 = nullptr;
-    spec.min = std::strtod(parts[3].c_str(), &e1);
-    spec.max = std::strtod(parts[4].c_str(), &e2);
+    decl.min = std::strtod(parts[3].c_str(), &e1);
+    decl.max = std::strtod(parts[4].c_str(), &e2);
     if (parts[3].empty() || parts[4].empty() || *e1 != '\0' || *e2 != '\0')
       bad("has a range that is not two numbers");
   }
-  return spec;
+  return decl;
+}
+
+// ------------------------------------------------------------------ handlers
+// Each builds one drawing object and hands it to the drawer, which sends it.
+void add(Link& link, std::unique_ptr<DtVdcObject> object) {
+  link.drawer().add(object.release());
+}
+
+int line2d(const Args& a, Link& link) {
+  Segments s = segments(a);
+  auto line = std::make_unique<DtVdcLine2DObject>(objectId(a), screen(a, "from"), screen(a, "to"),
+                                                  s.count, color(a), styleOf(a), arrowOf(a),
+                                                  thicknessOf(a), pattern(a), a.flag("flashing"));
+  applySegments(*line, s);
+  add(link, std::move(line));
+  return 0;
+}
+
+int line3d(const Args& a, Link& link) {
+  Segments s = segments(a);
+  DtVdc3DAttachPoint from = anchor(a, "from");
+  DtVdc3DAttachPoint to = anchor(a, "to");
+  auto line = std::make_unique<DtVdcLine3DObject>(
+      objectId(a), from, to, s.count, offsetOf(a), color(a), styleOf(a), arrowOf(a), thicknessOf(a),
+      pattern(a), a.flag("flashing"), a.flag("check-los"), a.flag("projected"));
+  applySegments(*line, s);
+  add(link, std::move(line));
+  return 0;
+}
+
+template <typename Shape>
+int screenShape(const Args& a, Link& link) {
+  add(link,
+      std::make_unique<Shape>(objectId(a), screen(a, "at"), screen(a, "size"), a.real("rotation"),
+                              color(a), a.flag("fill"), pattern(a), a.flag("flashing")));
+  return 0;
+}
+
+int ellipsoid(const Args& a, Link& link) {
+  DtVdc3DAttachPoint at = anchor(a, "attach");
+  add(link, std::make_unique<DtVdcEllipsoidObject>(objectId(a), at, *position(a, "diameters"),
+                                                   offsetOf(a), rotationOf(a), color(a),
+                                                   a.flag("flashing")));
+  return 0;
+}
+
+int cuboid(const Args& a, Link& link) {
+  DtVdc3DAttachPoint at = anchor(a, "attach");
+  std::vector<double> size = a.vector("size");
+  add(link,
+      std::make_unique<DtVdcCuboidObject>(objectId(a), at, size[0], size[1], size[2], offsetOf(a),
+                                          rotationOf(a), color(a), a.flag("flashing")));
+  return 0;
+}
+
+int cylinder(const Args& a, Link& link) {
+  DtVdc3DAttachPoint from = anchor(a, "attach");
+  DtVdc3DAttachPoint to = anchor(a, "to");
+  auto shape = std::make_unique<DtVdcCylinderObject>(objectId(a), from, to, screen(a, "diameters"),
+                                                     offsetOf(a), color(a), a.flag("flashing"));
+  // Nothing derives these from the two anchors: the caller says them.
+  shape->setLength(a.real("length"));
+  shape->setRotation(rotationOf(a));
+  add(link, std::move(shape));
+  return 0;
+}
+
+int triangle2d(const Args& a, Link& link) {
+  add(link, std::make_unique<DtVdcTriangle2DObject>(
+                objectId(a), screen(a, "corners", 0), screen(a, "corners", 1),
+                screen(a, "corners", 2), screen(a, "at"), screen(a, "scale"), a.real("rotation"),
+                color(a), a.flag("fill"), pattern(a), a.flag("flashing")));
+  return 0;
+}
+
+DtVector64 corner(const Args& a, size_t index) {
+  std::vector<double> v = a.vector("corners", index);
+  return DtVector64(v[0], v[1], v[2]);
+}
+
+int triangle3d(const Args& a, Link& link) {
+  add(link, std::make_unique<DtVdcTriangle3DObject>(objectId(a), corner(a, 0), corner(a, 1),
+                                                    corner(a, 2), color(a), a.flag("flashing")));
+  return 0;
+}
+
+int area(const Args& a, Link& link) {
+  std::vector<DtVector64> corners;
+  for (size_t i = 0; i < a.count("corners"); ++i) corners.push_back(corner(a, i));
+  add(link,
+      std::make_unique<DtVdcArea3DObject>(
+          objectId(a), corners, color(a), DtString(a.text("texture-dir")),
+          DtString(a.text("texture")), static_cast<int>(a.integer("tiles")), a.flag("flashing")));
+  return 0;
+}
+
+int text2d(const Args& a, Link& link) {
+  add(link, std::make_unique<DtVdcText2DObject>(objectId(a), DtString(a.text("text")),
+                                                screen(a, "at"), color(a), a.flag("flashing")));
+  return 0;
+}
+
+int text3d(const Args& a, Link& link) {
+  DtVdc3DAttachPoint at = anchor(a, "attach");
+  add(link, std::make_unique<DtVdcText3DObject>(objectId(a), DtString(a.text("text")), at,
+                                                offsetOf(a), color(a), a.flag("flashing")));
+  return 0;
+}
+
+int layer(const Args& a, Link& link) {
+  add(link, std::make_unique<DtVdcDrawLayerObject>(objectId(a), DtString(a.text("name"))));
+  return 0;
+}
+
+int panelTemplate(const Args& a, Link& link) {
+  std::vector<DeclaredAttribute> attributes;
+  for (size_t i = 0; i < a.count("attributes"); ++i)
+    attributes.push_back(declaredAttribute(a, a.text("attributes", i)));
+  auto panel =
+      std::make_unique<DtVdcAttributeGroupTemplateObject>(objectId(a), DtString(a.text("name")));
+  for (const DeclaredAttribute& d : attributes) {
+    if (d.type == DtVdcAttributeTemplateObject::DtVdcValueBarAttribute)
+      panel->createAttributeTemplate(d.id, DtString(d.name), d.min, d.max);
+    else
+      panel->createAttributeTemplate(d.id, DtString(d.name), d.type);
+  }
+  add(link, std::move(panel));
+  return 0;
+}
+
+int panel(const Args& a, Link& link) {
+  DtVdc3DAttachPoint at = anchor(a, "attach");
+  // The panel needs its template only for the template's id: the viewer already knows
+  // the template's attributes, and values are sent with 'vcctl value'.
+  auto declared = std::make_unique<DtVdcAttributeGroupTemplateObject>(
+      static_cast<unsigned int>(a.integer("template")), DtString(""));
+  auto group = std::make_unique<DtVdcAttributeGroupObject>(
+      objectId(a), declared.get(), at, offsetOf(a), color(a), a.flag("flashing"));
+  link.keep(std::move(declared));
+  add(link, std::move(group));
+  return 0;
+}
+
+void anchoredLook(Command& c) {
+  positionOption(c, "offset", "east-north-up offset from the anchor in metres");
+  colorOption(c, "white");
+  flashingOption(c);
 }
 
 }  // namespace
 
 void declareDrawCommands(Command& root, Registry& registry) {
-  Command& draw = root.command("draw", "draw in the viewers' scenes; drawings stay after vcctl exits");
+  Command& draw =
+      root.command("draw", "draw in the viewers' scenes; drawings stay after vcctl exits");
   draw.details(
-      "Screen positions (2D drawings) are fractions of the screen: 0,0 one corner, 1,1 the\n"
-      "other. Scene drawings hang on an ANCHOR: a position X,Y,Z, an entity id such as\n"
+      "Screen positions (2D drawings) are fractions of the screen: 0,0 bottom left, 1,1 top\n"
+      "right. Scene drawings hang on an ANCHOR: a position X,Y,Z, an entity id such as\n"
       "1:1:1, or object:ID[@PERCENT] along another drawing.\n"
       "Example: vcctl draw text2d --id 3 --at 0.1,0.9 --color yellow \"Hello\"");
 
-  // ------------------------------------------------------------ lines
-  Command* c = &registry.add(draw, "line2d", "a line on the screen", [](const Args& a, Link& link) {
-    Segments s = segments(a);
-    auto line = std::make_unique<DtVdcLine2DObject>(
-        objectId(a), screen(a, "from"), screen(a, "to"), s.count, color(a), styleOf(a), arrowOf(a),
-        thicknessOf(a), pattern(a), a.flag("flashing"));
-    applySegments(*line, s);
-    link.drawer().add(line.release());
-    return 0;
-  });
+  Command* c = &registry.add(draw, "line2d", "a line on the screen", &line2d);
   idOption(*c, "line");
   screenOption(*c, "from", "start on the screen").required();
   screenOption(*c, "to", "end on the screen").required();
   segmentOptions(*c);
 
-  c = &registry.add(draw, "line3d", "a line in the scene between two anchors", [](const Args& a, Link& link) {
-    Segments s = segments(a);
-    DtVdc3DAttachPoint from = anchor(a, "from");
-    DtVdc3DAttachPoint to = anchor(a, "to");
-    auto line = std::make_unique<DtVdcLine3DObject>(
-        objectId(a), from, to, s.count, offsetOf(a), color(a), styleOf(a), arrowOf(a),
-        thicknessOf(a), pattern(a), a.flag("flashing"), a.flag("check-los"), a.flag("projected"));
-    applySegments(*line, s);
-    link.drawer().add(line.release());
-    return 0;
-  });
+  c = &registry.add(draw, "line3d", "a line in the scene between two anchors", &line3d);
   idOption(*c, "line");
   anchorOption(*c, "from", "start").required();
   anchorOption(*c, "to", "end").required();
@@ -214,79 +357,38 @@ void declareDrawCommands(Command& root, Registry& registry) {
   c->option("projected", Type::Flag, "project the line onto the ground");
   segmentOptions(*c);
 
-  // ------------------------------------------------------------ 2D shapes
-  auto screenShape = [&](const std::string& name, const std::string& summary, bool rectangle) {
-    Command& s = registry.add(draw, name, summary, [rectangle](const Args& a, Link& link) {
-      std::unique_ptr<DtVdcObject> shape;
-      DtVdcVector2D at = screen(a, "at");
-      DtVdcVector2D size = screen(a, "size");
-      double rotation = a.real("rotation");
-      if (rectangle)
-        shape = std::make_unique<DtVdcRectangleObject>(objectId(a), at, size, rotation, color(a),
-                                                       a.flag("fill"), pattern(a), a.flag("flashing"));
-      else
-        shape = std::make_unique<DtVdcEllipseObject>(objectId(a), at, size, rotation, color(a),
-                                                     a.flag("fill"), pattern(a), a.flag("flashing"));
-      link.drawer().add(shape.release());
-      return 0;
-    });
-    idOption(s, name);
-    screenOption(s, "at", "centre on the screen").required();
-    screenOption(s, "size", "half-width and half-height, fractions of the screen").required();
-    s.option("rotation", Type::Real, "rotation in radians").placeholder("R").defaultValue("0");
-    colorOption(s, "white");
-    fillOptions(s);
-  };
-  screenShape("ellipse", "an ellipse on the screen", false);
-  screenShape("rectangle", "a rectangle on the screen", true);
+  for (bool rectangle : {false, true}) {
+    const std::string name = rectangle ? "rectangle" : "ellipse";
+    c = &registry.add(
+        draw, name, rectangle ? "a rectangle on the screen" : "an ellipse on the screen",
+        rectangle ? &screenShape<DtVdcRectangleObject> : &screenShape<DtVdcEllipseObject>);
+    idOption(*c, name);
+    screenOption(*c, "at", "centre on the screen").required();
+    screenOption(*c, "size", "half-width and half-height, fractions of the screen").required();
+    c->option("rotation", Type::Real, "rotation in radians").placeholder("R").defaultValue("0");
+    colorOption(*c, "white");
+    fillOptions(*c);
+  }
 
-  // ------------------------------------------------------------ 3D shapes
-  c = &registry.add(draw, "ellipsoid", "an ellipsoid in the scene", [](const Args& a, Link& link) {
-    DtVdc3DAttachPoint at = anchor(a, "attach");
-    auto shape = std::make_unique<DtVdcEllipsoidObject>(objectId(a), at, *position(a, "diameters"),
-                                                        offsetOf(a), rotationOf(a), color(a),
-                                                        a.flag("flashing"));
-    link.drawer().add(shape.release());
-    return 0;
-  });
+  c = &registry.add(draw, "ellipsoid", "an ellipsoid in the scene", &ellipsoid);
   idOption(*c, "ellipsoid");
   anchorOption(*c, "attach", "centre").required();
   positionOption(*c, "diameters", "half-axes along x, y and z in metres").required();
-  positionOption(*c, "offset", "east-north-up offset from the anchor in metres");
   anglesOption(*c, "rotation", "rotation");
-  colorOption(*c, "white");
-  flashingOption(*c);
+  anchoredLook(*c);
 
-  c = &registry.add(draw, "cuboid", "a box in the scene", [](const Args& a, Link& link) {
-    DtVdc3DAttachPoint at = anchor(a, "attach");
-    std::vector<double> size = a.vector("size");
-    auto shape = std::make_unique<DtVdcCuboidObject>(objectId(a), at, size[0], size[1], size[2],
-                                                     offsetOf(a), rotationOf(a), color(a),
-                                                     a.flag("flashing"));
-    link.drawer().add(shape.release());
-    return 0;
-  });
+  c = &registry.add(draw, "cuboid", "a box in the scene", &cuboid);
   idOption(*c, "box");
   anchorOption(*c, "attach", "centre").required();
   c->option("size", Type::Vector, "half of its length, width and height in metres")
       .placeholder("L,W,H")
       .size(3)
       .required();
-  positionOption(*c, "offset", "east-north-up offset from the anchor in metres");
   anglesOption(*c, "rotation", "rotation");
-  colorOption(*c, "white");
-  flashingOption(*c);
+  anchoredLook(*c);
 
-  c = &registry.add(draw, "cylinder", "a cylinder in the scene, from one anchor or between two", [](const Args& a, Link& link) {
-    DtVdc3DAttachPoint from = anchor(a, "attach");
-    DtVdc3DAttachPoint to = anchor(a, "to");
-    auto shape = std::make_unique<DtVdcCylinderObject>(objectId(a), from, to, screen(a, "diameters"),
-                                                       offsetOf(a), color(a), a.flag("flashing"));
-    shape->setLength(a.real("length"));
-    shape->setRotation(rotationOf(a));
-    link.drawer().add(shape.release());
-    return 0;
-  });
+  c = &registry.add(draw, "cylinder", "a cylinder in the scene, from one anchor or between two",
+                    &cylinder);
   idOption(*c, "cylinder");
   anchorOption(*c, "attach", "one end").required();
   anchorOption(*c, "to", "the other end, if it spans two anchors");
@@ -295,20 +397,10 @@ void declareDrawCommands(Command& root, Registry& registry) {
       .size(2)
       .required();
   c->option("length", Type::Real, "length in metres").placeholder("L").defaultValue("0");
-  positionOption(*c, "offset", "east-north-up offset from the anchor in metres");
   anglesOption(*c, "rotation", "rotation");
-  colorOption(*c, "white");
-  flashingOption(*c);
+  anchoredLook(*c);
 
-  // ------------------------------------------------------------ triangles and areas
-  c = &registry.add(draw, "triangle2d", "a triangle on the screen", [](const Args& a, Link& link) {
-    auto shape = std::make_unique<DtVdcTriangle2DObject>(
-        objectId(a), screen(a, "corners", 0), screen(a, "corners", 1), screen(a, "corners", 2),
-        screen(a, "at"), screen(a, "scale"), a.real("rotation"), color(a), a.flag("fill"),
-        pattern(a), a.flag("flashing"));
-    link.drawer().add(shape.release());
-    return 0;
-  });
+  c = &registry.add(draw, "triangle2d", "a triangle on the screen", &triangle2d);
   idOption(*c, "triangle");
   c->arguments("corners", Type::Vector, "three corners X,Y relative to --at").size(2).minCount(3);
   screenOption(*c, "at", "where its origin is on the screen").defaultValue("0,0");
@@ -317,116 +409,63 @@ void declareDrawCommands(Command& root, Registry& registry) {
   colorOption(*c, "white");
   fillOptions(*c);
 
-  c = &registry.add(draw, "triangle3d", "a triangle in the scene", [](const Args& a, Link& link) {
-    auto corner = [&](size_t i) {
-      std::vector<double> v = a.vector("corners", i);
-      return DtVector64(v[0], v[1], v[2]);
-    };
-    auto shape = std::make_unique<DtVdcTriangle3DObject>(objectId(a), corner(0), corner(1),
-                                                         corner(2), color(a), a.flag("flashing"));
-    link.drawer().add(shape.release());
-    return 0;
-  });
+  c = &registry.add(draw, "triangle3d", "a triangle in the scene", &triangle3d);
   idOption(*c, "triangle");
   c->arguments("corners", Type::Vector, "three corners X,Y,Z in the world").size(3).minCount(3);
   colorOption(*c, "white");
   flashingOption(*c);
 
-  c = &registry.add(draw, "area", "a polygon in the scene, optionally textured", [](const Args& a, Link& link) {
-    std::vector<DtVector64> points;
-    for (size_t i = 0; i < a.count("corners"); ++i) {
-      std::vector<double> v = a.vector("corners", i);
-      points.emplace_back(v[0], v[1], v[2]);
-    }
-    auto area = std::make_unique<DtVdcArea3DObject>(
-        objectId(a), points, color(a), DtString(a.text("texture-dir")),
-        DtString(a.text("texture")), static_cast<int>(a.integer("tiles")), a.flag("flashing"));
-    link.drawer().add(area.release());
-    return 0;
-  });
+  c = &registry.add(draw, "area", "a polygon in the scene, optionally textured", &area);
   idOption(*c, "area");
   c->arguments("corners", Type::Vector, "corners X,Y,Z in order").size(3).minCount(3);
   c->option("texture", Type::Text, "image file laid on it").placeholder("FILE").defaultValue("");
-  c->option("texture-dir", Type::Text, "directory of that file").placeholder("DIR").defaultValue("");
-  c->option("tiles", Type::Integer, "how often the texture repeats").placeholder("N").defaultValue("1");
+  c->option("texture-dir", Type::Text, "directory of that file")
+      .placeholder("DIR")
+      .defaultValue("");
+  c->option("tiles", Type::Integer, "how often the texture repeats")
+      .placeholder("N")
+      .defaultValue("1");
   colorOption(*c, "white");
   flashingOption(*c);
 
-  // ------------------------------------------------------------ text
-  c = &registry.add(draw, "text2d", "a text on the screen", [](const Args& a, Link& link) {
-    auto text = std::make_unique<DtVdcText2DObject>(objectId(a), DtString(a.text("text")),
-                                                    screen(a, "at"), color(a), a.flag("flashing"));
-    link.drawer().add(text.release());
-    return 0;
-  });
+  c = &registry.add(draw, "text2d", "a text on the screen", &text2d);
   idOption(*c, "text");
   c->argument("text", Type::Text, "the text");
   screenOption(*c, "at", "where it starts on the screen").required();
   colorOption(*c, "white");
   flashingOption(*c);
 
-  c = &registry.add(draw, "text3d", "a text in the scene", [](const Args& a, Link& link) {
-    DtVdc3DAttachPoint at = anchor(a, "attach");
-    auto text = std::make_unique<DtVdcText3DObject>(objectId(a), DtString(a.text("text")), at,
-                                                    offsetOf(a), color(a), a.flag("flashing"));
-    link.drawer().add(text.release());
-    return 0;
-  });
+  c = &registry.add(draw, "text3d", "a text in the scene", &text3d);
   idOption(*c, "text");
   c->argument("text", Type::Text, "the text");
   anchorOption(*c, "attach", "where it hangs").required();
-  positionOption(*c, "offset", "east-north-up offset from the anchor in metres");
-  colorOption(*c, "white");
-  flashingOption(*c);
+  anchoredLook(*c);
 
-  // ------------------------------------------------------------ layers and panels
-  c = &registry.add(draw, "layer", "a named layer that drawings can be put into", [](const Args& a, Link& link) {
-    link.drawer().add(new DtVdcDrawLayerObject(objectId(a), DtString(a.text("name"))));
-    return 0;
-  });
+  c = &registry.add(draw, "layer", "a named layer that drawings can be put into", &layer);
   idOption(*c, "layer");
   c->argument("name", Type::Text, "the layer's name");
   c->details("Then: vcctl add-to-layer OBJECT LAYER");
 
-  c = &registry.add(draw, "template", "declare an attribute panel: its name and attributes", [](const Args& a, Link& link) {
-    std::vector<AttributeSpec> specs;
-    for (size_t i = 0; i < a.count("attributes"); ++i) specs.push_back(attributeSpec(a, a.text("attributes", i)));
-    auto panel = std::make_unique<DtVdcAttributeGroupTemplateObject>(objectId(a), DtString(a.text("name")));
-    for (const AttributeSpec& s : specs) {
-      if (s.type == DtVdcAttributeTemplateObject::DtVdcValueBarAttribute)
-        panel->createAttributeTemplate(s.id, DtString(s.name), s.min, s.max);
-      else
-        panel->createAttributeTemplate(s.id, DtString(s.name), s.type);
-    }
-    link.drawer().add(panel.release());
-    return 0;
-  });
+  c = &registry.add(draw, "template", "declare an attribute panel: its name and attributes",
+                    &panelTemplate);
   idOption(*c, "template");
   c->option("name", Type::Text, "the panel's title").placeholder("NAME").required();
-  c->arguments("attributes", Type::Text, "attributes as ID:NAME[:KIND], KIND one of label, number (the default), bar:MIN:MAX, graph, bitmap")
+  c->arguments("attributes", Type::Text,
+               "attributes as ID:NAME[:KIND], KIND one of label, number (the default), "
+               "bar:MIN:MAX, graph, bitmap")
       .minCount(1);
   c->details(
       "Example: vcctl draw template --id 20 --name Status 1:Speed:number 2:Fuel:bar:0:100\n"
       "Then show it with 'vcctl draw panel' and fill it with 'vcctl value'.");
 
-  c = &registry.add(draw, "panel", "show an attribute panel made from a template", [](const Args& a, Link& link) {
-    DtVdc3DAttachPoint at = anchor(a, "attach");
-    // The panel needs its template only for the template's id: the viewer already knows
-    // the template's attributes, and values are sent with 'vcctl value'.
-    auto declared = std::make_unique<DtVdcAttributeGroupTemplateObject>(
-        static_cast<unsigned int>(a.integer("template")), DtString(""));
-    auto panel = std::make_unique<DtVdcAttributeGroupObject>(objectId(a), declared.get(), at,
-                                                             offsetOf(a), color(a), a.flag("flashing"));
-    link.keep(std::move(declared));
-    link.drawer().add(panel.release());
-    return 0;
-  });
+  c = &registry.add(draw, "panel", "show an attribute panel made from a template", &panel);
   idOption(*c, "panel");
-  c->option("template", Type::Integer, "id of the template it shows").placeholder("N").range(0, 4294967295.0).required();
+  c->option("template", Type::Integer, "id of the template it shows")
+      .placeholder("N")
+      .range(0, 4294967295.0)
+      .required();
   anchorOption(*c, "attach", "where it hangs").defaultValue("0,0,0");
-  positionOption(*c, "offset", "east-north-up offset from the anchor in metres");
-  colorOption(*c, "white");
-  flashingOption(*c);
+  anchoredLook(*c);
 }
 
 }  // namespace vcctl

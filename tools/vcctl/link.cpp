@@ -113,10 +113,9 @@ void Link::open() {
     DtOutputStream::Sink warn = DtWarn.sink();
     void* warnUser = DtWarn.sinkUser();
     DtWarn.setSink([](void*, const char*, size_t) {}, nullptr);
-    auto conn = std::make_unique<DtExerciseConn>(settings_.federation.c_str(),
-                                                 settings_.name.c_str(),
-                                                 static_cast<DtFomMapper*>(nullptr),
-                                                 settings_.fdd.c_str(), &status);
+    auto conn = std::make_unique<DtExerciseConn>(
+        settings_.federation.c_str(), settings_.name.c_str(), static_cast<DtFomMapper*>(nullptr),
+        settings_.fdd.c_str(), &status);
     DtWarn.setSink(warn, warnUser);
     if (!status.ok || !conn->connected())
       throw LinkError(status.message.isNull() ? "cannot join " + settings_.federation
@@ -127,8 +126,8 @@ void Link::open() {
   }
   controller_->setControllerId(settings_.name.c_str());
   keepDrawn_ = std::make_unique<KeepDrawnSender>(*controller_);
-  drawer_ = std::make_unique<DtVistrelRemoteDrawer>(keepDrawn_.get(), DtString(settings_.name),
-                                                    viewer);
+  drawer_ =
+      std::make_unique<DtVistrelRemoteDrawer>(keepDrawn_.get(), DtString(settings_.name), viewer);
 }
 
 std::string describe(const DtVistrelControlPdu& pdu) {
@@ -138,8 +137,8 @@ std::string describe(const DtVistrelControlPdu& pdu) {
   std::string name = DtVistrelDrawControlPdu::typeString(static_cast<int>(type));
   // The dumps' type names leave out the attribute commands; a report should not.
   static const char* const kAttributeCommands[] = {
-      "DtVdcCommandShowAttribute", "DtVdcCommandShowTemplateAttribute",
-      "DtVdcCommandHideAttribute", "DtVdcCommandHideTemplateAttribute"};
+      "DtVdcCommandShowAttribute", "DtVdcCommandShowTemplateAttribute", "DtVdcCommandHideAttribute",
+      "DtVdcCommandHideTemplateAttribute"};
   if (type >= DtVdcCommandShowAttribute && type <= DtVdcCommandHideTemplateAttribute)
     name = kAttributeCommands[type - DtVdcCommandShowAttribute];
   else if (name == "UnknownEnum")

@@ -23,9 +23,11 @@ std::string defaultFdd() {
 int main(int argc, char** argv) {
   vcctl::routeLibraryOutput();
 
-  DtCmdLine::Command cli("vcctl", "Steers the viewers of a simulation network and draws in their scenes.");
-  cli.option("federation", Type::Text,
-             "federation to join: rti://HOST:PORT/NAME through a hub, or NAME for the hub on this host")
+  DtCmdLine::Command cli("vcctl",
+                         "Steers the viewers of a simulation network and draws in their scenes.");
+  cli.option(
+         "federation", Type::Text,
+         "federation to join: rti://HOST:PORT/NAME through a hub, or NAME for the hub on this host")
       .placeholder("URL")
       .defaultValue("VistrelControl");
   cli.option("fdd", Type::Text, "object model file that defines ViewControl")

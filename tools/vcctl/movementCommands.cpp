@@ -1,5 +1,6 @@
 // Stepping and turning the eyepoint, its step size and turn rate, and switching modes
 // by name.
+#include <cstdlib>
 #include <map>
 
 #include "commands.h"
@@ -13,18 +14,26 @@ using DtCmdLine::Type;
 namespace {
 
 const std::map<std::string, DtVistrelRemoteController::Direction> kDirections = {
-    {"left", DtMoveVCPdu::LEFT},         {"right", DtMoveVCPdu::RIGHT},
-    {"up", DtMoveVCPdu::UP},             {"down", DtMoveVCPdu::DOWN},
-    {"forwards", DtMoveVCPdu::FORWARDS}, {"backwards", DtMoveVCPdu::BACKWARDS},
+    {"left", DtMoveVCPdu::LEFT},
+    {"right", DtMoveVCPdu::RIGHT},
+    {"up", DtMoveVCPdu::UP},
+    {"down", DtMoveVCPdu::DOWN},
+    {"forwards", DtMoveVCPdu::FORWARDS},
+    {"backwards", DtMoveVCPdu::BACKWARDS},
 };
 
-// The modes that the controller can switch to without parameters.
+// The modes that the controller can switch to by number, keeping their parameters.
 const std::map<std::string, DtViewerCommand> kModes = {
-    {"absolute", DtVcAbsolute},      {"tether", DtVcTether},
-    {"compass", DtVcCompass},        {"mimic", DtVcMimic},
-    {"orbit", DtVcOrbit},            {"track", DtVcTrack},
-    {"tether-track", DtVcTetherTrack}, {"mimic-track", DtVcMimicTrack},
-    {"group", DtVcGroup},            {"pivot", DtVcPivot},
+    {"absolute", DtVcAbsolute},
+    {"tether", DtVcTether},
+    {"compass", DtVcCompass},
+    {"mimic", DtVcMimic},
+    {"orbit", DtVcOrbit},
+    {"track", DtVcTrack},
+    {"tether-track", DtVcTetherTrack},
+    {"mimic-track", DtVcMimicTrack},
+    {"group", DtVcGroup},
+    {"pivot", DtVcPivot},
 };
 
 template <typename Map>
@@ -32,11 +41,6 @@ std::vector<std::string> keysOf(const Map& map) {
   std::vector<std::string> keys;
   for (const auto& entry : map) keys.push_back(entry.first);
   return keys;
-}
-
-void directionArgument(Command& command) {
-  command.argument("direction", Type::Text, "left, right, up, down, forwards or backwards")
-      .choices(keysOf(kDirections));
 }
 
 // "up", "down" or a number: one command for the three ways to change a rate.
@@ -56,60 +60,79 @@ Adjust adjustment(const Args& args) {
   return {Adjust::Set, static_cast<float>(value)};
 }
 
+int reset(const Args&, Link& link) {
+  link.controller().reset();
+  return 0;
+}
+
+int move(const Args& a, Link& link) {
+  link.controller().moveEyepoint(kDirections.at(a.text("direction")));
+  return 0;
+}
+
+int turn(const Args& a, Link& link) {
+  link.controller().turnEyepoint(kDirections.at(a.text("direction")));
+  return 0;
+}
+
+int place(const Args& a, Link& link) {
+  std::optional<DtVector64> at = position(a, "at");
+  std::optional<DtTaitBryan> orientation = angles(a, "orientation");
+  // The controller quietly sends nothing without either; say so instead.
+  if (!at && !orientation) a.fail("give --at, --orientation or both");
+  link.controller().set(at ? &*at : nullptr, orientation ? &*orientation : nullptr);
+  return 0;
+}
+
+int stepsize(const Args& a, Link& link) {
+  Adjust adjust = adjustment(a);
+  if (adjust.kind == Adjust::Up) link.controller().increaseStepsize();
+  if (adjust.kind == Adjust::Down) link.controller().decreaseStepsize();
+  if (adjust.kind == Adjust::Set) link.controller().setStepsize(adjust.value);
+  return 0;
+}
+
+int turnrate(const Args& a, Link& link) {
+  Adjust adjust = adjustment(a);
+  if (adjust.kind == Adjust::Up) link.controller().increaseTurnrate();
+  if (adjust.kind == Adjust::Down) link.controller().decreaseTurnrate();
+  if (adjust.kind == Adjust::Set) link.controller().setTurnrate(adjust.value);
+  return 0;
+}
+
+int mode(const Args& a, Link& link) {
+  std::optional<DtVector64> at = position(a, "at");
+  std::optional<DtTaitBryan> orientation = angles(a, "orientation");
+  link.controller().setMode(kModes.at(a.text("mode")), at ? &*at : nullptr,
+                            orientation ? &*orientation : nullptr);
+  return 0;
+}
+
+void directionArgument(Command& command) {
+  command.argument("direction", Type::Text, "left, right, up, down, forwards or backwards")
+      .choices(keysOf(kDirections));
+}
+
 }  // namespace
 
 void declareMovementCommands(Command& root, Registry& registry) {
-  registry.add(root, "reset", "put the eyepoint back where the viewer started", [](const Args&, Link& link) {
-    link.controller().reset();
-    return 0;
-  });
+  registry.add(root, "reset", "put the eyepoint back where the viewer started", &reset);
+  directionArgument(registry.add(root, "move", "move the eyepoint one step", &move));
+  directionArgument(registry.add(root, "turn", "turn the eyepoint one step", &turn));
 
-  Command* c = &registry.add(root, "move", "move the eyepoint one step", [](const Args& a, Link& link) {
-    link.controller().moveEyepoint(kDirections.at(a.text("direction")));
-    return 0;
-  });
-  directionArgument(*c);
-  c = &registry.add(root, "turn", "turn the eyepoint one step", [](const Args& a, Link& link) {
-    link.controller().turnEyepoint(kDirections.at(a.text("direction")));
-    return 0;
-  });
-  directionArgument(*c);
-
-  c = &registry.add(root, "set", "place the eyepoint, keeping the mode", [](const Args& a, Link& link) {
-    std::optional<DtVector64> at = position(a, "at");
-    std::optional<DtTaitBryan> orientation = angles(a, "orientation");
-    // The controller quietly sends nothing without either; say so instead.
-    if (!at && !orientation) a.fail("give --at, --orientation or both");
-    link.controller().set(at ? &*at : nullptr, orientation ? &*orientation : nullptr);
-    return 0;
-  });
+  Command* c = &registry.add(root, "set", "place the eyepoint, keeping the mode", &place);
   positionOption(*c, "at", "world location");
   anglesOption(*c, "orientation", "where the eye looks");
 
-  c = &registry.add(root, "stepsize", "make the step size bigger, smaller or a given value", [](const Args& a, Link& link) {
-    Adjust adjust = adjustment(a);
-    if (adjust.kind == Adjust::Up) link.controller().increaseStepsize();
-    if (adjust.kind == Adjust::Down) link.controller().decreaseStepsize();
-    if (adjust.kind == Adjust::Set) link.controller().setStepsize(adjust.value);
-    return 0;
-  });
+  c = &registry.add(root, "stepsize", "make the step size bigger, smaller or a given value",
+                    &stepsize);
   c->argument("value", Type::Text, "up, down, or the step in metres");
-  c = &registry.add(root, "turnrate", "make the turn rate bigger, smaller or a given value", [](const Args& a, Link& link) {
-    Adjust adjust = adjustment(a);
-    if (adjust.kind == Adjust::Up) link.controller().increaseTurnrate();
-    if (adjust.kind == Adjust::Down) link.controller().decreaseTurnrate();
-    if (adjust.kind == Adjust::Set) link.controller().setTurnrate(adjust.value);
-    return 0;
-  });
+  c = &registry.add(root, "turnrate", "make the turn rate bigger, smaller or a given value",
+                    &turnrate);
   c->argument("value", Type::Text, "up, down, or the rate in radians per step");
 
-  c = &registry.add(root, "mode", "switch mode keeping the viewer's parameters, then place the eyepoint", [](const Args& a, Link& link) {
-    std::optional<DtVector64> at = position(a, "at");
-    std::optional<DtTaitBryan> orientation = angles(a, "orientation");
-    link.controller().setMode(kModes.at(a.text("mode")), at ? &*at : nullptr,
-                              orientation ? &*orientation : nullptr);
-    return 0;
-  });
+  c = &registry.add(root, "mode",
+                    "switch mode keeping the viewer's parameters, then place the eyepoint", &mode);
   c->argument("mode", Type::Text, "the mode").choices(keysOf(kModes));
   positionOption(*c, "at", "then place the eyepoint here");
   anglesOption(*c, "orientation", "then turn the eyepoint");

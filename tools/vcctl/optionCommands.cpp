@@ -22,16 +22,25 @@ struct Setting {
   Send send;
 };
 
-bool on(const Args& a) { return switchValue(a); }
-double real(const Args& a) { return a.real("value"); }
-DtString text(const Args& a) { return DtString(a.text("value")); }
+bool on(const Args& a) {
+  return switchValue(a);
+}
+double real(const Args& a) {
+  return a.real("value");
+}
+int whole(const Args& a) {
+  return static_cast<int>(a.integer("value"));
+}
+DtString text(const Args& a) {
+  return DtString(a.text("value"));
+}
 
 // clang-format off
 const Setting kSettings[] = {
   {"overlay", "show or hide the overlay", Kind::Switch, "",
    [](Controller& c, const Args& a) { c.setOverlayEnabled(on(a)); }},
-  {"smoothing", "how eyepoint motion is smoothed", Kind::Integer, "smoothing setting, as the viewer numbers them (0 off)",
-   [](Controller& c, const Args& a) { c.setSmoothing(static_cast<DtSmoothingOption>(a.integer("value"))); }},
+  {"smoothing", "how eyepoint motion is smoothed", Kind::Integer, "the viewer's number, 0 off",
+   [](Controller& c, const Args& a) { c.setSmoothing(static_cast<DtSmoothingOption>(whole(a))); }},
   {"smoothing-period", "period of the smoothing", Kind::Real, "seconds",
    [](Controller& c, const Args& a) { c.setSmoothingPeriod(real(a)); }},
   {"sound", "sound on or off", Kind::Switch, "",
@@ -43,7 +52,7 @@ const Setting kSettings[] = {
   {"trajectory-histories", "trajectory histories of entities", Kind::Switch, "",
    [](Controller& c, const Args& a) { c.setTrajectoryHistoriesEnabled(on(a)); }},
   {"aggregate-level", "aggregation level shown", Kind::Integer, "level",
-   [](Controller& c, const Args& a) { c.setAggregateLevel(static_cast<int>(a.integer("value"))); }},
+   [](Controller& c, const Args& a) { c.setAggregateLevel(whole(a)); }},
   {"aggregate-highest-only", "show only the highest aggregates", Kind::Switch, "",
    [](Controller& c, const Args& a) { c.setAggregateHighestOnly(on(a)); }},
   {"ground-clamping", "clamp entities to the ground", Kind::Switch, "",
@@ -118,7 +127,7 @@ const Setting kSettings[] = {
   {"video-record-insets", "record the insets too", Kind::Switch, "",
    [](Controller& c, const Args& a) { c.setVideoCaptureRecordInsets(on(a)); }},
   {"video-fps", "frames per second of the recording", Kind::Integer, "frames per second",
-   [](Controller& c, const Args& a) { c.setVideoCaptureFramesPerSecond(static_cast<int>(a.integer("value"))); }},
+   [](Controller& c, const Args& a) { c.setVideoCaptureFramesPerSecond(whole(a)); }},
   {"video-filename-base", "start of the recording's file names", Kind::Text, "file name base",
    [](Controller& c, const Args& a) { c.setVideoCaptureFilenameBase(text(a)); }},
   {"video-directory", "directory of the recordings", Kind::Text, "directory",
@@ -131,7 +140,7 @@ const Setting kSettings[] = {
    [](Controller& c, const Args& a) { c.setConstrainViewToAll(on(a)); }},
   {"blocked-distance", "closest the eyepoint may come to an obstacle", Kind::Real, "metres",
    [](Controller& c, const Args& a) { c.setBlockedDistance(real(a)); }},
-  {"near-clip-blocked-distance", "use the near clipping plane as the blocked distance", Kind::Switch, "",
+  {"near-clip-blocked-distance", "near clipping plane as the blocked distance", Kind::Switch, "",
    [](Controller& c, const Args& a) { c.setUseNearClipForBlockedDistance(on(a)); }},
   {"load-features", "load a feature file", Kind::Text, "feature file",
    [](Controller& c, const Args& a) { c.loadFeatures(text(a)); }},
@@ -147,17 +156,29 @@ void declareOptionCommands(Command& root, Registry& registry) {
   option.details("Example: vcctl option fog on");
   for (const Setting& setting : kSettings) {
     Send send = setting.send;
-    Command& c = registry.add(option, setting.name, setting.summary, [send](const Args& a, Link& link) {
-      send(link.controller(), a);
-      return 0;
-    });
+    Command& c =
+        registry.add(option, setting.name, setting.summary, [send](const Args& a, Link& link) {
+          send(link.controller(), a);
+          return 0;
+        });
     switch (setting.kind) {
-      case Kind::None: break;
-      case Kind::Switch: switchArgument(c, "on or off"); break;
-      case Kind::Integer: c.argument("value", Type::Integer, setting.valueHelp); break;
-      case Kind::Real: c.argument("value", Type::Real, setting.valueHelp); break;
-      case Kind::Text: c.argument("value", Type::Text, setting.valueHelp); break;
-      case Kind::OptionalText: c.argument("value", Type::Text, setting.valueHelp).optional(); break;
+      case Kind::None:
+        break;
+      case Kind::Switch:
+        switchArgument(c, "on or off");
+        break;
+      case Kind::Integer:
+        c.argument("value", Type::Integer, setting.valueHelp).range(-2147483648.0, 2147483647.0);
+        break;
+      case Kind::Real:
+        c.argument("value", Type::Real, setting.valueHelp);
+        break;
+      case Kind::Text:
+        c.argument("value", Type::Text, setting.valueHelp);
+        break;
+      case Kind::OptionalText:
+        c.argument("value", Type::Text, setting.valueHelp).optional();
+        break;
     }
   }
 }

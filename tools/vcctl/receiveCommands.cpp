@@ -110,12 +110,14 @@ int listen(const Args& a, Link& link) {
 }  // namespace
 
 void declareReceiveCommands(Command& root, Registry& registry) {
-  Command* c = &registry.add(root, "state", "ask the viewer for its mode and print its answer", &state);
+  Command* c =
+      &registry.add(root, "state", "ask the viewer for its mode and print its answer", &state);
   c->option("timeout", Type::Real, "how long to wait for the answer, in seconds")
       .placeholder("S")
       .range(0, 3600)
       .defaultValue("5");
-  c->details("Exits 1 when no answer comes in time. Ask one viewer with 'vcctl --viewer ID state'.");
+  c->details(
+      "Exits 1 when no answer comes in time. Ask one viewer with 'vcctl --viewer ID state'.");
 
   c = &registry.add(root, "listen", "print every control PDU that arrives", &listen);
   c->option("count", Type::Integer, "stop after this many PDUs").placeholder("N").range(1, 1e12);

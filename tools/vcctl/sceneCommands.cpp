@@ -11,10 +11,6 @@ using DtCmdLine::Type;
 
 namespace {
 
-void idArgument(Command& c, const std::string& name, const std::string& help) {
-  c.argument(name, Type::Integer, help).range(0, 4294967295.0);
-}
-
 unsigned int idOf(const Args& a, const std::string& name) {
   return static_cast<unsigned int>(a.integer(name));
 }
@@ -29,14 +25,77 @@ void sendCommand(Link& link, DtVdcDrawType type, unsigned int objectId, unsigned
   link.drawer().sendDrawControlPdu(pdu);
 }
 
-void attributeCommand(Registry& registry, Command& root, const std::string& name, bool show) {
-  Command& c = registry.add(root, name, std::string(show ? "show" : "hide") + " one attribute of a panel", [show](const Args& a, Link& link) {
-    bool onTemplate = a.flag("template");
-    DtVdcDrawType type = show ? (onTemplate ? DtVdcCommandShowTemplateAttribute : DtVdcCommandShowAttribute)
-                              : (onTemplate ? DtVdcCommandHideTemplateAttribute : DtVdcCommandHideAttribute);
-    sendCommand(link, type, idOf(a, "attribute"), idOf(a, "panel"));
-    return 0;
-  });
+int show(const Args& a, Link& link) {
+  link.drawer().show(idOf(a, "object"));
+  return 0;
+}
+
+int hide(const Args& a, Link& link) {
+  link.drawer().hide(idOf(a, "object"));
+  return 0;
+}
+
+int remove(const Args& a, Link& link) {
+  sendCommand(link, DtVdcCommandRemove, idOf(a, "object"), 0);
+  return 0;
+}
+
+int addToLayer(const Args& a, Link& link) {
+  link.drawer().addToLayer(idOf(a, "object"), idOf(a, "layer"));
+  return 0;
+}
+
+int removeFromLayer(const Args& a, Link& link) {
+  link.drawer().removeFromLayer(idOf(a, "object"), idOf(a, "layer"));
+  return 0;
+}
+
+int attributeCommand(const Args& a, Link& link, bool show) {
+  bool everyPanel = a.flag("template");
+  DtVdcDrawType type =
+      show ? (everyPanel ? DtVdcCommandShowTemplateAttribute : DtVdcCommandShowAttribute)
+           : (everyPanel ? DtVdcCommandHideTemplateAttribute : DtVdcCommandHideAttribute);
+  sendCommand(link, type, idOf(a, "attribute"), idOf(a, "panel"));
+  return 0;
+}
+
+int showAttribute(const Args& a, Link& link) {
+  return attributeCommand(a, link, true);
+}
+int hideAttribute(const Args& a, Link& link) {
+  return attributeCommand(a, link, false);
+}
+
+int value(const Args& a, Link& link) {
+  int given = a.has("number") + a.has("graph") + a.has("bitmap") + a.has("reset");
+  if (given != 1) a.fail("give exactly one of --number, --graph, --bitmap and --reset");
+  // The update on its own: the panel and its template stay as the viewer has them.
+  DtVdcAttributeUpdatePdu pdu;
+  pdu.setObjectId(idOf(a, "attribute"));
+  pdu.setGroupId(idOf(a, "panel"));
+  if (a.has("number")) {
+    pdu.setType(DtVdcAttributeValueSet);
+    pdu.setValueX(a.real("number"));
+  } else if (a.has("graph")) {
+    std::vector<double> xy = a.vector("graph");
+    pdu.setType(DtVdcAttributeValueSet);
+    pdu.setValueX(xy[0]);
+    pdu.setValueY(xy[1]);
+  } else if (a.has("bitmap")) {
+    pdu.setType(DtVdcAttributeValueSetText);
+    pdu.setText(DtString(a.text("bitmap")));
+  } else {
+    pdu.setType(DtVdcAttributeValueReset);
+  }
+  link.drawer().sendDrawControlPdu(pdu);
+  return 0;
+}
+
+void idArgument(Command& c, const std::string& name, const std::string& help) {
+  c.argument(name, Type::Integer, help).range(0, 4294967295.0);
+}
+
+void attributeArguments(Command& c) {
   idArgument(c, "panel", "panel id (or template id, with --template)");
   idArgument(c, "attribute", "attribute id");
   c.option("template", Type::Flag, "for every panel of a template");
@@ -45,61 +104,25 @@ void attributeCommand(Registry& registry, Command& root, const std::string& name
 }  // namespace
 
 void declareSceneCommands(Command& root, Registry& registry) {
-  Command* c = &registry.add(root, "show", "show a hidden drawing", [](const Args& a, Link& link) {
-    link.drawer().show(idOf(a, "object"));
-    return 0;
-  });
-  idArgument(*c, "object", "object id");
-  c = &registry.add(root, "hide", "hide a drawing, keeping it", [](const Args& a, Link& link) {
-    link.drawer().hide(idOf(a, "object"));
-    return 0;
-  });
-  idArgument(*c, "object", "object id");
-  c = &registry.add(root, "remove", "remove a drawing from the viewers", [](const Args& a, Link& link) {
-    sendCommand(link, DtVdcCommandRemove, idOf(a, "object"), 0);
-    return 0;
-  });
-  idArgument(*c, "object", "object id");
+  idArgument(registry.add(root, "show", "show a hidden drawing", &show), "object", "object id");
+  idArgument(registry.add(root, "hide", "hide a drawing, keeping it", &hide), "object",
+             "object id");
+  idArgument(registry.add(root, "remove", "remove a drawing from the viewers", &remove), "object",
+             "object id");
 
-  c = &registry.add(root, "add-to-layer", "put a drawing into a layer", [](const Args& a, Link& link) {
-    link.drawer().addToLayer(idOf(a, "object"), idOf(a, "layer"));
-    return 0;
-  });
+  Command* c = &registry.add(root, "add-to-layer", "put a drawing into a layer", &addToLayer);
   idArgument(*c, "object", "object id");
   idArgument(*c, "layer", "layer id");
-  c = &registry.add(root, "remove-from-layer", "take a drawing out of a layer", [](const Args& a, Link& link) {
-    link.drawer().removeFromLayer(idOf(a, "object"), idOf(a, "layer"));
-    return 0;
-  });
+  c = &registry.add(root, "remove-from-layer", "take a drawing out of a layer", &removeFromLayer);
   idArgument(*c, "object", "object id");
   idArgument(*c, "layer", "layer id");
 
-  attributeCommand(registry, root, "show-attribute", true);
-  attributeCommand(registry, root, "hide-attribute", false);
+  attributeArguments(
+      registry.add(root, "show-attribute", "show one attribute of a panel", &showAttribute));
+  attributeArguments(
+      registry.add(root, "hide-attribute", "hide one attribute of a panel", &hideAttribute));
 
-  c = &registry.add(root, "value", "change the value of one attribute of a panel", [](const Args& a, Link& link) {
-    int given = a.has("number") + a.has("graph") + a.has("bitmap") + a.has("reset");
-    if (given != 1) a.fail("give exactly one of --number, --graph, --bitmap and --reset");
-    DtVdcAttributeUpdatePdu pdu;
-    pdu.setObjectId(idOf(a, "attribute"));
-    pdu.setGroupId(idOf(a, "panel"));
-    if (a.has("number")) {
-      pdu.setType(DtVdcAttributeValueSet);
-      pdu.setValueX(a.real("number"));
-    } else if (a.has("graph")) {
-      std::vector<double> xy = a.vector("graph");
-      pdu.setType(DtVdcAttributeValueSet);
-      pdu.setValueX(xy[0]);
-      pdu.setValueY(xy[1]);
-    } else if (a.has("bitmap")) {
-      pdu.setType(DtVdcAttributeValueSetText);
-      pdu.setText(DtString(a.text("bitmap")));
-    } else {
-      pdu.setType(DtVdcAttributeValueReset);
-    }
-    link.drawer().sendDrawControlPdu(pdu);
-    return 0;
-  });
+  c = &registry.add(root, "value", "change the value of one attribute of a panel", &value);
   idArgument(*c, "panel", "panel id");
   idArgument(*c, "attribute", "attribute id");
   c->option("number", Type::Real, "new value of a number or a value bar").placeholder("X");

@@ -55,7 +55,8 @@ bool parseWhole(const std::string& word, unsigned long max, unsigned long& value
 
 }  // namespace
 
-DtCmdLine::Option positionOption(Command& command, const std::string& name, const std::string& help) {
+DtCmdLine::Option positionOption(Command& command, const std::string& name,
+                                 const std::string& help) {
   return command.option(name, Type::Vector, help).placeholder("X,Y,Z").size(3);
 }
 
@@ -70,18 +71,25 @@ DtCmdLine::Option anglesOption(Command& command, const std::string& name, const 
 }
 
 DtCmdLine::Option colorOption(Command& command, const std::string& fallback) {
-  return command.option("color", Type::Text, "white, black, red, green, blue, yellow, purple, orange, or R,G,B[,A] from 0 to 255")
+  return command
+      .option("color", Type::Text,
+              "white, black, red, green, blue, yellow, purple, orange, or R,G,B[,A] from 0 to 255")
       .placeholder("COLOR")
       .defaultValue(fallback);
 }
 
 DtCmdLine::Option anchorOption(Command& command, const std::string& name, const std::string& help) {
-  return command.option(name, Type::Text, help + ": a position X,Y,Z, an entity id, or object:ID[@PERCENT] along another drawing")
+  return command
+      .option(
+          name, Type::Text,
+          help + ": a position X,Y,Z, an entity id, or object:ID[@PERCENT] along another drawing")
       .placeholder("ANCHOR");
 }
 
 DtCmdLine::Option idOption(Command& command, const std::string& what) {
-  return command.option("id", Type::Integer, "object id of the " + what + ", chosen by you; later commands name it by this id")
+  return command
+      .option("id", Type::Integer,
+              "object id of the " + what + ", chosen by you; later commands name it by this id")
       .placeholder("N")
       .range(0, 4294967295.0)
       .required();

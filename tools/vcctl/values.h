@@ -16,7 +16,8 @@ using DtCmdLine::Command;
 
 // ---------------------------------------------------------------- declaring
 /// "--name x,y,z".
-DtCmdLine::Option positionOption(Command& command, const std::string& name, const std::string& help);
+DtCmdLine::Option positionOption(Command& command, const std::string& name,
+                                 const std::string& help);
 /// "--name x,y" (fractions 0..1 of the screen for positions).
 DtCmdLine::Option screenOption(Command& command, const std::string& name, const std::string& help);
 /// "--name H,P,R" in radians.
