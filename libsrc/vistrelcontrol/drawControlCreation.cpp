@@ -1,4 +1,5 @@
 // Building draw-control PDU classes from received bytes and from draw types.
+#include "pduCreators.h"
 #include "rawPdu.h"
 #include "vdcAreaPdu.h"
 #include "vdcAttributePdu.h"
@@ -12,18 +13,11 @@
 #include "vistrelControlPdu.h"
 
 namespace {
-using Wrap = DtVistrelControlPdu* (*)(DtNetViewControlPdu*, DtBufferPlaceHolder*, DtPduFactory*);
+using pducreators::Wrap;
+using pducreators::wrap;
 using Fresh = DtVistrelDrawControlPdu* (*)();
-
 template <typename Pdu>
-DtVistrelControlPdu* wrap(DtNetViewControlPdu* bytes, DtBufferPlaceHolder* holder,
-                          DtPduFactory* factory) {
-  return new Pdu(bytes, holder, factory);
-}
-template <typename Pdu>
-DtVistrelDrawControlPdu* fresh() {
-  return new Pdu();
-}
+constexpr Fresh fresh = &pducreators::fresh<DtVistrelDrawControlPdu, Pdu>;
 
 // Received bytes, by viewer command (the family's general draw type).
 struct ReceivedRow {

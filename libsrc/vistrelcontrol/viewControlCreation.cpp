@@ -9,6 +9,7 @@
 #include "optionsPdu.h"
 #include "orbitVcPdu.h"
 #include "pivotVcPdu.h"
+#include "pduCreators.h"
 #include "rawPdu.h"
 #include "tetherTrackVcPdu.h"
 #include "tetherVcPdu.h"
@@ -18,15 +19,9 @@
 namespace {
 // One row per view-control class: the wrapping constructor and the constructor from
 // scratch. A class that does not exist yet has no row, so its commands are unknown.
+using pducreators::wrap;
 template <typename Pdu>
-DtVistrelControlPdu* wrap(DtNetViewControlPdu* bytes, DtBufferPlaceHolder* holder,
-                          DtPduFactory* factory) {
-  return new Pdu(bytes, holder, factory);
-}
-template <typename Pdu>
-DtVistrelControlPdu* fresh() {
-  return new Pdu();
-}
+constexpr DtVistrelControlPdu* (*fresh)() = &pducreators::fresh<DtVistrelControlPdu, Pdu>;
 
 struct ViewControlRow {
   DtVistrelControlPdu* (*wrap)(DtNetViewControlPdu*, DtBufferPlaceHolder*, DtPduFactory*);
