@@ -2,7 +2,6 @@
 
 #include <climits>
 #include <cmath>
-#include <optional>
 #include <variant>
 
 namespace vdcobj {
@@ -57,18 +56,23 @@ namespace {
 // An attach point as the argument of the attachTo overload of its kind.
 using Anchor = std::variant<DtVector64, DtString, DtNetU32>;
 
-std::optional<Anchor> anchorOf(const DtVdc3DAttachPoint& point) {
+// False for an attachment type that names no anchor.
+bool anchorOf(const DtVdc3DAttachPoint& point, Anchor& anchor) {
   switch (point.attachmentType()) {
     case DtVdc3DAttachPoint::DtVdcAttachNone:
-      return Anchor(DtVector64());
+      anchor = DtVector64();
+      return true;
     case DtVdc3DAttachPoint::DtVdcAttachLocation:
-      return Anchor(point.location());
+      anchor = point.location();
+      return true;
     case DtVdc3DAttachPoint::DtVdcAttachEntity:
-      return Anchor(point.entityId());
+      anchor = point.entityId();
+      return true;
     case DtVdc3DAttachPoint::DtVdcAttachDrawObject:
-      return Anchor(DtNetU32(point.drawObjectId()));
+      anchor = DtNetU32(point.drawObjectId());
+      return true;
   }
-  return std::nullopt;
+  return false;
 }
 
 // A drawing-object anchor also says how far along that object it sits.
@@ -79,18 +83,17 @@ void setRelativeLocation(DtVdcAttachablePdu& pdu, const DtVdc3DAttachPoint& poin
 }  // namespace
 
 void attach(DtVdcAttachablePdu& pdu, const DtVdc3DAttachPoint& point) {
-  std::optional<Anchor> anchor = anchorOf(point);
-  if (!anchor) return;
-  std::visit([&](const auto& a) { pdu.attachTo(a); }, *anchor);
+  Anchor anchor;
+  if (!anchorOf(point, anchor)) return;
+  std::visit([&](const auto& a) { pdu.attachTo(a); }, anchor);
   setRelativeLocation(pdu, point, 0);
 }
 
 void attach(DtVdcAttachablePdu& pdu, const DtVdc3DAttachPoint& start,
             const DtVdc3DAttachPoint& end) {
-  std::optional<Anchor> first = anchorOf(start);
-  std::optional<Anchor> second = anchorOf(end);
-  if (!first || !second) return;
-  std::visit([&](const auto& a, const auto& b) { pdu.attachTo(a, b); }, *first, *second);
+  Anchor first, second;
+  if (!anchorOf(start, first) || !anchorOf(end, second)) return;
+  std::visit([&](const auto& a, const auto& b) { pdu.attachTo(a, b); }, first, second);
   setRelativeLocation(pdu, start, 0);
   setRelativeLocation(pdu, end, 1);
 }
