@@ -134,8 +134,9 @@ void collectCommands(const std::string& path, const Words& prefix, std::vector<W
     // "  name   summary"; wrapped summaries continue further in.
     else if (inCommands && line.size() > 2 && line[2] != ' ') {
       std::string name = line.substr(2, line.find(' ', 2) - 2);
-      found.push_back(with(prefix, {name}));
-      collectCommands(path + " " + name, found.back(), found);
+      const Words command = with(prefix, {name});
+      found.push_back(command);
+      collectCommands(path + " " + name, command, found);
     }
   }
 }
