@@ -115,7 +115,7 @@ class Picture {
   void header() {
     canvas_.rect(0, 0, kWidth, kHeight, Style{"none", "#0f1215"});
     canvas_.text({20, 34}, "vcviewer " + id_, TextStyle{"#f0f0f0", 20, true});
-    canvas_.text({20, 60}, "eyepoint: " + view_.describe(), TextStyle{kMuted, 13});
+    canvas_.text({20, 60}, "eyepoint: " + shorten(view_.describe(), 170), TextStyle{kMuted, 13});
   }
 
   void panelFrame(const Frame& f, const std::string& label) {
