@@ -34,6 +34,7 @@ if [ "$build" = yes ]; then
   step "Installing the packages the build needs"
   scripts/setup.sh
   step "Building the library, vcctl, vcviewer and the hub in $build_dir"
+  echo "(a few minutes the first time; the compiler's output goes to $out/build.log)"
   # The same configuration as scripts/test.sh, so that the two share one build.
   cmake -S "$root" -B "$build_dir" -G Ninja -DVC_WERROR=ON -DCMAKE_BUILD_TYPE=Release >"$out/configure.log" 2>&1 ||
     { cat "$out/configure.log" >&2; fail "configuring failed (log: $out/configure.log)"; }

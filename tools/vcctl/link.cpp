@@ -34,18 +34,12 @@ class ConfirmingController : public DtVistrelRemoteController {
           pdu.length());
     }
     DtVistrelRemoteController::send(pdu);
-    ++sent_;
     if (!conn) return;
     if (!conn->connected())
       throw LinkError("connection to " + std::string(conn->execName()) +
                       " lost: " + conn->errorText().c_str());
     out("sent %s to %s\n", describe(pdu).c_str(), targetVistrelId().c_str());
   }
-
-  int sent() const { return sent_; }
-
- private:
-  mutable int sent_ = 0;
 };
 
 /// The drawer removes from the viewers every object it still holds when it is
@@ -90,10 +84,6 @@ DtVistrelRemoteDrawer& Link::drawer() {
 DtExerciseConn* Link::connection() {
   open();
   return conn_.get();
-}
-
-int Link::sent() const {
-  return controller_ ? controller_->sent() : 0;
 }
 
 void Link::keep(std::unique_ptr<DtVdcObject> object) {

@@ -45,8 +45,6 @@ class Link {
   DtVistrelRemoteDrawer& drawer();
   /// The connection, or null in a dry run.
   DtExerciseConn* connection();
-  /// PDUs sent so far (or printed, in a dry run).
-  int sent() const;
   /// Keeps an object alive until the drawer is gone: a panel points to its template
   /// without owning it.
   void keep(std::unique_ptr<DtVdcObject> object);
