@@ -57,6 +57,9 @@ class DT_EXPORT DtVistrelControlPdu : public DtPdu {
   static constexpr int kPduKind = 202;
   static constexpr int kHeaderLength = 152;
   static constexpr size_t kTextSize = 400;
+  /// Where the header's 64-byte designators of the viewer and the sender start.
+  static constexpr size_t kViewerIdOffset = 12;
+  static constexpr size_t kSenderIdOffset = 76;
 
   DtVistrelControlPdu();
   DtVistrelControlPdu(const DtVistrelControlPdu& other);

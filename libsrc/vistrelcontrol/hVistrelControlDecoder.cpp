@@ -1,5 +1,7 @@
 #include "hVistrelControlDecoder.h"
 
+#include <typeinfo>
+
 #include "hVistrelControlInter.h"
 
 DtVistrelControlDecoder::DtVistrelControlDecoder(DtExerciseConn* conn, DtInterClassDesc* classDesc)
@@ -12,7 +14,11 @@ DtVistrelControlDecoder::~DtVistrelControlDecoder() = default;
 void DtVistrelControlDecoder::decodeViewControlPdu(DtInteraction* inter,
                                                    const rti1516::ParameterHandleValueMap& values,
                                                    rti1516::ParameterHandle handle) {
-  auto* vc = dynamic_cast<DtVistrelControlInteraction*>(inter);
+  if (!inter) return;
+  // The connection's creator makes exactly this class: then no cast needs to search.
+  auto* vc = typeid(*inter) == typeid(DtVistrelControlInteraction)
+                 ? static_cast<DtVistrelControlInteraction*>(inter)
+                 : dynamic_cast<DtVistrelControlInteraction*>(inter);
   auto it = values.find(handle);
   if (!vc || it == values.end()) return;
   // The PDU made from the shared buffer takes its own copy, so the buffer is free again

@@ -1,6 +1,9 @@
 #include "hVistrelControlEncoder.h"
 
+#include <typeinfo>
+
 #include "hVistrelControlInter.h"
+#include "vcOutgoingInteraction.h"
 
 DtVistrelControlEncoder::DtVistrelControlEncoder(DtExerciseConn* conn, DtInterClassDesc* classDesc)
     : DtInteractionEncoder(conn, classDesc) {
@@ -12,7 +15,13 @@ DtVistrelControlEncoder::~DtVistrelControlEncoder() = default;
 void DtVistrelControlEncoder::encodeViewControlPdu(const DtInteraction* inter,
                                                    rti1516::ParameterHandleValueMap& values,
                                                    rti1516::ParameterHandle handle) {
-  auto* vc = dynamic_cast<const DtVistrelControlInteraction*>(inter);
+  if (!inter) return;
+  // The controller and the drawer send exactly these classes: then no cast needs to
+  // search.
+  const std::type_info& type = typeid(*inter);
+  auto* vc = type == typeid(DtVcOutgoingInteraction) || type == typeid(DtVistrelControlInteraction)
+                 ? static_cast<const DtVistrelControlInteraction*>(inter)
+                 : dynamic_cast<const DtVistrelControlInteraction*>(inter);
   const DtVistrelControlPdu* pdu = vc ? vc->vcPdu() : nullptr;
   if (!pdu) return;
   // The RTI copies the value before sendInteraction returns, so the parameter may point

@@ -775,11 +775,10 @@ void DtOptionsPdu::setFromString(const char* text) {
     bytes[i] = static_cast<unsigned char>(std::strtol(pair, nullptr, 16));
   }
   // The bytes are taken as a received PDU, which reads as many as its header claims: a
-  // text shorter than that leaves the rest zero instead of reading past the array.
-  size_t claimed = bytes.size() >= static_cast<size_t>(kHeaderSize)
-                       ? static_cast<size_t>(headerLength(bytes.data()))
-                       : 0;
-  size_t needed = claimed > static_cast<size_t>(kHeaderSize) ? claimed : kHeaderSize;
+  // text shorter than that leaves the rest zero instead of reading past the array. A
+  // text that ends inside the header may still hold the length field.
+  size_t needed = static_cast<size_t>(headerLength(bytes.data(), bytes.size()));
+  if (needed < static_cast<size_t>(kHeaderSize)) needed = kHeaderSize;
   if (bytes.size() < needed) bytes.resize(needed, 0);
   DtOptionsPdu received(reinterpret_cast<const DtNetViewControlPdu*>(bytes.data()), nullptr,
                         nullptr);

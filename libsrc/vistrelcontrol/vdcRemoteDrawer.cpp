@@ -1,6 +1,7 @@
 #include "vdcRemoteDrawer.h"
 
 #include "dtException.h"
+#include "vcOutgoingInteraction.h"
 #include "vdcAttGroup.h"
 #include "vdcAttTemplate.h"
 #include "vdcCommandPdu.h"
@@ -179,10 +180,10 @@ void DtVistrelRemoteDrawer::sendCommand(DtVdcDrawType command, unsigned int obje
 void DtVistrelRemoteDrawer::sendDrawControlPdu(DtVistrelDrawControlPdu& pdu) {
   pdu.setSenderId(senderId_);
   if (conn_) {
-    interaction_.setVcPdu(pdu);
-    conn_->sendInteraction(interaction_);
+    DtVcOutgoingInteraction inter(pdu);
+    conn_->sendInteraction(inter);
   } else if (sender_) {
-    sender_->send(pdu.packet(), pdu.length());
+    sender_->send(static_cast<const DtVistrelDrawControlPdu&>(pdu).packet(), pdu.length());
   } else {
     DT_THROW("No send mechanism in VistrelRemoteDrawer");
   }

@@ -11,8 +11,6 @@
 #include "vcNames.h"
 
 namespace {
-constexpr size_t kViewerIdOffset = 12;
-constexpr size_t kSenderIdOffset = 76;
 constexpr size_t kCommandOffset = 146;
 constexpr size_t kIgnoreFlagsOffset = 152;
 
@@ -181,9 +179,9 @@ DtVistrelControlPdu* DtVistrelControlPdu::create(const DtNetPduHeader* bytes,
 DtVistrelControlPdu* DtVistrelControlPdu::createFromBytes(const void* bytes, size_t size,
                                                           bool current) {
   if (!bytes || size < 3) return nullptr;
-  size_t claimed = size >= static_cast<size_t>(kHeaderSize)
-                       ? static_cast<size_t>(headerLength(bytes))
-                       : static_cast<size_t>(kHeaderSize);
+  // Bytes that end inside the header may still hold its length field, which the
+  // creators read from the padded copy: the claim is read the same way here.
+  size_t claimed = static_cast<size_t>(headerLength(bytes, size));
   if (claimed < static_cast<size_t>(kHeaderSize)) claimed = kHeaderSize;
   const DtNetPduHeader* header = static_cast<const DtNetPduHeader*>(bytes);
   // The wrapping constructors read as many bytes as the header claims; when the sender

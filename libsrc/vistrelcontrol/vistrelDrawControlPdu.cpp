@@ -99,6 +99,5 @@ DtString DtVistrelDrawControlPdu::countedText(size_t lengthOffset, size_t textOf
 }
 
 unsigned char* DtVistrelDrawControlPdu::bytesAt(size_t offset, size_t count) const {
-  if (offset > capacity() || count > capacity() - offset) return nullptr;
-  return reinterpret_cast<unsigned char*>(const_cast<char*>(packet())) + offset;
+  return writableBytes(offset, count);
 }

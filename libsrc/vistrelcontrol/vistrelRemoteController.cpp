@@ -1,5 +1,6 @@
 #include "vistrelRemoteController.h"
 
+#include <cstring>
 #include <vector>
 
 #include "absoluteVcPdu.h"
@@ -14,6 +15,7 @@
 #include "tetherTrackVcPdu.h"
 #include "tetherVcPdu.h"
 #include "trackVcPdu.h"
+#include "vcOutgoingInteraction.h"
 
 DtCustomRemoteControlSender::~DtCustomRemoteControlSender() = default;
 
@@ -37,6 +39,33 @@ class IgnoreFlags {
  private:
   unsigned long flags_ = kIgnoreAll;
 };
+
+// A designator of the header as it was, given back as reading it as text and writing
+// that text again would: cut at 63 bytes and NUL-padded.
+class SavedDesignator {
+ public:
+  SavedDesignator(const DtBaseMsg& pdu, size_t offset) : offset_(offset) {
+    pdu.readBytes(offset, bytes_, sizeof bytes_);
+  }
+  void restore(DtBaseMsg& pdu) const {
+    unsigned char text[DtNetGlobalObjectDesignator::kSize] = {};
+    std::memcpy(text, bytes_, strnlen(reinterpret_cast<const char*>(bytes_), sizeof text - 1));
+    pdu.writeBytes(offset_, text, sizeof text);
+  }
+
+ private:
+  size_t offset_;
+  unsigned char bytes_[DtNetGlobalObjectDesignator::kSize];
+};
+
+// Whether the designator at `offset` reads as `id`, without making a text of it.
+bool designatorIs(const DtBaseMsg& pdu, size_t offset, const DtString& id) {
+  const size_t width = DtNetGlobalObjectDesignator::kSize;
+  if (offset > pdu.capacity() || pdu.capacity() - offset < width) return pdu.readDesignator(offset) == id;
+  const char* text = pdu.packet() + offset;
+  size_t n = strnlen(text, width);
+  return n == id.length() && std::memcmp(text, id.c_str(), n) == 0;
+}
 
 // Bits of the view-control fields.
 constexpr unsigned long kPosition = 0x7;
@@ -140,18 +169,17 @@ void DtVistrelRemoteController::setIgnoreCommandsSentFromUs(bool ignore) {
 void DtVistrelRemoteController::send(const DtVistrelControlPdu& constPdu) const {
   // The PDU is the caller's; it carries our ids only for the length of this call.
   auto& pdu = const_cast<DtVistrelControlPdu&>(constPdu);
-  DtString oldViewer = pdu.viewerId();
-  DtString oldSender = pdu.senderId();
+  const SavedDesignator oldViewer(pdu, DtVistrelControlPdu::kViewerIdOffset);
+  const SavedDesignator oldSender(pdu, DtVistrelControlPdu::kSenderIdOffset);
   pdu.setViewerId(targetVistrelId());
   pdu.setSenderId(controllerId());
   if (conn_ && conn_->fomMapper() && conn_->fomMapper()->interClassDesc("ViewControl")) {
-    DtVistrelControlInteraction inter;
-    inter.setVcPdu(pdu);
+    DtVcOutgoingInteraction inter(constPdu);
     conn_->sendInteraction(inter);
   }
-  if (sender_) sender_->send(pdu.packet(), pdu.length());
-  pdu.setViewerId(oldViewer);
-  pdu.setSenderId(oldSender);
+  if (sender_) sender_->send(constPdu.packet(), constPdu.length());
+  oldViewer.restore(pdu);
+  oldSender.restore(pdu);
 }
 
 void DtVistrelRemoteController::processVistrelControlCb(DtVistrelControlInteraction* inter,
@@ -163,15 +191,31 @@ void DtVistrelRemoteController::processVistrelControl(DtVistrelControlInteractio
   // An interaction whose bytes were not a control PDU holds none: nothing to report.
   const DtVistrelControlPdu* pdu = inter ? inter->vcPdu() : nullptr;
   if (!pdu) return;
-  if (ignoreOwnCommands_ && pdu->senderId() == controllerId_) return;
-  DtString viewer = pdu->viewerId();
+  if (ignoreOwnCommands_ && designatorIs(*pdu, DtVistrelControlPdu::kSenderIdOffset, controllerId_)) return;
   // A callback may add or remove records: call the ones registered when the PDU came.
-  std::vector<CbStruct> matching;
+  struct Call {
+    DtViewModeChangeCallback callback;
+    void* usr;
+  };
+  constexpr int kInline = 8;
+  Call few[kInline];
+  std::vector<Call> more;
+  int matching = 0;
   for (int i = 0; i < callbacks_->count(); ++i) {
     auto* record = static_cast<const CbStruct*>(callbacks_->nth(i));
-    if (record->viewerId == SEND_TO_ALL || record->viewerId == viewer) matching.push_back(*record);
+    if (record->viewerId != SEND_TO_ALL &&
+        !designatorIs(*pdu, DtVistrelControlPdu::kViewerIdOffset, record->viewerId))
+      continue;
+    if (matching < kInline)
+      few[matching] = Call{record->callback, record->usr};
+    else
+      more.push_back(Call{record->callback, record->usr});
+    ++matching;
   }
-  for (const CbStruct& record : matching) record.callback(*pdu, record.usr);
+  for (int i = 0; i < matching; ++i) {
+    const Call& call = i < kInline ? few[i] : more[static_cast<size_t>(i - kInline)];
+    call.callback(*pdu, call.usr);
+  }
 }
 
 // ------------------------------------------------------------------ group membership

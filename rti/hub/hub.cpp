@@ -333,14 +333,18 @@ void Hub::forget(Session* s) {
   asio::post(io_, [this, s] { sessions_.erase(s); });
 }
 
+void Hub::adopt(asio::ip::tcp::socket socket) {
+  auto s = std::make_shared<Session>(*this, std::move(socket));
+  sessions_.emplace(s.get(), s);
+  info("client " + s->peer() + " connected");
+  s->start();
+}
+
 void Hub::accept() {
   acceptor_.async_accept([this](const asio::error_code& ec, asio::ip::tcp::socket socket) {
     if (stopped_) return;
     if (!ec) {
-      auto s = std::make_shared<Session>(*this, std::move(socket));
-      sessions_.emplace(s.get(), s);
-      info("client " + s->peer() + " connected");
-      s->start();
+      adopt(std::move(socket));
     } else {
       log("accept: " + ec.message());
     }

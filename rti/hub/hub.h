@@ -43,6 +43,9 @@ public:
   asio::ip::tcp::endpoint localEndpoint() const { return acceptor_.local_endpoint(); }
   // Closes every connection and the listener; run() returns once they are gone.
   void stop();
+  // Serves a client on a socket that is already connected. The listener hands every
+  // accepted connection here; a test can hand in one end of a socket pair.
+  void adopt(asio::ip::tcp::socket socket);
 
   // Used by sessions.
   const Options& options() const { return options_; }

@@ -105,8 +105,18 @@ class DT_EXPORT DtExerciseConn {
     Invoker invoke;
     void* usr;
   };
-  struct Published {
-    bool published = false;
+  // What deliver() does with the interactions of one class, worked out on the first
+  // one: the creator and the callbacks whose class names the object model maps to the
+  // class. Any change to the creators or callbacks makes every route stale.
+  struct Target {
+    void (*fn)();
+    Invoker invoke;
+    void* usr;
+  };
+  struct Route {
+    rti1516::InteractionClassHandle handle;
+    Creator creator = nullptr;
+    std::vector<Target> targets;
   };
 
   template <typename Inter>
@@ -119,6 +129,8 @@ class DT_EXPORT DtExerciseConn {
   void addTypedCallback(const char* className, void (*fn)(), Invoker invoke, void* usr);
   void removeTypedCallback(const char* className, void (*fn)(), void* usr);
   void deliver(rti1516::InteractionClassHandle handle, const rti1516::ParameterHandleValueMap& values);
+  /// False when the object model has no description for the class.
+  bool buildRoute(rti1516::InteractionClassHandle handle, Route& route);
   void fail(const std::string& why);
 
   std::string execName_;
@@ -139,4 +151,9 @@ class DT_EXPORT DtExerciseConn {
   std::map<rti1516::InteractionClassHandle, int> subscribed_;  // callbacks per class
   rti1516::ParameterHandleValueMap sendValues_;
   int delivered_ = 0;
+  std::vector<Route> routes_;
+  bool routesStale_ = false;
+  // Deliveries under way: a nested one (an RTI that lets a callback evoke more) works
+  // without the routes, which the outer one may be walking.
+  int delivering_ = 0;
 };

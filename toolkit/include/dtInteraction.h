@@ -61,8 +61,11 @@ class DT_EXPORT DtFomMapper {
   virtual std::string fomName(const char* name) const;
 
  private:
+  using ByName = std::map<std::string, std::unique_ptr<DtInterClassDesc>>;
   rti1516::RTIambassador* rti_ = nullptr;
-  std::map<std::string, std::unique_ptr<DtInterClassDesc>> byName_;  // null: not in FOM
+  ByName byName_;  // null: not in FOM
+  // The entry found last: every send and every delivery asks for the same few names.
+  const ByName::value_type* lastFound_ = nullptr;
 };
 
 /// DtInteraction is one interaction of the federation as the application sees it. A

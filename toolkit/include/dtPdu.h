@@ -58,8 +58,12 @@ class DT_EXPORT DtBaseMsg {
   DtBaseMsg& operator=(const DtBaseMsg& other);
   virtual ~DtBaseMsg();
 
-  /// The message bytes (null before the message is initialised).
-  virtual char* packet() { return reinterpret_cast<char*>(bytes_); }
+  /// The message bytes (null before the message is initialised). Whoever holds the
+  /// pointer may write anywhere in the allocation.
+  virtual char* packet() {
+    cleanFrom_ = capacity_;
+    return reinterpret_cast<char*>(bytes_);
+  }
   virtual const char* packet() const { return reinterpret_cast<const char*>(bytes_); }
   /// The message's own length in bytes (never the allocation's).
   virtual int length() const { return length_; }
@@ -84,11 +88,17 @@ class DT_EXPORT DtBaseMsg {
   void writeBytes(size_t offset, const void* in, size_t count) {
     size_t have = offset < capacity_ ? capacity_ - offset : 0;
     size_t n = count < have ? count : have;
-    if (n) std::memcpy(bytes_ + offset, in, n);
+    if (n) {
+      std::memcpy(bytes_ + offset, in, n);
+      written(offset + n);
+    }
   }
   unsigned int readU8(size_t offset) const { return offset < capacity_ ? bytes_[offset] : 0; }
   void writeU8(size_t offset, unsigned int v) {
-    if (offset < capacity_) bytes_[offset] = static_cast<unsigned char>(v);
+    if (offset < capacity_) {
+      bytes_[offset] = static_cast<unsigned char>(v);
+      written(offset + 1);
+    }
   }
   unsigned int readU16(size_t offset) const { return readNet<DtNetU16>(offset); }
   void writeU16(size_t offset, unsigned int v) { writeNet(offset, DtNetU16(v)); }
@@ -129,23 +139,45 @@ class DT_EXPORT DtBaseMsg {
   virtual void lengthChanged() {}
   /// Records a new length without touching the bytes.
   void setLengthValue(int length) { length_ = length; }
+  /// `count` writable bytes at `offset` for accessors that hand out pointers into the
+  /// message, or null when they do not lie inside the allocation.
+  unsigned char* writableBytes(size_t offset, size_t count) const;
 
  private:
+  // Fields that lie inside the allocation, which is nearly always, take the direct path.
   template <typename T>
   T readNet(size_t offset) const {
     T v;
-    readBytes(offset, &v, sizeof(T));
+    if (offset < capacity_ && capacity_ - offset >= sizeof(T))
+      std::memcpy(static_cast<void*>(&v), bytes_ + offset, sizeof(T));
+    else
+      readBytes(offset, &v, sizeof(T));
     return v;
   }
   template <typename T>
   void writeNet(size_t offset, const T& v) {
-    writeBytes(offset, &v, sizeof(T));
+    if (offset < capacity_ && capacity_ - offset >= sizeof(T)) {
+      std::memcpy(bytes_ + offset, static_cast<const void*>(&v), sizeof(T));
+      written(offset + sizeof(T));
+    } else {
+      writeBytes(offset, &v, sizeof(T));
+    }
   }
+  void written(size_t end) const {
+    if (end > cleanFrom_) cleanFrom_ = end;
+  }
+  /// Gives the message an owned allocation of `capacity` bytes (at least the floor)
+  /// holding the first `keep` bytes of `from` and zero behind them.
+  void acquire(size_t capacity, const void* from, size_t keep);
   void reserve(size_t needed);
   void release();
 
   unsigned char* bytes_ = nullptr;
   size_t capacity_ = 0;
+  // Every byte of the allocation from here on is zero. Allocations of the floor size
+  // are reused from one message to the next, and only this much of one needs clearing
+  // before the next message may have it. Borrowed memory counts as written throughout.
+  mutable size_t cleanFrom_ = 0;
   int length_ = 0;
   bool owned_ = false;
 };
@@ -199,6 +231,9 @@ class DT_EXPORT DtPdu : public DtBaseMsg {
 
   /// Reads the length field of raw PDU bytes (12 readable bytes assumed).
   static int headerLength(const void* bytes);
+  /// The same for `size` received bytes, which may end inside the header: what is
+  /// missing of it reads as zero, as it does once the bytes are padded.
+  static int headerLength(const void* bytes, size_t size);
 
  protected:
   void lengthChanged() override;

@@ -3,6 +3,10 @@
 #include <cstdlib>
 #include <new>
 
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/asan_interface.h>
+#endif
+
 #include "dtOutput.h"
 
 // ---------------------------------------------------------------- DtBufferPlaceHolder
@@ -16,19 +20,90 @@ DtBufferPlaceHolder::DtBufferPlaceHolder(size_t capacity)
 
 DtBufferPlaceHolder::~DtBufferPlaceHolder() { std::free(data_); }
 
-// ---------------------------------------------------------------- DtBaseMsg
+// ---------------------------------------------------------------- spare blocks
 
 namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+#define DT_POISON(p, n) ASAN_POISON_MEMORY_REGION(p, n)
+#define DT_UNPOISON(p, n) ASAN_UNPOISON_MEMORY_REGION(p, n)
+#else
+#define DT_POISON(p, n) ((void)(p), (void)(n))
+#define DT_UNPOISON(p, n) ((void)(p), (void)(n))
+#endif
+
+constexpr size_t kFloor = DtBaseMsg::kAllocationFloor;
+
+// Every received interaction makes a PDU and drops it again, and so does every command
+// built for sending. An allocation of the floor size is a slow path of malloc and 1.5 KB
+// of zeroes, of which a 312-byte PDU uses a fifth. So each thread keeps a few blocks of
+// the floor size that messages gave back, each with how far it may hold non-zero bytes,
+// and the next message clears only that much. Trivially destructible, so that it is
+// still there for messages that go after the thread's destructors have run.
+struct SpareBlocks {
+  static constexpr int kMax = 32;
+  unsigned char* block[kMax];
+  size_t dirty[kMax];
+  int count;
+  bool registered;
+  bool closed;
+};
+thread_local SpareBlocks spares;
+
+// Returns the thread's blocks to the heap when the thread ends.
+struct SpareBlocksCloser {
+  ~SpareBlocksCloser() {
+    spares.closed = true;
+    while (spares.count > 0) {
+      --spares.count;
+      DT_UNPOISON(spares.block[spares.count], kFloor);
+      std::free(spares.block[spares.count]);
+    }
+  }
+};
+
+// A block of the floor size of which the bytes from `dirty` on are zero.
+unsigned char* takeBlock(size_t& dirty) {
+  SpareBlocks& s = spares;
+  if (s.count == 0) {
+    auto* fresh = static_cast<unsigned char*>(std::malloc(kFloor));
+    if (!fresh) throw std::bad_alloc();
+    dirty = kFloor;
+    return fresh;
+  }
+  --s.count;
+  dirty = s.dirty[s.count];
+  DT_UNPOISON(s.block[s.count], kFloor);
+  return s.block[s.count];
+}
+
+void giveBlock(unsigned char* block, size_t dirty) {
+  SpareBlocks& s = spares;
+  if (s.closed || s.count == SpareBlocks::kMax) {
+    std::free(block);
+    return;
+  }
+  if (!s.registered) {
+    static thread_local SpareBlocksCloser closer;
+    (void)closer;
+    s.registered = true;
+  }
+  DT_POISON(block, kFloor);
+  s.block[s.count] = block;
+  s.dirty[s.count] = dirty;
+  ++s.count;
+}
+
 int clampLength(long n) {
   return n < 0 ? 0 : (n > DtBaseMsg::kMaxLength ? DtBaseMsg::kMaxLength : static_cast<int>(n));
 }
+
 }  // namespace
 
+// ---------------------------------------------------------------- DtBaseMsg
+
 DtBaseMsg::DtBaseMsg(const DtBaseMsg& other) : length_(other.length_) {
-  if (other.bytes_) {
-    reserve(other.capacity_);
-    std::memcpy(bytes_, other.bytes_, other.capacity_);
-  }
+  if (other.bytes_) acquire(other.capacity_, other.bytes_, other.cleanFrom_);
 }
 
 DtBaseMsg& DtBaseMsg::operator=(const DtBaseMsg& other) {
@@ -40,10 +115,14 @@ DtBaseMsg& DtBaseMsg::operator=(const DtBaseMsg& other) {
   }
   if (!owned_ || capacity_ < other.capacity_) {
     release();
-    reserve(other.capacity_);
+    acquire(other.capacity_, other.bytes_, other.cleanFrom_);
+  } else {
+    // Whatever lies behind the other's written part, here as there, reads as zero.
+    size_t keep = other.cleanFrom_;
+    std::memcpy(bytes_, other.bytes_, keep);
+    if (cleanFrom_ > keep) std::memset(bytes_ + keep, 0, cleanFrom_ - keep);
+    cleanFrom_ = keep;
   }
-  std::memcpy(bytes_, other.bytes_, other.capacity_);
-  if (capacity_ > other.capacity_) std::memset(bytes_ + other.capacity_, 0, capacity_ - other.capacity_);
   length_ = other.length_;
   return *this;
 }
@@ -51,10 +130,35 @@ DtBaseMsg& DtBaseMsg::operator=(const DtBaseMsg& other) {
 DtBaseMsg::~DtBaseMsg() { release(); }
 
 void DtBaseMsg::release() {
-  if (owned_) std::free(bytes_);
+  if (owned_) {
+    if (capacity_ == kFloor)
+      giveBlock(bytes_, cleanFrom_);
+    else
+      std::free(bytes_);
+  }
   bytes_ = nullptr;
   capacity_ = 0;
+  cleanFrom_ = 0;
   owned_ = false;
+}
+
+void DtBaseMsg::acquire(size_t capacity, const void* from, size_t keep) {
+  if (capacity < kFloor) capacity = kFloor;
+  if (keep > capacity) keep = capacity;
+  size_t dirty = capacity;
+  unsigned char* block;
+  if (capacity == kFloor) {
+    block = takeBlock(dirty);
+  } else {
+    block = static_cast<unsigned char*>(std::malloc(capacity));
+    if (!block) throw std::bad_alloc();
+  }
+  if (keep) std::memcpy(block, from, keep);
+  if (dirty > keep) std::memset(block + keep, 0, dirty - keep);
+  bytes_ = block;
+  capacity_ = capacity;
+  cleanFrom_ = keep;
+  owned_ = true;
 }
 
 // Grows the allocation to at least `needed` bytes (and the floor); new memory is zeroed
@@ -68,15 +172,27 @@ void DtBaseMsg::reserve(size_t needed) {
   if (target < needed) target = needed;
   if (target > static_cast<size_t>(kMaxLength) && needed <= static_cast<size_t>(kMaxLength))
     target = static_cast<size_t>(kMaxLength);
-  unsigned char* fresh = static_cast<unsigned char*>(std::malloc(target));
-  if (!fresh) throw std::bad_alloc();
-  size_t keep = bytes_ ? capacity_ : 0;
-  if (keep) std::memcpy(fresh, bytes_, keep);
-  std::memset(fresh + keep, 0, target - keep);
-  if (owned_) std::free(bytes_);
-  bytes_ = fresh;
-  capacity_ = target;
-  owned_ = true;
+  if (!bytes_) {
+    acquire(target, nullptr, 0);
+    return;
+  }
+  unsigned char* old = bytes_;
+  size_t oldCapacity = capacity_;
+  size_t oldClean = cleanFrom_;
+  bool oldOwned = owned_;
+  acquire(target, old, oldClean);
+  if (oldOwned) {
+    if (oldCapacity == kFloor)
+      giveBlock(old, oldClean);
+    else
+      std::free(old);
+  }
+}
+
+unsigned char* DtBaseMsg::writableBytes(size_t offset, size_t count) const {
+  if (offset > capacity_ || count > capacity_ - offset) return nullptr;
+  written(offset + count);
+  return bytes_ + offset;
 }
 
 void DtBaseMsg::allocate(int length, DtBufferPlaceHolder* holder) {
@@ -85,21 +201,31 @@ void DtBaseMsg::allocate(int length, DtBufferPlaceHolder* holder) {
   if (holder && holder->capacity() >= static_cast<size_t>(n)) {
     bytes_ = holder->data();
     capacity_ = holder->capacity();
+    cleanFrom_ = capacity_;  // shared with the place holder's other PDUs
     owned_ = false;
   } else {
-    reserve(static_cast<size_t>(n));
+    acquire(static_cast<size_t>(n), nullptr, 0);
   }
   length_ = n;
 }
 
 void DtBaseMsg::adopt(const void* bytes, size_t available, int length, DtBufferPlaceHolder* holder) {
   int n = clampLength(length);
-  size_t copy = available;
+  size_t copy = bytes ? available : 0;
   size_t room = static_cast<size_t>(n) > available ? static_cast<size_t>(n) : available;
-  allocate(static_cast<int>(room > static_cast<size_t>(kMaxLength) ? kMaxLength : room), holder);
-  if (copy > capacity_) copy = capacity_;
-  if (copy && bytes) std::memcpy(bytes_, bytes, copy);
-  std::memset(bytes_ + copy, 0, capacity_ - copy);
+  if (room > static_cast<size_t>(kMaxLength)) room = kMaxLength;
+  release();
+  if (holder && holder->capacity() >= room) {
+    bytes_ = holder->data();
+    capacity_ = holder->capacity();
+    owned_ = false;
+    if (copy > capacity_) copy = capacity_;
+    if (copy) std::memcpy(bytes_, bytes, copy);
+    std::memset(bytes_ + copy, 0, capacity_ - copy);
+    cleanFrom_ = capacity_;  // shared with the place holder's other PDUs
+  } else {
+    acquire(room, bytes, copy);
+  }
   length_ = n;
 }
 
@@ -120,10 +246,13 @@ void DtBaseMsg::insertBytes(int offset, int count) {
   int inserted = grown - old;  // what the length limit lets us insert
   if (at < old && inserted > 0) std::memmove(bytes_ + at + inserted, bytes_ + at, static_cast<size_t>(old - at));
   if (inserted > 0) std::memset(bytes_ + at, 0, static_cast<size_t>(at + inserted <= grown ? inserted : grown - at));
+  written(static_cast<size_t>(grown));
   length_ = grown;
   lengthChanged();
 }
 
+// Only moves bytes within the length forward and zeroes its tail: nothing non-zero
+// lands where there was none before.
 void DtBaseMsg::deleteBytes(int offset, int count) {
   if (count <= 0 || offset < 0 || offset >= length_) return;
   int n = count > length_ - offset ? length_ - offset : count;
@@ -159,11 +288,18 @@ void DtBaseMsg::writeEulerAngles(size_t offset, const DtTaitBryan& a) {
   writeBytes(offset, &net, sizeof net);
 }
 DtString DtBaseMsg::readDesignator(size_t offset) const {
+  if (offset < capacity_ && capacity_ - offset >= DtNetGlobalObjectDesignator::kSize)
+    return DtNetGlobalObjectDesignator::decode(bytes_ + offset);
   unsigned char raw[DtNetGlobalObjectDesignator::kSize];
   readBytes(offset, raw, sizeof raw);
   return DtNetGlobalObjectDesignator::decode(raw);
 }
 void DtBaseMsg::writeDesignator(size_t offset, const DtString& id) {
+  if (offset < capacity_ && capacity_ - offset >= DtNetGlobalObjectDesignator::kSize) {
+    DtNetGlobalObjectDesignator::encode(id.c_str(), bytes_ + offset);
+    written(offset + DtNetGlobalObjectDesignator::kSize);
+    return;
+  }
   unsigned char raw[DtNetGlobalObjectDesignator::kSize];
   DtNetGlobalObjectDesignator::encode(id.c_str(), raw);
   writeBytes(offset, raw, sizeof raw);
@@ -178,6 +314,7 @@ void DtBaseMsg::writeChars(size_t offset, size_t width, const char* text) {
   if (offset >= capacity_ || width == 0) return;
   size_t n = width < capacity_ - offset ? width : capacity_ - offset;
   std::strncpy(reinterpret_cast<char*>(bytes_ + offset), text ? text : "", n);
+  written(offset + n);
 }
 
 // ---------------------------------------------------------------- DtPdu
@@ -196,9 +333,7 @@ void DtPdu::initPdu(const void* bytes, DtBufferPlaceHolder* holder, DtPduFactory
 
 void DtPdu::initPdu(const void* bytes, size_t available, DtBufferPlaceHolder* holder,
                     DtPduFactory*) {
-  unsigned char header[kHeaderSize] = {0};
-  if (bytes) std::memcpy(header, bytes, available < sizeof header ? available : sizeof header);
-  adopt(bytes, bytes ? available : 0, headerLength(header), holder);
+  adopt(bytes, bytes ? available : 0, headerLength(bytes, bytes ? available : 0), holder);
 }
 
 void DtPdu::initHeader() {
@@ -215,6 +350,14 @@ void DtPdu::lengthChanged() { writeU16(8, static_cast<unsigned int>(length())); 
 int DtPdu::headerLength(const void* bytes) {
   const unsigned char* b = static_cast<const unsigned char*>(bytes);
   return (b[8] << 8) | b[9];
+}
+
+int DtPdu::headerLength(const void* bytes, size_t size) {
+  const unsigned char* b = static_cast<const unsigned char*>(bytes);
+  if (!b) return 0;
+  unsigned int high = size > 8 ? b[8] : 0;
+  unsigned int low = size > 9 ? b[9] : 0;
+  return static_cast<int>((high << 8) | low);
 }
 
 void DtPdu::print() const {

@@ -121,6 +121,7 @@ DtInteractionEncoder* DtExerciseConn::encoder(rti1516::InteractionClassHandle ha
 
 void DtExerciseConn::addInteractionCreator(const char* className, Creator creator) {
   creators_[text(className)] = creator;
+  routesStale_ = true;
 }
 
 DtExerciseConn::Creator DtExerciseConn::interactionCreator(const char* className) const {
@@ -178,6 +179,7 @@ void DtExerciseConn::removeInteractionCallback(const char* className, Callback c
 
 void DtExerciseConn::addTypedCallback(const char* className, void (*fn)(), Invoker invoke, void* usr) {
   callbacks_.push_back(CallbackEntry{text(className), fn, invoke, usr});
+  routesStale_ = true;
   DtInterClassDesc* desc = mapper_ ? mapper_->interClassDesc(className) : nullptr;
   if (!desc || !connected()) return;
   int& count = subscribed_[desc->handle()];
@@ -197,6 +199,7 @@ void DtExerciseConn::removeTypedCallback(const char* className, void (*fn)(), vo
   });
   if (it == callbacks_.end()) return;
   callbacks_.erase(it);
+  routesStale_ = true;
   DtInterClassDesc* desc = mapper_ ? mapper_->interClassDesc(className) : nullptr;
   if (!desc) return;
   auto sub = subscribed_.find(desc->handle());
@@ -225,27 +228,63 @@ int DtExerciseConn::drainInput(double waitSeconds) {
   return delivered_;
 }
 
-void DtExerciseConn::deliver(rti1516::InteractionClassHandle handle,
-                             const rti1516::ParameterHandleValueMap& values) {
+bool DtExerciseConn::buildRoute(rti1516::InteractionClassHandle handle, Route& route) {
   DtInterClassDesc* desc = mapper_->interClassDesc(handle);
   if (!desc) {
     try {
       desc = mapper_->interClassDesc(dtwide::narrow(rti_->getInteractionClassName(handle)).c_str());
     } catch (const rti1516::Exception&) {
-      return;
+      return false;
     }
-    if (!desc) return;
+    if (!desc) return false;
   }
+  route.handle = handle;
   // The interaction is made by the creator registered under the name the callbacks use.
-  Creator creator = nullptr;
+  route.creator = nullptr;
   for (const auto& c : creators_) {
     DtInterClassDesc* d = mapper_->interClassDesc(c.first.c_str());
     if (d && d->handle() == handle) {
-      creator = c.second;
+      route.creator = c.second;
       break;
     }
   }
-  std::unique_ptr<DtInteraction> inter(creator ? creator() : new DtInteraction);
+  route.targets.clear();
+  for (const CallbackEntry& e : callbacks_) {
+    DtInterClassDesc* d = mapper_->interClassDesc(e.className.c_str());
+    if (d && d->handle() == handle) route.targets.push_back(Target{e.fn, e.invoke, e.usr});
+  }
+  return true;
+}
+
+void DtExerciseConn::deliver(rti1516::InteractionClassHandle handle,
+                             const rti1516::ParameterHandleValueMap& values) {
+  struct Depth {
+    int& n;
+    explicit Depth(int& count) : n(count) { ++n; }
+    ~Depth() { --n; }
+  } depth(delivering_);
+  // A callback may add or remove callbacks (itself included) while we walk: what it
+  // changes only marks the routes stale, so the walk goes on over the callbacks that
+  // were registered when the interaction came.
+  const Route* route = nullptr;
+  Route own;
+  if (delivering_ == 1) {
+    if (routesStale_) {
+      routes_.clear();
+      routesStale_ = false;
+    }
+    for (const Route& r : routes_)
+      if (r.handle == handle) route = &r;
+    if (!route) {
+      if (!buildRoute(handle, own)) return;
+      routes_.push_back(std::move(own));
+      route = &routes_.back();
+    }
+  } else {
+    if (!buildRoute(handle, own)) return;
+    route = &own;
+  }
+  std::unique_ptr<DtInteraction> inter(route->creator ? route->creator() : new DtInteraction);
   if (!inter) return;
   DtInteractionDecoder* dec = decoder(handle);
   if (!dec) {
@@ -254,17 +293,6 @@ void DtExerciseConn::deliver(rti1516::InteractionClassHandle handle,
     if (dec) addDecoder(handle, dec);
   }
   if (dec) dec->decode(inter.get(), values);
-  bool any = false;
-  // A callback may remove itself (or others) while we walk: walk a snapshot.
-  std::vector<CallbackEntry> matching;
-  for (const CallbackEntry& e : callbacks_) {
-    DtInterClassDesc* d = mapper_->interClassDesc(e.className.c_str());
-    if (d && d->handle() == handle) matching.push_back(e);
-  }
-  for (const CallbackEntry& e : matching) {
-    e.invoke(e.fn, inter.get(), e.usr);
-    any = true;
-  }
-  if (any) ++delivered_;
+  for (const Target& t : route->targets) t.invoke(t.fn, inter.get(), t.usr);
+  if (!route->targets.empty()) ++delivered_;
 }
-

@@ -40,6 +40,7 @@ DtFomMapper::~DtFomMapper() = default;
 
 void DtFomMapper::attach(rti1516::RTIambassador* rti) {
   rti_ = rti;
+  lastFound_ = nullptr;
   byName_.clear();
 }
 
@@ -47,9 +48,13 @@ std::string DtFomMapper::fomName(const char* name) const { return name ? name : 
 
 DtInterClassDesc* DtFomMapper::interClassDesc(const char* name) {
   if (!rti_ || !name) return nullptr;
+  if (lastFound_ && lastFound_->first == name) return lastFound_->second.get();
   std::string key = name;
   auto it = byName_.find(key);
-  if (it != byName_.end()) return it->second.get();
+  if (it != byName_.end()) {
+    lastFound_ = &*it;
+    return it->second.get();
+  }
   std::unique_ptr<DtInterClassDesc> desc;
   try {
     rti1516::InteractionClassHandle handle = rti_->getInteractionClassHandle(dtwide::widen(fomName(name)));
@@ -115,9 +120,9 @@ char* DtInteractionDecoder::decodingBuffer(size_t size) {
 
 char* DtInteractionDecoder::pduBuffer(const rti1516::VariableLengthData& value) {
   size_t size = value.size();
-  size_t claimed = 0;
-  if (size >= static_cast<size_t>(DtPdu::kHeaderSize))
-    claimed = static_cast<size_t>(DtPdu::headerLength(value.data()));
+  // A value that ends inside the header may still hold the length field: the copy must
+  // be as long as the padded header claims.
+  size_t claimed = static_cast<size_t>(DtPdu::headerLength(value.data(), size));
   size_t room = size;
   if (room < claimed) room = claimed;
   if (room < static_cast<size_t>(DtPdu::kHeaderSize)) room = DtPdu::kHeaderSize;
