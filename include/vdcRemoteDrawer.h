@@ -71,6 +71,9 @@ class DT_EXPORT DtVistrelRemoteDrawer {
   /// Brings the object's PDU up to date and sends it; an attribute group then sends the
   /// update PDU of each changed value and marks it clean.
   virtual void update(DtVdcObject* object);
+  /// Spares callers the choice between the two overloads above for a plain int (0 is
+  /// also a null pointer).
+  void update(int id) { update(static_cast<unsigned int>(id)); }
 
   /// The connection, or null for a drawer on a custom sender.
   DtExerciseConn* exerciseConn() const { return conn_; }

@@ -80,6 +80,7 @@ TEST_F(DrawerTest, UpdateOfAnUnknownIdThrowsAndLeavesAnEmptyEntry) {
                                         "DtVistrelRemoteDrawer::update(unsigned int)",
                                         "vdcRemoteDrawer"));
   EXPECT_EQ(drawer.lookup(5), nullptr);
+  EXPECT_THROW(drawer.update(0), DtException);  // a plain 0 is an id, not a null object
   EXPECT_TRUE(recorder.sent.empty());
   EXPECT_EQ(drawer.remove(5), nullptr);  // an empty entry goes without a command
   EXPECT_TRUE(recorder.sent.empty());

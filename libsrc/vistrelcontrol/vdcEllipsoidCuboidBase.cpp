@@ -39,7 +39,7 @@ void DtVdcEllipsoidCuboidBase::setPduAttach() {
   vdcobj::attach(pdu_, attachment_);
 }
 
-// The viewer reads half-extents: every dimension goes doubled.
+// The wire carries these solids' dimensions doubled (the cylinder's as they are).
 void DtVdcEllipsoidCuboidBase::setPduScale() {
   pdu_.setScale(dimensions_ * 2.0);
 }

@@ -40,7 +40,7 @@ void setColor(DtVdcAttachablePdu& pdu, const DtVdcColor& color);
 double rad2Deg(double radians);
 /// A 2D shape's rotation: degrees in the third angle, the other two zero.
 DtTaitBryan screenRotation(double radians);
-/// A 2D extent doubled and widened to (2x, 2y, 0): the viewer reads half-sizes.
+/// A 2D extent doubled and widened to (2x, 2y, 0), as the wire carries screen sizes.
 DtVector64 doubled(const DtVdcVector2D& extent);
 
 /// One attach point: its anchor written with the one-point attachTo, and for a drawing
