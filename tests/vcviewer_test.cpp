@@ -453,3 +453,29 @@ TEST_F(SceneTest, SvgShowsVisibleDrawingsWithEscapedLabelsAndOmitsHiddenOnes) {
 }
 
 }  // namespace
+
+namespace {
+
+// Ids come from the network: a sender that keeps inventing new ones meets a full scene,
+// not an ever-growing viewer; removing makes room again.
+TEST(VcviewerScene, NewIdsBeyondTheLimitAreRefused) {
+  vcviewer::Scene scene;
+  DtVdcLayerPdu layer;
+  for (unsigned int id = 1; id <= vcviewer::Scene::kMaxEntries; ++id) {
+    layer.setObjectId(id);
+    scene.apply(layer);
+  }
+  layer.setObjectId(vcviewer::Scene::kMaxEntries + 1);
+  EXPECT_NE(scene.apply(layer).find("refused"), std::string::npos);
+  EXPECT_EQ(scene.drawings().size(), vcviewer::Scene::kMaxEntries);
+  layer.setObjectId(5);  // an update of a held id still goes through
+  EXPECT_NE(scene.apply(layer).find("draw update 5"), std::string::npos);
+  DtVdcCommandPdu remove;
+  remove.setType(DtVdcCommandRemove);
+  remove.setObjectId(7);
+  scene.apply(remove);
+  layer.setObjectId(vcviewer::Scene::kMaxEntries + 1);
+  EXPECT_NE(scene.apply(layer).find("draw add"), std::string::npos);
+}
+
+}  // namespace

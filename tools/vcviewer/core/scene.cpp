@@ -184,6 +184,8 @@ std::string Scene::apply(const DtVistrelDrawControlPdu& pdu) {
 std::string Scene::store(Drawing d) {
   auto it = drawings_.find(d.id);
   std::string verb = "add";
+  if (it == drawings_.end() && drawings_.size() >= kMaxEntries)
+    return "draw refused " + std::to_string(d.id) + ": the scene is full";
   if (it != drawings_.end()) {
     // What commands did to the object outlives a new description of it.
     d.hidden = it->second.hidden;
@@ -210,8 +212,11 @@ std::string Scene::storeAttribute(Drawing d) {
                      idPair(d.attributeGroup, d.id) + " " + typeName(d.type) + " name=" + quoted(d.text);
   if (d.type == DtVdcAttributeGraphicSingleValue && d.hasRange)
     line += " range=" + number(d.rangeMin) + ".." + number(d.rangeMax);
+  if (it == list.end() && attributeCount_ >= kMaxEntries)
+    return "draw refused " + idPair(d.attributeGroup, d.id) + ": the scene is full";
   if (it == list.end()) {
     list.push_back(std::move(d));
+    ++attributeCount_;
   } else {
     *it = std::move(d);
   }
@@ -229,8 +234,18 @@ std::string Scene::applyCommand(const DtVdcCommandPduBase& pdu) {
       if (known) {
         if (it->second.type == DtVdcLayer)
           for (auto& entry : drawings_) entry.second.layers.erase(id);
-        values_.erase(id);
-        if (it->second.type == DtVdcAttributeGroupTemplate) attributes_.erase(id);
+        auto values = values_.find(id);
+        if (values != values_.end()) {
+          valueCount_ -= values->second.size();
+          values_.erase(values);
+        }
+        if (it->second.type == DtVdcAttributeGroupTemplate) {
+          auto attributes = attributes_.find(id);
+          if (attributes != attributes_.end()) {
+            attributeCount_ -= attributes->second.size();
+            attributes_.erase(attributes);
+          }
+        }
         drawings_.erase(id);
       }
       return "draw remove " + std::to_string(id) + unknown;
@@ -272,27 +287,45 @@ std::string Scene::applyCommand(const DtVdcCommandPduBase& pdu) {
   }
 }
 
+AttributeValue* Scene::valueSlot(unsigned int group, unsigned int attribute) {
+  auto g = values_.find(group);
+  if (g != values_.end()) {
+    auto a = g->second.find(attribute);
+    if (a != g->second.end()) return &a->second;
+  }
+  if (valueCount_ >= kMaxEntries) return nullptr;
+  ++valueCount_;
+  return &values_[group][attribute];
+}
+
 std::string Scene::applyValue(const DtVdcAttributeUpdatePduBase& pdu) {
   unsigned int group = pdu.groupId(), attribute = pdu.objectId();
   int type = static_cast<int>(pdu.type().value());
   std::string line = "draw value " + idPair(group, attribute);
   switch (type) {
     case DtVdcAttributeValueSet: {
-      AttributeValue& v = values_[group][attribute];
+      AttributeValue* slot = valueSlot(group, attribute);
+      if (!slot) return line + " refused: the scene is full";
+      AttributeValue& v = *slot;
       v.set = true;
       v.x = pdu.valueX();
       v.y = pdu.valueY();
       return line + " x=" + number(v.x) + " y=" + number(v.y);
     }
     case DtVdcAttributeValueSetText: {
-      AttributeValue& v = values_[group][attribute];
+      AttributeValue* slot = valueSlot(group, attribute);
+      if (!slot) return line + " refused: the scene is full";
+      AttributeValue& v = *slot;
       v.set = true;
       v.text = pdu.text().stdString();
       return line + " text=" + quoted(v.text);
     }
-    case DtVdcAttributeValueReset:
-      values_[group][attribute] = AttributeValue();
+    case DtVdcAttributeValueReset: {
+      AttributeValue* slot = valueSlot(group, attribute);
+      if (!slot) return line + " refused: the scene is full";
+      *slot = AttributeValue();
       return line + " reset";
+    }
     default:
       return line + " type=" + std::to_string(type) + " ignored";
   }

@@ -73,6 +73,10 @@ struct AttributeValue {
 
 class Scene {
  public:
+  /// Most drawings, attributes and attribute values each that the scene holds: ids come
+  /// from the network, and a sender that invents new ones must not grow us without end.
+  static constexpr size_t kMaxEntries = 100000;
+
   /// Applies a draw-control PDU of either layout and returns the line saying what it did
   /// ("draw add 7 DtVdc3DLine layer=-", "draw hide 7").
   std::string apply(const DtVistrelDrawControlPdu& pdu);
@@ -95,10 +99,15 @@ class Scene {
   std::string store(Drawing drawing);
   std::string storeAttribute(Drawing attribute);
   std::string layerList(const Drawing& d) const;
+  /// The value slot of an attribute in a group, or null when it is new and the scene is
+  /// full.
+  AttributeValue* valueSlot(unsigned int group, unsigned int attribute);
 
   std::map<unsigned int, Drawing> drawings_;
   std::map<unsigned int, std::vector<Drawing>> attributes_;  // by group template id
   std::map<unsigned int, std::map<unsigned int, AttributeValue>> values_;  // by group id
+  size_t attributeCount_ = 0;
+  size_t valueCount_ = 0;
 };
 
 }  // namespace vcviewer
