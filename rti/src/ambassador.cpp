@@ -301,7 +301,10 @@ bool Ambassador::evoke(double minSeconds, double maxSeconds, bool single) {
   FlagGuard guard(inEvoke_);
   if (!(minSeconds > 0)) minSeconds = 0;
   if (!(maxSeconds > minSeconds)) maxSeconds = minSeconds;
-  const auto start = Clock::now();
+  // A poll that may not wait (the common evokeCallback(0) of a drain loop) never needs
+  // the clock: its deadlines have passed as it starts.
+  const bool timed = maxSeconds > 0;
+  const auto start = timed ? Clock::now() : Clock::time_point();
   const auto minEnd = start + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(minSeconds));
   const auto maxEnd = start + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(maxSeconds));
 
@@ -322,10 +325,11 @@ bool Ambassador::evoke(double minSeconds, double maxSeconds, bool single) {
         if (single || link_.get() != link) break;
       }
       // Reading the clock costs more than a delivery: look every so often.
-      if ((++rounds & 63) == 0 && Clock::now() >= maxEnd) break;
+      if ((++rounds & 63) == 0 && (!timed || Clock::now() >= maxEnd)) break;
       continue;
     }
     if (single && delivered) break;
+    if (!timed) break;
     const auto now = Clock::now();
     if (now >= minEnd) break;
     refill(std::chrono::duration<double>(minEnd - now).count());

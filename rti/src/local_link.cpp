@@ -6,6 +6,7 @@
 #include <RTI/Exception.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <map>
@@ -24,6 +25,9 @@ struct Member {
   std::condition_variable arrived;
   ByteBuffer inbox;
   bool waiting = false;
+  // Whether the inbox holds anything, readable without the lock: a federate that polls
+  // an empty inbox must not take the lock that every send to it takes.
+  std::atomic<bool> hasMail{false};
 };
 
 struct Federation {
@@ -74,18 +78,34 @@ public:
 
   void send(std::uint32_t cls, const rti1516::ParameterHandleValueMap& params,
             const rti1516::VariableLengthData& tag) override {
+    std::lock_guard<std::mutex> fedLock(fed_->mu);
+    const std::vector<Member*>& targets = fed_->interested[cls];
+    Member* only = nullptr;
+    std::size_t others = 0;
+    for (Member* m : targets)
+      if (m != self_.get()) {
+        only = m;
+        ++others;
+      }
+    if (others == 1) {
+      // The usual case: the frame is encoded straight into the one receiver's inbox.
+      std::lock_guard<std::mutex> lock(only->mu);
+      encodeInteraction(only->inbox, cls, params, tag);
+      deliverTo(*only);
+      return;
+    }
     scratch_.clear();
     encodeInteraction(scratch_, cls, params, tag);
-    std::lock_guard<std::mutex> fedLock(fed_->mu);
-    for (Member* m : fed_->interested[cls]) {
+    for (Member* m : targets) {
       if (m == self_.get()) continue;
       std::lock_guard<std::mutex> lock(m->mu);
       m->inbox.append(scratch_.data(), scratch_.size());
-      if (m->waiting) m->arrived.notify_one();
+      deliverTo(*m);
     }
   }
 
   bool fetch(ByteBuffer& into, double waitSeconds) override {
+    if (waitSeconds <= 0 && !self_->hasMail.load(std::memory_order_acquire)) return false;
     std::unique_lock<std::mutex> lock(self_->mu);
     if (self_->inbox.empty() && waitSeconds > 0) {
       const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(waitSeconds);
@@ -100,6 +120,7 @@ public:
       into.append(self_->inbox.data(), self_->inbox.size());
     }
     self_->inbox.clear();
+    self_->hasMail.store(false, std::memory_order_relaxed);
     return true;
   }
 
@@ -112,6 +133,12 @@ public:
   }
 
 private:
+  // With the receiver's inbox lock held, after appending.
+  static void deliverTo(Member& m) {
+    m.hasMail.store(true, std::memory_order_release);
+    if (m.waiting) m.arrived.notify_one();
+  }
+
   void setSubscribed(std::uint32_t cls, bool on) {
     std::lock_guard<std::mutex> lock(fed_->mu);
     if (self_->subscribed[cls] == on) return;

@@ -163,8 +163,12 @@ int main(int argc, char** argv) {
              "go through DtVistrelRemoteController on both ends (orbit commands, 312 bytes) instead of raw "
              "interactions")
       .shortName('l');
-  cli.option("spin", Type::Flag, "poll without sleeping while waiting (--no-spin: block in the RTI)")
-      .defaultValue("true");
+  cli.option("spin", Type::Real,
+             "microseconds to go on polling without sleeping after the last message before waiting in "
+             "the RTI (0: wait at once)")
+      .placeholder("US")
+      .range(0, 1e9)
+      .defaultValue("200");
   cli.option("timeout", Type::Real, "seconds of silence from the other end before giving up")
       .range(0.1, 1e6)
       .defaultValue("60");
@@ -193,15 +197,18 @@ int main(int argc, char** argv) {
   run.batch = static_cast<std::uint64_t>(args.integer("batch"));
   run.window = static_cast<std::uint64_t>(args.integer("window"));
   run.pings = static_cast<std::uint64_t>(args.integer("pings"));
-  run.spin = args.flag("spin");
+  run.spinSeconds = args.real("spin") * 1e-6;
   run.timeout = args.real("timeout");
   run.checkOrder = !settings.library;
 
   std::string role = args.text("role");
-  std::fprintf(stderr, "vcbench: %s %s%s, %d-byte interactions, %llu in batches of %llu, %llu pings\n",
-               role.c_str(), settings.library ? "library " : "raw ", settings.federation.c_str(),
-               settings.library ? 312 : settings.size, static_cast<unsigned long long>(run.count),
-               static_cast<unsigned long long>(run.batch), static_cast<unsigned long long>(run.pings));
+  if (role == "recv")  // the sender says how many and in what batches
+    std::fprintf(stderr, "vcbench: recv %s%s\n", settings.library ? "library " : "raw ", settings.federation.c_str());
+  else
+    std::fprintf(stderr, "vcbench: %s %s%s, %d-byte interactions, %llu in batches of %llu, %llu pings\n",
+                 role.c_str(), settings.library ? "library " : "raw ", settings.federation.c_str(),
+                 settings.library ? 312 : settings.size, static_cast<unsigned long long>(run.count),
+                 static_cast<unsigned long long>(run.batch), static_cast<unsigned long long>(run.pings));
   try {
     if (role == "send") return runSender(settings, run);
     if (role == "recv") return runReceiver(settings, run);

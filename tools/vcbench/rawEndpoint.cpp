@@ -74,9 +74,11 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
     }
   }
 
+  // Waiting takes the single-callback form, which returns with the first callback, and
+  // what else has come is taken at once after it.
   void poll(double waitSeconds) override {
-    if (waitSeconds < 0) waitSeconds = 0;
-    rti_->evokeMultipleCallbacks(waitSeconds, waitSeconds + 0.001);
+    if (waitSeconds > 0 && !rti_->evokeCallback(waitSeconds)) return;
+    rti_->evokeMultipleCallbacks(0.0, 0.001);
   }
 
   void receiveInteraction(rti1516::InteractionClassHandle, rti1516::ParameterHandleValueMap const& values,

@@ -8,15 +8,43 @@ namespace vcbench {
 namespace {
 // How often the sender repeats Hello while nobody answers.
 constexpr double kHelloInterval = 0.02;
+// The longest a blocking poll waits before the loop looks at the clock again.
+constexpr double kBlockSeconds = 0.001;
 
 double secondsBetween(std::uint64_t from, std::uint64_t to) {
   return static_cast<double>(to - from) * 1e-9;
 }
 }  // namespace
 
+template <typename Done>
+void Peer::waitFor(Done done, const char* what) {
+  const bool spins = run_.spinSeconds > 0;
+  bool spinning = spins;
+  std::uint64_t lastHeard = heard_;
+  std::uint64_t quietSince = 0;
+  unsigned polls = 0;
+  while (!done()) {
+    endpoint_->poll(spinning ? 0.0 : kBlockSeconds);
+    if (heard_ != lastHeard) {
+      lastHeard = heard_;
+      spinning = spins;
+      quietSince = 0;
+      continue;
+    }
+    // Reading the clock costs more than an empty poll: look every so often.
+    if (spinning && (++polls & 31) != 0) continue;
+    std::uint64_t now = nowNs();
+    if (quietSince == 0) quietSince = now;
+    double quiet = secondsBetween(quietSince, now);
+    if (spinning && quiet > run_.spinSeconds) spinning = false;
+    if (quiet > run_.timeout) throw std::runtime_error(std::string("nothing heard for too long while ") + what);
+  }
+}
+
 // ------------------------------------------------------------------ sender
 
 void Sender::onMessage(const Message& m) {
+  ++heard_;
   switch (m.kind) {
     case Kind::Ready: ready_ = true; break;
     case Kind::Ack:
@@ -32,25 +60,6 @@ void Sender::onMessage(const Message& m) {
   }
 }
 
-// Polls until `done()`; progress resets the clock, so only silence times out.
-template <typename Done>
-void Sender::waitUntil(Done done, const char* what) {
-  std::uint64_t lastAcked = acked_;
-  std::uint64_t since = nowNs();
-  unsigned spins = 0;
-  while (!done()) {
-    endpoint_->poll(run_.spin ? 0.0 : 0.0005);
-    if ((++spins & 255) != 0 && run_.spin) continue;
-    std::uint64_t now = nowNs();
-    if (acked_ != lastAcked) {
-      lastAcked = acked_;
-      since = now;
-    } else if (secondsBetween(since, now) > run_.timeout) {
-      throw std::runtime_error(std::string("no answer from the receiver while ") + what);
-    }
-  }
-}
-
 SenderResult Sender::run() {
   SenderResult result;
   // Hello until the receiver has joined and subscribed: only then is nothing lost.
@@ -58,7 +67,7 @@ SenderResult Sender::run() {
   while (!ready_) {
     endpoint_->send(Kind::Hello, run_.count, run_.batch);
     std::uint64_t until = nowNs() + static_cast<std::uint64_t>(kHelloInterval * 1e9);
-    while (!ready_ && nowNs() < until) endpoint_->poll(0.001);
+    while (!ready_ && nowNs() < until) endpoint_->poll(kBlockSeconds);
     if (secondsBetween(start, nowNs()) > run_.timeout)
       throw std::runtime_error("no receiver answered within the timeout");
   }
@@ -70,9 +79,9 @@ SenderResult Sender::run() {
       std::uint64_t end = seq + run_.batch < run_.count ? seq + run_.batch : run_.count;
       for (; seq < end; ++seq) endpoint_->sendData(seq);
       endpoint_->poll(0.0);
-      if (seq - acked_ > ahead) waitUntil([&] { return seq - acked_ <= ahead; }, "streaming");
+      if (seq - acked_ > ahead) waitFor([&] { return seq - acked_ <= ahead; }, "streaming");
     }
-    waitUntil([&] { return acked_ >= run_.count; }, "waiting for the last acknowledgement");
+    waitFor([&] { return acked_ >= run_.count; }, "waiting for the last acknowledgement");
     result.seconds = secondsBetween(t0, nowNs());
   }
 
@@ -83,7 +92,7 @@ SenderResult Sender::run() {
     answered_ = false;
     std::uint64_t sentAt = nowNs();
     endpoint_->send(Kind::Ping, i, sentAt);
-    waitUntil([&] { return answered_; }, "pinging");
+    waitFor([&] { return answered_; }, "pinging");
     std::uint64_t back = nowNs();
     result.oneWayUs.push_back(static_cast<double>(static_cast<std::int64_t>(receivedAt_ - sentAt)) * 1e-3);
     result.roundTripUs.push_back(static_cast<double>(back - sentAt) * 1e-3);
@@ -95,7 +104,7 @@ SenderResult Sender::run() {
 // ------------------------------------------------------------------ receiver
 
 void Receiver::onMessage(const Message& m) {
-  activity_ = true;
+  ++heard_;
   switch (m.kind) {
     case Kind::Hello:
       // Repeated until our Ready arrives; only the first one of a run counts.
@@ -124,19 +133,7 @@ void Receiver::onMessage(const Message& m) {
 }
 
 ReceiverResult Receiver::run() {
-  std::uint64_t quietSince = nowNs();
-  unsigned spins = 0;
-  while (!done_) {
-    endpoint_->poll(run_.spin ? 0.0 : 0.01);
-    if (run_.spin && (++spins & 255) != 0) continue;
-    std::uint64_t now = nowNs();
-    if (activity_) {
-      activity_ = false;
-      quietSince = now;
-    } else if (secondsBetween(quietSince, now) > run_.timeout) {
-      throw std::runtime_error("the sender went quiet");
-    }
-  }
+  waitFor([&] { return done_; }, "receiving");
   if (lastNs_ > firstNs_) result_.seconds = secondsBetween(firstNs_, lastNs_);
   return result_;
 }
