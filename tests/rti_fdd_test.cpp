@@ -70,6 +70,36 @@ TEST_F(Fdd, MissingOrUnreadableFileIsCouldNotOpenFddNamingIt) {
   EXPECT_THROW(rti->joinFederationExecution(L"t", url_, rec), FederationExecutionDoesNotExist);
 }
 
+std::string nestedModel(int depth) {
+  std::string xml = "<objectModel><interactions><interactionClass name=\"HLAinteractionRoot\">";
+  for (int i = 1; i <= depth; ++i) xml += "<interactionClass name=\"c" + std::to_string(i) + "\">";
+  for (int i = 1; i <= depth; ++i) xml += "</interactionClass>";
+  return xml + "</interactionClass></interactions></objectModel>";
+}
+
+TEST_F(Fdd, NestingIsBoundedBeforeTheStackIs) {
+  {
+    TempFile deepest("deepest", nestedModel(64));
+    auto rti = makeAmbassador();
+    rti->createFederationExecution(url_, deepest.wpath());
+    Recorder rec;
+    rti->joinFederationExecution(L"t", url_, rec);
+    EXPECT_NO_THROW(rti->getInteractionClassHandle(L"c64"));
+    rti->resignFederationExecution(NO_ACTION);
+    rti->destroyFederationExecution(url_);
+  }
+  // Each level is a few dozen bytes: a file of some megabytes nests far enough to
+  // overflow any stack that reads it level by level.
+  TempFile deep("deep", nestedModel(200000));
+  auto rti = makeAmbassador();
+  try {
+    rti->createFederationExecution(url_, deep.wpath());
+    FAIL() << "accepted";
+  } catch (const ErrorReadingFDD& e) {
+    EXPECT_NE(narrow(e.what()).find("nested more than 64 deep"), std::string::npos) << narrow(e.what());
+  }
+}
+
 struct Malformed {
   const char* what;
   const char* xml;

@@ -7,8 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
 #include <random>
+#include <string>
 #include <vector>
 
 using namespace vcrti;
@@ -245,6 +247,64 @@ TEST(FddBlob, TruncatedOrCorruptBlobsAreRefused) {
     std::string err;
     decodeFdd(b.data(), b.size(), out, err);  // must simply not crash or overread
   }
+}
+
+// A model whose classes form one chain `depth` deep, each declaring one member.
+FddModel chainModel(std::uint32_t depth) {
+  FddModel m;
+  m.interactions.classes.push_back({L"HLAinteractionRoot", kNoClass, {}, {}, {}});
+  for (std::uint32_t i = 1; i <= depth; ++i) {
+    m.interactions.classes.push_back({L"c" + std::to_wstring(i), i - 1, {i - 1}, {}, {}});
+    m.interactions.members.push_back({L"p" + std::to_wstring(i), i});
+  }
+  m.objects.classes.push_back({L"HLAobjectRoot", kNoClass, {}, {}, {}});
+  return m;
+}
+
+bool decodes(const FddModel& model, std::string& err) {
+  ByteBuffer blob;
+  encodeFdd(model, blob);
+  FddModel out;
+  return decodeFdd(blob.data(), blob.size(), out, err);
+}
+
+TEST(FddBlob, ModelsThatExpandFarBeyondTheirBytesAreRefusedQuickly) {
+  // Every class inherits every member and the full name above it, so a chain costs the
+  // square of its length: refused at the depth limit, whatever the blob's size.
+  std::string err;
+  EXPECT_TRUE(decodes(chainModel(kMaxClassDepth), err)) << err;
+  EXPECT_FALSE(decodes(chainModel(kMaxClassDepth + 1), err));
+  EXPECT_NE(err.find("nested"), std::string::npos) << err;
+  const auto t0 = std::chrono::steady_clock::now();
+  EXPECT_FALSE(decodes(chainModel(40000), err));  // about a megabyte, the frame cap
+  EXPECT_LT(std::chrono::steady_clock::now() - t0, std::chrono::seconds(5));
+
+  // Wide instead of deep: many members at the root, inherited by many classes.
+  FddModel wide;
+  wide.interactions.classes.push_back({L"HLAinteractionRoot", kNoClass, {}, {}, {}});
+  for (std::uint32_t m = 0; m < 20000; ++m) {
+    wide.interactions.classes[0].declared.push_back(m);
+    wide.interactions.members.push_back({L"m" + std::to_wstring(m), 0});
+  }
+  for (std::uint32_t c = 1; c <= 100; ++c) wide.interactions.classes.push_back({L"k" + std::to_wstring(c), 0, {}, {}, {}});
+  wide.objects.classes.push_back({L"HLAobjectRoot", kNoClass, {}, {}, {}});
+  EXPECT_FALSE(decodes(wide, err));
+  EXPECT_NE(err.find("too large"), std::string::npos) << err;
+
+  // Long names, repeated in the full name of every class below them.
+  FddModel named = chainModel(1);
+  named.interactions.classes[1].name = std::wstring(500000, L'n');
+  for (std::uint32_t c = 0; c < 10; ++c) named.interactions.classes.push_back({L"x" + std::to_wstring(c), 1, {}, {}, {}});
+  EXPECT_FALSE(decodes(named, err));
+  EXPECT_NE(err.find("too large"), std::string::npos) << err;
+}
+
+TEST(FddBlob, AMemberDeclaredAgainFarDownAChainIsFound) {
+  FddModel m = chainModel(kMaxClassDepth);
+  m.interactions.members.back().name = L"p1";  // the first class's member, again
+  std::string err;
+  EXPECT_FALSE(decodes(m, err));
+  EXPECT_NE(err.find("'p1' declared twice"), std::string::npos) << err;
 }
 
 }  // namespace

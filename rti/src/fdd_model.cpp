@@ -3,6 +3,9 @@
 #include "protocol.h"
 #include "text.h"
 
+#include <string_view>
+#include <unordered_set>
+
 namespace vcrti {
 
 namespace {
@@ -15,6 +18,9 @@ std::string indexTree(FddTree& tree, const wchar_t* rootName) {
     return "root class must be " + toUtf8(rootName);
   tree.byName.clear();
   std::unordered_map<std::wstring, std::uint32_t> shortNames;
+  std::vector<std::uint32_t> depth(tree.classes.size(), 0);
+  std::size_t inherited = 0, nameCharacters = 0;
+  std::unordered_set<std::wstring_view> memberNames;
   for (std::uint32_t i = 0; i < tree.classes.size(); ++i) {
     FddClass& c = tree.classes[i];
     if (c.name.empty()) return "class without a name";
@@ -25,15 +31,27 @@ std::string indexTree(FddTree& tree, const wchar_t* rootName) {
       c.qualified = c.name;
     } else {
       const FddClass& p = tree.classes[c.parent];
+      depth[i] = depth[c.parent] + 1;
+      if (depth[i] > kMaxClassDepth)
+        return "classes nested more than " + std::to_string(kMaxClassDepth) + " deep";
+      // Checked before anything is copied: the limits are there to keep the copies small.
+      if (p.qualified.size() + 1 + c.name.size() > kMaxNameCharacters - nameCharacters ||
+          p.all.size() + c.declared.size() > kMaxInheritedMembers - inherited)
+        return "object model too large once its classes inherit their members";
       c.qualified = p.qualified + L"." + c.name;
       c.all = p.all;
     }
+    if (c.declared.size() > kMaxInheritedMembers - inherited - c.all.size())
+      return "object model too large once its classes inherit their members";
+    nameCharacters += c.qualified.size();
+    inherited += c.all.size() + c.declared.size();
+    memberNames.clear();
+    for (std::uint32_t other : c.all) memberNames.insert(tree.members[other].name);
     for (std::uint32_t m : c.declared) {
       if (m >= tree.members.size() || tree.members[m].owner != i) return "member table inconsistent";
       if (tree.members[m].name.empty()) return "class '" + toUtf8(c.qualified) + "' has a member without a name";
-      for (std::uint32_t other : c.all)
-        if (tree.members[other].name == tree.members[m].name)
-          return "'" + toUtf8(tree.members[m].name) + "' declared twice in class '" + toUtf8(c.qualified) + "'";
+      if (!memberNames.insert(tree.members[m].name).second)
+        return "'" + toUtf8(tree.members[m].name) + "' declared twice in class '" + toUtf8(c.qualified) + "'";
       c.all.push_back(m);
     }
     if (!tree.byName.emplace(c.qualified, i).second)

@@ -7,6 +7,7 @@
 
 #include "byte_buffer.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <unordered_map>
@@ -15,6 +16,14 @@
 namespace vcrti {
 
 constexpr std::uint32_t kNoClass = 0xFFFFFFFFu;
+
+// Limits on what a model may expand to once indexed. Each class holds its inherited
+// members and its full name, so a deep or wide model costs far more than its bytes: a
+// one-megabyte model sent to the hub could otherwise demand gigabytes and hours. Real
+// object models stay orders of magnitude below these.
+constexpr std::uint32_t kMaxClassDepth = 64;           // classes below the root
+constexpr std::size_t kMaxInheritedMembers = 1u << 20;  // all classes' member lists together
+constexpr std::size_t kMaxNameCharacters = 1u << 22;    // all classes' qualified names together
 
 struct FddClass {
   std::wstring name;                 // as declared

@@ -52,7 +52,10 @@ std::wstring nameOf(const pugi::xml_node& n) {
 }
 
 void readClass(const pugi::xml_node& node, std::uint32_t parent, FddTree& tree, const char* classTag,
-               const char* memberTag) {
+               const char* memberTag, std::uint32_t depth = 0) {
+  // Each level is a call: the nesting a file may have is bounded before the stack is.
+  if (depth > kMaxClassDepth)
+    throw FddError{std::string("<") + classTag + "> nested more than " + std::to_string(kMaxClassDepth) + " deep"};
   const auto index = static_cast<std::uint32_t>(tree.classes.size());
   tree.classes.emplace_back();
   tree.classes[index].name = nameOf(node);
@@ -71,7 +74,7 @@ void readClass(const pugi::xml_node& node, std::uint32_t parent, FddTree& tree, 
     tree.members.push_back(std::move(m));
   }
   for (pugi::xml_node c : node.children())
-    if (is(c, classTag)) readClass(c, index, tree, classTag, memberTag);
+    if (is(c, classTag)) readClass(c, index, tree, classTag, memberTag, depth + 1);
 }
 
 void readTree(const pugi::xml_node& section, FddTree& tree, const char* classTag, const char* memberTag,
