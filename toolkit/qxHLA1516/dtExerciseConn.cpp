@@ -158,7 +158,7 @@ bool DtExerciseConn::sendInteraction(const DtInteraction& inter) {
   } catch (const rti1516::Exception& e) {
     sendValues_.clear();
     lost_ = true;
-    fail("sending " + std::string(desc->name()) + " failed: " + what(e));
+    fail("sending " + std::string(desc->name()) + " to federation \"" + execName_ + "\" failed: " + what(e));
     return false;
   }
 }
@@ -187,7 +187,7 @@ void DtExerciseConn::addTypedCallback(const char* className, void (*fn)(), Invok
     try {
       rti_->subscribeInteractionClass(desc->handle(), true);
     } catch (const rti1516::Exception& e) {
-      fail("subscribing to " + text(className) + " failed: " + what(e));
+      fail("subscribing to " + text(className) + " in federation \"" + execName_ + "\" failed: " + what(e));
     }
   }
 }

@@ -1,0 +1,509 @@
+// Faults across processes, against the real hub: a federate killed halfway through a
+// frame, frames over the size cap in both directions, federates joining and leaving
+// while traffic flows (every interaction must reach every subscriber that was connected
+// when it was sent), a subscriber whose process stops reading (the hub's memory stays
+// bounded and the others go on, as rti/README.md says), and the hub restarted under
+// running connections, which must report the loss through the toolkit.
+#include "outputCapture.h"
+#include "process.h"
+#include "rti_test_federate.h"
+#include "vistrelControl.h"
+
+#include <atomic>
+#include <csignal>
+#include <cstring>
+#include <deque>
+#include <fstream>
+#include <thread>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace rti1516;
+using namespace rtitest;
+using vctest::ChildProcess;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using Clock = std::chrono::steady_clock;
+
+namespace {
+
+// ------------------------------------------------------------------ raw frames
+
+// Frames as rti/src/protocol.h lays them out: a 32-bit little-endian body length, the
+// type byte, then little-endian integers and length-prefixed strings.
+class Frame {
+ public:
+  explicit Frame(std::uint8_t type) : b_{0, 0, 0, 0, type} {}
+  Frame& u32(std::uint32_t v) {
+    for (int i = 0; i < 4; ++i) b_.push_back(static_cast<unsigned char>(v >> (8 * i)));
+    return *this;
+  }
+  Frame& str(const std::string& s) {
+    u32(static_cast<std::uint32_t>(s.size()));
+    b_.insert(b_.end(), s.begin(), s.end());
+    return *this;
+  }
+  Bytes done() {
+    const auto body = static_cast<std::uint32_t>(b_.size() - 4);
+    for (int i = 0; i < 4; ++i) b_[i] = static_cast<unsigned char>(body >> (8 * i));
+    return b_;
+  }
+
+ private:
+  Bytes b_;
+};
+
+constexpr std::uint8_t kJoin = 3, kSubscribe = 5, kInteraction = 7;
+
+template <typename Handle>
+std::uint32_t handleValue(const Handle& h) {
+  const VariableLengthData d = h.encode();
+  const auto* p = static_cast<const unsigned char*>(d.data());
+  return std::uint32_t(p[4]) << 24 | std::uint32_t(p[5]) << 16 | std::uint32_t(p[6]) << 8 | p[7];
+}
+
+int connectTo(std::uint16_t port) {
+  int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in a{};
+  a.sin_family = AF_INET;
+  a.sin_port = htons(port);
+  a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  if (::connect(fd, reinterpret_cast<sockaddr*>(&a), sizeof a) != 0) {
+    ::close(fd);
+    return -1;
+  }
+  return fd;
+}
+
+bool sendAll(int fd, const Bytes& b) {
+  size_t done = 0;
+  while (done < b.size()) {
+    ssize_t n = ::send(fd, b.data() + done, b.size() - done, MSG_NOSIGNAL);
+    if (n <= 0) return false;
+    done += static_cast<size_t>(n);
+  }
+  return true;
+}
+
+// True when the peer closes the connection within the timeout (what it sent is read and
+// dropped on the way).
+bool closedByPeer(int fd, milliseconds timeout) {
+  const auto deadline = Clock::now() + timeout;
+  char buf[4096];
+  while (Clock::now() < deadline) {
+    pollfd p{fd, POLLIN, 0};
+    if (::poll(&p, 1, 50) > 0 && ::recv(fd, buf, sizeof buf, 0) <= 0) return true;
+  }
+  return false;
+}
+
+// Resident memory of a process, in KiB.
+long residentKiB(pid_t pid) {
+  std::ifstream status("/proc/" + std::to_string(pid) + "/status");
+  std::string key;
+  long value = -1;
+  while (status >> key) {
+    if (key == "VmRSS:") {
+      status >> value;
+      break;
+    }
+    status.ignore(1 << 16, '\n');
+  }
+  return value;
+}
+
+Bytes numbered(std::uint32_t seq, std::size_t size) {
+  Bytes b(size);
+  for (std::size_t k = 0; k < size; ++k)
+    b[k] = k < 4 ? static_cast<unsigned char>(seq >> (24 - 8 * k)) : static_cast<unsigned char>(seq * 31 + k);
+  return b;
+}
+
+std::uint32_t seqOf(const Bytes& b) {
+  return b.size() < 4 ? ~0u : std::uint32_t(b[0]) << 24 | std::uint32_t(b[1]) << 16 | std::uint32_t(b[2]) << 8 | b[3];
+}
+
+// ------------------------------------------------------------------ fixture
+
+class Faults : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!vctest::hubAvailable()) GTEST_SKIP() << "the hub is built with the embedded RTI only";
+    hub_ = vctest::startHub(port_, hubArgs());
+    name_ = testName();
+    url_ = wide(vctest::hubUrl(port_, name_));
+    makeAmbassador()->createFederationExecution(url_, wide(VC_FDD_FILE));
+  }
+  void TearDown() override {
+    feds_.clear();
+    if (hub_) {
+      hub_->kill(SIGTERM);
+      EXPECT_EQ(hub_->wait(seconds(10)), 0) << hub_->transcript();
+    }
+  }
+  virtual std::vector<std::string> hubArgs() const { return {}; }
+
+  struct Fed {
+    std::unique_ptr<RTIambassador> rti;
+    std::unique_ptr<Recorder> rec;
+    InteractionClassHandle cls;
+    ParameterHandle pdu;
+    void send(const Bytes& payload) {
+      ParameterHandleValueMap v;
+      v[pdu] = data(payload);
+      rti->sendInteraction(cls, v, VariableLengthData());
+    }
+    Bytes payload(std::size_t i) const { return rec->got.at(i).params.at(pdu); }
+  };
+
+  Fed& join(bool publish, bool subscribe) {
+    Fed f{makeAmbassador(), std::make_unique<Recorder>(), {}, {}};
+    f.rti->joinFederationExecution(L"fault", url_, *f.rec);
+    f.cls = f.rti->getInteractionClassHandle(L"ViewControl");
+    f.pdu = f.rti->getParameterHandle(f.cls, L"ViewControlPdu");
+    if (publish) f.rti->publishInteractionClass(f.cls);
+    if (subscribe) f.rti->subscribeInteractionClass(f.cls);
+    feds_.push_back(std::move(f));
+    return feds_.back();
+  }
+
+  std::unique_ptr<ChildProcess> peer(const std::vector<std::string>& modeArgs) {
+    std::vector<std::string> args{vctest::hubUrl(port_, name_), VC_FDD_FILE};
+    args.insert(args.end(), modeArgs.begin(), modeArgs.end());
+    auto p = std::make_unique<ChildProcess>(vctest::binaryPath("rti_peer"), args);
+    std::string line;
+    EXPECT_TRUE(p->waitForLine("ready", line, seconds(10))) << p->transcript();
+    return p;
+  }
+
+  // Two fresh federates still exchange interactions through the hub.
+  void expectFederationWorks(const char* when) {
+    Fed& a = join(true, false);
+    Fed& b = join(false, true);
+    for (std::uint32_t i = 0; i < 200; ++i) a.send(numbered(i, 312));
+    ASSERT_TRUE(pumpUntil(*b.rti, *b.rec, 200)) << when;
+    for (std::uint32_t i = 0; i < 200; ++i) ASSERT_EQ(b.payload(i), numbered(i, 312)) << when;
+  }
+
+  std::unique_ptr<ChildProcess> hub_;
+  std::uint16_t port_ = 0;
+  std::string name_;
+  std::wstring url_;
+  std::deque<Fed> feds_;
+};
+
+// ------------------------------------------------------------------ killed mid-frame
+
+TEST_F(Faults, FederateKilledHalfwayThroughAFrameIsResignedAndNothingOfItArrives) {
+  Fed& listener = join(false, true);
+  const std::uint32_t cls = handleValue(listener.cls), param = handleValue(listener.pdu);
+  Bytes joined = Frame(kJoin).u32(1).str(name_).str("doomed").done();
+  Bytes subscribe = Frame(kSubscribe).u32(2).u32(cls).done();
+  joined.insert(joined.end(), subscribe.begin(), subscribe.end());
+  // An interaction of 4000 bytes, of which the process gets to send the first 1500.
+  Bytes value = numbered(0xDEAD, 4000);
+  Frame whole(kInteraction);
+  whole.u32(cls).u32(0).u32(1).u32(param).u32(static_cast<std::uint32_t>(value.size()));
+  Bytes interaction = whole.done();
+  interaction.insert(interaction.end(), value.begin(), value.end());
+  const std::uint32_t body = static_cast<std::uint32_t>(interaction.size() - 4);
+  for (int i = 0; i < 4; ++i) interaction[static_cast<size_t>(i)] = static_cast<unsigned char>(body >> (8 * i));
+  const Bytes half(interaction.begin(), interaction.begin() + 1500);
+
+  int ready[2];
+  ASSERT_EQ(::pipe(ready), 0);
+  const pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    // Only async-signal-safe calls from here on: a real federate process, dying as
+    // abruptly as a process can.
+    const int fd = connectTo(port_);
+    if (fd < 0 || !sendAll(fd, joined)) ::_exit(3);
+    char reply[512];
+    if (::recv(fd, reply, sizeof reply, 0) <= 0) ::_exit(4);  // joined
+    if (!sendAll(fd, half)) ::_exit(5);
+    (void)!::write(ready[1], "x", 1);
+    for (;;) ::pause();
+  }
+  ::close(ready[1]);
+  pollfd p{ready[0], POLLIN, 0};
+  ASSERT_EQ(::poll(&p, 1, 10000), 1) << "the child did not get to send half a frame";
+  ::close(ready[0]);
+  std::this_thread::sleep_for(milliseconds(100));  // the hub has the half frame by now
+  ::kill(child, SIGKILL);
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFSIGNALED(status));
+
+  std::string line;
+  EXPECT_TRUE(hub_->waitForLine("resigned from '" + name_ + "'", line, seconds(5))) << hub_->transcript();
+  EXPECT_TRUE(hub_->running());
+  listener.rti->evokeMultipleCallbacks(0.2, 0.5);
+  EXPECT_TRUE(listener.rec->got.empty()) << "part of a frame was delivered";
+  expectFederationWorks("after the kill");
+  // The killed federate no longer counts as joined.
+  feds_.clear();
+  EXPECT_NO_THROW(makeAmbassador()->destroyFederationExecution(url_));
+}
+
+// ------------------------------------------------------------------ size cap
+
+TEST_F(Faults, FrameOverTheCapFromAJoinedFederateDropsItWithoutBufferingIt) {
+  Fed& a = join(true, false);
+  Fed& b = join(false, true);
+  const long before = residentKiB(hub_->pid());
+  const int fd = connectTo(port_);
+  ASSERT_GE(fd, 0);
+  ASSERT_TRUE(sendAll(fd, Frame(kJoin).u32(1).str(name_).str("big").done()));
+  // Announces 64 MiB and starts sending them: the hub must not wait for, nor keep, the body.
+  Bytes huge = {0x00, 0x00, 0x00, 0x04, kInteraction};
+  huge.resize(1 << 20, 0x5A);
+  (void)sendAll(fd, huge);
+  EXPECT_TRUE(closedByPeer(fd, seconds(5)));
+  ::close(fd);
+  std::string line;
+  EXPECT_TRUE(hub_->waitForLine("frame exceeds size cap", line, seconds(5))) << hub_->transcript();
+  EXPECT_LT(residentKiB(hub_->pid()) - before, 16 * 1024) << "KiB the hub took for a refused frame";
+  a.send(numbered(1, 312));
+  ASSERT_TRUE(pumpUntil(*b.rti, *b.rec, 1));
+  expectFederationWorks("after the oversized frame");
+}
+
+TEST_F(Faults, FrameOverTheCapFromTheHubSideIsALossNotAnAllocation) {
+  // Something answers on the hub's address with a frame announcing 4 GiB.
+  const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in a{};
+  a.sin_family = AF_INET;
+  a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  ASSERT_EQ(::bind(listener, reinterpret_cast<sockaddr*>(&a), sizeof a), 0);
+  ASSERT_EQ(::listen(listener, 4), 0);
+  socklen_t len = sizeof a;
+  ::getsockname(listener, reinterpret_cast<sockaddr*>(&a), &len);
+  const std::uint16_t fakePort = ntohs(a.sin_port);
+  std::thread fake([listener] {
+    pollfd p{listener, POLLIN, 0};
+    if (::poll(&p, 1, 10000) != 1) return;
+    const int fd = ::accept(listener, nullptr, nullptr);
+    char request[4096];
+    (void)!::recv(fd, request, sizeof request, 0);
+    const Bytes answer = {0xFF, 0xFF, 0xFF, 0xFF, 8, 1, 0, 0, 0};
+    sendAll(fd, answer);
+    closedByPeer(fd, seconds(10));
+    ::close(fd);
+  });
+  DtExerciseConnStatus status;
+  OutputCapture warn(DtWarn);
+  const std::string url = vctest::hubUrl(fakePort, "Fake");
+  const auto t0 = Clock::now();
+  DtExerciseConn conn(url.c_str(), "victim", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE, &status);
+  EXPECT_LT(Clock::now() - t0, seconds(5));
+  EXPECT_FALSE(status.ok);
+  EXPECT_FALSE(conn.connected());
+  EXPECT_NE(std::string(conn.errorText().c_str()).find("corrupt frame"), std::string::npos) << conn.errorText();
+  EXPECT_NE(warn.text().find(url), std::string::npos) << warn.text();
+  fake.join();
+  ::close(listener);
+}
+
+// ------------------------------------------------------------------ churn
+
+class Churn : public Faults {
+ protected:
+  std::vector<std::string> hubArgs() const override { return {"--quiet"}; }
+};
+
+TEST_F(Churn, FederatesComingAndGoingDoNotCostAConnectedSubscriberAnything) {
+  const std::uint32_t n = 20000;
+  auto counterA = peer({"count", std::to_string(n)});
+  auto counterB = peer({"count", std::to_string(n)});
+  Fed& sender = join(true, false);
+  Fed& steady = join(false, true);
+
+  // Federates that join, subscribe and leave while the traffic flows. Each must see a
+  // gapless run of the sequence from the moment its subscription returned.
+  struct Visitor {
+    std::unique_ptr<RTIambassador> rti;
+    std::unique_ptr<Recorder> rec;
+  };
+  std::deque<Visitor> visitors;
+  std::vector<std::unique_ptr<ChildProcess>> passing;
+  std::size_t visits = 0;
+  auto checkRun = [&](const Recorder& rec, const char* who) {
+    for (std::size_t i = 1; i < rec.got.size(); ++i) {
+      const Bytes& prev = rec.got[i - 1].params.begin()->second;
+      const Bytes& cur = rec.got[i].params.begin()->second;
+      ASSERT_EQ(seqOf(cur), seqOf(prev) + 1) << who << " lost or reordered an interaction";
+    }
+  };
+  for (std::uint32_t i = 0; i < n; ++i) {
+    sender.send(numbered(i, 312));
+    if (i % 400 == 0) {
+      Visitor v{makeAmbassador(), std::make_unique<Recorder>()};
+      v.rti->joinFederationExecution(L"visitor", url_, *v.rec);
+      v.rti->subscribeInteractionClass(v.rti->getInteractionClassHandle(L"ViewControl"));
+      visitors.push_back(std::move(v));
+      ++visits;
+    }
+    if (i % 400 == 200 && visitors.size() > 3) {
+      Visitor& old = visitors.front();
+      old.rti->evokeMultipleCallbacks(0.0, 0.2);
+      checkRun(*old.rec, "a visitor");
+      old.rti->resignFederationExecution(NO_ACTION);
+      visitors.pop_front();
+    }
+    if (i % 4000 == 1000) passing.push_back(peer({"count", "0"}));  // a process that joins and leaves
+    if (i % 100 == 0) {
+      steady.rti->evokeMultipleCallbacks(0.0, 0.01);
+      for (Visitor& v : visitors) v.rti->evokeMultipleCallbacks(0.0, 0.001);
+    }
+  }
+  sender.rti->evokeCallback(0.0);  // flushes what is batched
+  ASSERT_TRUE(pumpUntil(*steady.rti, *steady.rec, n, seconds(60))) << steady.rec->got.size() << " of " << n;
+  for (std::uint32_t i = 0; i < n; ++i) ASSERT_EQ(seqOf(steady.payload(i)), i);
+  for (Visitor& v : visitors) {
+    v.rti->evokeMultipleCallbacks(0.2, 1.0);
+    checkRun(*v.rec, "a visitor still there");
+    ASSERT_FALSE(v.rec->got.empty());
+    EXPECT_EQ(seqOf(v.rec->got.back().params.begin()->second), n - 1) << "a visitor still there missed the end";
+  }
+  std::string line;
+  for (auto* counter : {counterA.get(), counterB.get()}) {
+    ASSERT_TRUE(counter->waitForLine("received", line, seconds(60))) << counter->transcript();
+    EXPECT_EQ(line, "received " + std::to_string(n) + " ok");
+    EXPECT_EQ(counter->wait(seconds(10)), 0);
+  }
+  for (auto& p : passing) EXPECT_EQ(p->wait(seconds(10)), 0) << p->transcript();
+  EXPECT_GE(visits, n / 400);
+}
+
+// ------------------------------------------------------------------ stopped subscriber
+
+class StoppedSubscriber : public Faults {
+ protected:
+  static constexpr long kQueueLimit = 1 << 20;
+  std::vector<std::string> hubArgs() const override {
+    return {"--queue-limit", std::to_string(kQueueLimit), "--stall-timeout", "2"};
+  }
+};
+
+TEST_F(StoppedSubscriber, HubMemoryStaysBoundedAndTheOthersGoOn) {
+  auto stuck = peer({"count", "100000000"});
+  ::kill(stuck->pid(), SIGSTOP);  // still connected, reads nothing from now on
+  Fed& sender = join(true, false);
+  Fed& healthy = join(false, true);
+  const long baseline = residentKiB(hub_->pid());
+
+  // 64 MiB for the others, far beyond the queue limit of the stopped one. The healthy
+  // subscriber reads on its own thread: the sender may block while the hub holds it back.
+  const std::uint32_t n = 64 * 1024;
+  std::atomic<bool> done{false};
+  std::thread reader([&] {
+    const auto deadline = Clock::now() + seconds(90);
+    while (healthy.rec->got.size() < n && Clock::now() < deadline) healthy.rti->evokeMultipleCallbacks(0.001, 0.05);
+    done = true;
+  });
+  std::atomic<long> peak{0};
+  std::thread watcher([&] {
+    while (!done) {
+      peak = std::max(peak.load(), residentKiB(hub_->pid()));
+      std::this_thread::sleep_for(milliseconds(20));
+    }
+  });
+  const auto t0 = Clock::now();
+  for (std::uint32_t i = 0; i < n; ++i) sender.send(numbered(i, 1024));
+  sender.rti->evokeCallback(0.0);
+  reader.join();
+  watcher.join();
+  const auto took = Clock::now() - t0;
+
+  ASSERT_EQ(healthy.rec->got.size(), n);
+  for (std::uint32_t i = 0; i < n; i += 997) ASSERT_EQ(healthy.payload(i), numbered(i, 1024)) << i;
+  std::string line;
+  EXPECT_TRUE(hub_->waitForLine("not reading", line, seconds(5))) << hub_->transcript();
+  // The stopped client cost the others its stall timeout, not the whole transfer.
+  EXPECT_LT(took, seconds(60));
+  EXPECT_LT(peak - baseline, 24 * kQueueLimit / 1024) << "KiB the hub grew by for one stopped client";
+
+  // Woken up, the stopped federate finds itself disconnected.
+  ::kill(stuck->pid(), SIGCONT);
+  EXPECT_TRUE(stuck->waitForLine("exception", line, seconds(10))) << stuck->transcript();
+  EXPECT_EQ(stuck->wait(seconds(10)), 1);
+  expectFederationWorks("after the stopped client was dropped");
+}
+
+// ------------------------------------------------------------------ hub restart
+
+struct Inbox {
+  int pdus = 0;
+  static void take(DtVistrelControlInteraction* inter, void* usr) {
+    if (inter->vcPdu()) ++static_cast<Inbox*>(usr)->pdus;
+  }
+};
+
+TEST_F(Faults, HubRestartedUnderRunningConnectionsIsReportedAndANewConnectionWorks) {
+  const std::string url = vctest::hubUrl(port_, name_);
+  DtExerciseConn tx(url.c_str(), "tx", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  DtExerciseConn rx(url.c_str(), "rx", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  ASSERT_TRUE(tx.connected()) << tx.errorText();
+  ASSERT_TRUE(rx.connected()) << rx.errorText();
+  DtVistrelControlRegister(&tx);
+  DtVistrelControlRegister(&rx);
+  Inbox inbox;
+  DtVistrelControlInteraction::addCallback(&rx, &Inbox::take, &inbox);
+  DtVistrelRemoteController controller(&tx);
+  controller.requestCurrentViewMode("v");
+  for (int i = 0; i < 200 && inbox.pdus == 0; ++i) rx.drainInput(0.02);
+  ASSERT_EQ(inbox.pdus, 1);
+
+  hub_->kill(SIGKILL);
+  ASSERT_EQ(hub_->wait(seconds(5)), 128 + SIGKILL);
+  hub_.reset();
+
+  OutputCapture warn(DtWarn);
+  const auto t0 = Clock::now();
+  while (rx.connected() && Clock::now() - t0 < seconds(5)) rx.drainInput(0.05);
+  EXPECT_FALSE(rx.connected());
+  const std::string hubAddress = "127.0.0.1:" + std::to_string(port_);
+  EXPECT_NE(std::string(rx.errorText().c_str()).find("lost"), std::string::npos) << rx.errorText();
+  EXPECT_NE(std::string(rx.errorText().c_str()).find(hubAddress), std::string::npos) << rx.errorText();
+  EXPECT_NE(warn.text().find("connection to federation \"" + url + "\" lost"), std::string::npos) << warn.text();
+
+  // The sender learns it on its next sends, and says which federation it lost.
+  DtOrbitVCPdu orbit;
+  DtVistrelControlInteraction inter;
+  inter.setVcPdu(orbit);
+  for (int i = 0; i < 100 && tx.connected(); ++i) {
+    tx.sendInteraction(inter);
+    tx.drainInput(0.02);
+  }
+  EXPECT_FALSE(tx.connected());
+  EXPECT_FALSE(tx.sendInteraction(inter));
+  EXPECT_NE(std::string(tx.errorText().c_str()).find(url), std::string::npos) << tx.errorText();
+  EXPECT_EQ(rx.drainInput(0.0), 0);
+  controller.requestCurrentViewMode("v");  // a lost connection sends nothing and throws nothing
+
+  // A hub started again on the same address serves new connections; the lost ones stay
+  // lost (their federation went with the old hub) and let go without hanging.
+  hub_ = vctest::startHub(port_, {"--listen", hubAddress});
+  DtExerciseConn again(url.c_str(), "again", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  DtExerciseConn other(url.c_str(), "other", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  ASSERT_TRUE(again.connected()) << again.errorText();
+  ASSERT_TRUE(other.connected()) << other.errorText();
+  DtVistrelControlRegister(&again);
+  DtVistrelControlRegister(&other);
+  Inbox fresh;
+  DtVistrelControlInteraction::addCallback(&other, &Inbox::take, &fresh);
+  ASSERT_TRUE(again.sendInteraction(inter));
+  for (int i = 0; i < 200 && fresh.pdus == 0; ++i) other.drainInput(0.02);
+  EXPECT_EQ(fresh.pdus, 1);
+  EXPECT_FALSE(rx.connected());
+  DtVistrelControlInteraction::removeCallback(&other, &Inbox::take, &fresh);
+  DtVistrelControlInteraction::removeCallback(&rx, &Inbox::take, &inbox);
+}
+
+}  // namespace
