@@ -3,7 +3,15 @@
 #include <cstdlib>
 #include <new>
 
+// GCC says so with __SANITIZE_ADDRESS__, clang through __has_feature.
 #if defined(__SANITIZE_ADDRESS__)
+#define DT_ADDRESS_SANITIZER 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define DT_ADDRESS_SANITIZER 1
+#endif
+#endif
+#if defined(DT_ADDRESS_SANITIZER)
 #include <sanitizer/asan_interface.h>
 #endif
 
@@ -24,7 +32,7 @@ DtBufferPlaceHolder::~DtBufferPlaceHolder() { std::free(data_); }
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(DT_ADDRESS_SANITIZER)
 #define DT_POISON(p, n) ASAN_POISON_MEMORY_REGION(p, n)
 #define DT_UNPOISON(p, n) ASAN_UNPOISON_MEMORY_REGION(p, n)
 #else
