@@ -7,6 +7,8 @@
 // memory fails the test; here the results must stay bounded and the connection usable.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <RTI/RTIambassador.h>
 
 #include <chrono>
@@ -118,7 +120,7 @@ TEST_P(Malformed, HeaderLengthLargerThanTheBytesGiven) {
   for (uint32_t command : {0u, 5u, 9u, 10u, 11u, 2520u, 2550u, 2553u, 2560u, 2570u, 2580u, 2590u, 777u}) {
     for (size_t given : {12u, 150u, 160u, 200u}) {
       Bytes b = wire::controlPdu(command, 65535, given);
-      std::memset(b.data() + 12, 'x', given - 12);  // ids without terminators, as far as given
+      wire::putText(b, 12, std::string(given - 12, 'x'));  // ids without terminators, as far as given
       if (given >= 148) wire::put16(b, 146, command);
       PduPtr pdu = in(b);
       ASSERT_NE(pdu, nullptr) << command << "/" << given;
