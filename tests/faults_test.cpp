@@ -310,6 +310,33 @@ TEST_F(Faults, FrameOverTheCapFromTheHubSideIsALossNotAnAllocation) {
   ::close(listener);
 }
 
+// ------------------------------------------------------------------ what the hub holds
+
+TEST_F(Faults, FederationsTheHubHoldsAreBoundedTogether) {
+  // Federations outlive their creators; names of half a megabyte fill the hub's budget
+  // after some hundreds, and then it refuses more instead of growing.
+  const std::string filler(512 * 1024, 'f');
+  auto urlOf = [&](int i) { return wide(vctest::hubUrl(port_, std::to_string(i) + "_" + filler)); };
+  auto rti = makeAmbassador();
+  int created = 0;
+  std::string refusal;
+  for (; created < 2000; ++created) {
+    try {
+      rti->createFederationExecution(urlOf(created), wide(VC_FDD_FILE));
+    } catch (const RTIinternalError& e) {
+      refusal = narrow(e.what());
+      break;
+    }
+  }
+  EXPECT_GT(created, 100);
+  EXPECT_LT(created, 1000);
+  EXPECT_NE(refusal.find("holds as many federation executions as it can"), std::string::npos) << refusal;
+  // Destroying one makes room again; the federations already there still work.
+  rti->destroyFederationExecution(urlOf(0));
+  EXPECT_NO_THROW(rti->createFederationExecution(urlOf(created), wide(VC_FDD_FILE)));
+  expectFederationWorks("with the hub full");
+}
+
 // ------------------------------------------------------------------ churn
 
 class Churn : public Faults {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <string_view>
 #include <vector>
 
 namespace vcrti::hub {
@@ -12,9 +13,25 @@ namespace vcrti::hub {
 namespace {
 using Clock = std::chrono::steady_clock;
 constexpr std::size_t kReadChunk = 64 * 1024;
+// Federations outlive the clients that create them, so what they hold is bounded for the
+// hub as a whole: names, object models and their indexes together.
+constexpr std::size_t kFederationBudget = 256u << 20;
+constexpr std::size_t kFederationOverhead = 1024;
+
+// What a federation costs the hub: its name and file name, the model as sent, and the
+// tables indexing it (full names and inherited member lists).
+std::size_t costOf(const std::string& name, std::string_view file, std::size_t modelBytes, const FddTree& tree) {
+  std::size_t cost = kFederationOverhead + name.size() + file.size() + modelBytes;
+  for (const FddClass& c : tree.classes)
+    cost += sizeof(FddClass) + (c.name.size() + c.qualified.size()) * sizeof(wchar_t) +
+            (c.declared.size() + c.all.size()) * sizeof(std::uint32_t);
+  for (const FddMember& m : tree.members) cost += sizeof(FddMember) + m.name.size() * sizeof(wchar_t);
+  return cost;
+}
 } // namespace
 
 struct Federation {
+  std::size_t cost = 0;  // counted against kFederationBudget
   std::string name;
   std::string fddFile;
   std::vector<unsigned char> model;  // as the creator sent it, passed on to joiners
@@ -134,7 +151,14 @@ private:
     std::string err;
     if (!decodeFdd(m.blob.data, m.blob.size, model, err))
       return reply(m.requestId, wire::Status::Internal, "unusable object model: " + err);
+    const std::size_t cost = costOf(name, m.text, m.blob.size, model.interactions);
+    std::size_t held = 0;
+    for (const auto& [other, f] : feds) held += f->cost;
+    if (cost > kFederationBudget - std::min(held, kFederationBudget))
+      return reply(m.requestId, wire::Status::Internal,
+                   "the RTI hub holds as many federation executions as it can: destroy one first");
     auto fed = std::make_unique<Federation>();
+    fed->cost = cost;
     fed->name = name;
     fed->fddFile = std::string(m.text);
     fed->model.assign(m.blob.data, m.blob.data + m.blob.size);

@@ -22,8 +22,8 @@ constexpr std::uint32_t kNoClass = 0xFFFFFFFFu;
 // one-megabyte model sent to the hub could otherwise demand gigabytes and hours. Real
 // object models stay orders of magnitude below these.
 constexpr std::uint32_t kMaxClassDepth = 64;           // classes below the root
-constexpr std::size_t kMaxInheritedMembers = 1u << 20;  // all classes' member lists together
-constexpr std::size_t kMaxNameCharacters = 1u << 22;    // all classes' qualified names together
+constexpr std::size_t kMaxInheritedMembers = 1u << 18;  // all classes' member lists together
+constexpr std::size_t kMaxNameCharacters = 1u << 20;    // all classes' qualified names together
 
 struct FddClass {
   std::wstring name;                 // as declared
