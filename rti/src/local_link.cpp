@@ -169,10 +169,12 @@ void destroyLocalFederation(const std::wstring& name) {
   auto it = r.federations.find(name);
   if (it == r.federations.end())
     throw rti1516::FederationExecutionDoesNotExist(L"federation execution '" + name + L"' does not exist");
-  std::lock_guard<std::mutex> fedLock(it->second->mu);
-  if (!it->second->members.empty())
+  // Erasing may free the federation, mutex and all: it must outlive the lock held on it.
+  const std::shared_ptr<Federation> doomed = it->second;
+  std::lock_guard<std::mutex> fedLock(doomed->mu);
+  if (!doomed->members.empty())
     throw rti1516::FederatesCurrentlyJoined(L"federation execution '" + name + L"' still has " +
-                                            std::to_wstring(it->second->members.size()) + L" joined federate(s)");
+                                            std::to_wstring(doomed->members.size()) + L" joined federate(s)");
   r.federations.erase(it);
 }
 
