@@ -33,6 +33,7 @@ mkdir -p "$dir/findings" "$dir/logs"
 declare -A maxlen=([fuzz_pdu_bytes]=4096 [fuzz_pdu_text]=2048 [fuzz_rti_frames]=16384
                    [fuzz_hub]=262144 [fuzz_fdd]=16384 [fuzz_cmdline]=1024)
 failed=0
+passed=0
 for t in "${targets[@]}"; do
   mkdir -p "$dir/corpus/$t"
   log="$dir/logs/$t.log"
@@ -43,6 +44,7 @@ for t in "${targets[@]}"; do
     runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
     cov=$(grep -o 'cov: [0-9]*' "$log" | tail -1)
     echo "fuzz: $t ok: $runs inputs in $(( $(date +%s) - start )) s, $cov"
+    passed=$((passed + 1))
   else
     echo "fuzz: $t FAILED; the last lines of $log:"
     tail -n 40 "$log"
@@ -51,4 +53,5 @@ for t in "${targets[@]}"; do
     break
   fi
 done
+echo "fuzz: $passed passed, $failed failed"
 exit $failed
