@@ -33,6 +33,29 @@ void exercise(DtVistrelControlPdu* raw, FuzzedDataProvider& input, bool copies) 
   if (again) pduvisit::readAll(*again, values, false);
 }
 
+// The controller's receiving side: callbacks for every viewer and for one named viewer.
+class NullSender : public DtCustomRemoteControlSender {
+ public:
+  void send(const char* pdu, int length) override { fuzzsupport::useBytes(pdu, static_cast<size_t>(length)); }
+};
+
+void heard(const DtVistrelControlPdu& pdu, void*) {
+  fuzzsupport::use(pdu.viewerId());
+  fuzzsupport::use(pdu.string());
+}
+
+DtVistrelRemoteController& controller() {
+  static NullSender sender;
+  static DtVistrelRemoteController* c = [] {
+    auto* made = new DtVistrelRemoteController(&sender, "viewer-1");
+    made->setControllerId("ctl");
+    made->addViewModeChangeCallback(&heard, nullptr, DtVistrelRemoteController::SEND_TO_ALL);
+    made->addViewModeChangeCallback(&heard, nullptr, "viewer-1");
+    return made;
+  }();
+  return *c;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -59,6 +82,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     DtVistrelControlInteraction assigned;
     assigned = copy;
     assigned.printData();
+    controller().setIgnoreCommandsSentFromUs(size % 2 == 0);
+    controller().processVistrelControl(&assigned);
     if (const DtVistrelControlPdu* held = assigned.vcPdu()) {
       pduvisit::Values values(input);
       pduvisit::readAll(*held, values, false);
