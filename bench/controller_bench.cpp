@@ -16,7 +16,7 @@ namespace {
 class NullSender : public DtCustomRemoteControlSender {
  public:
   void send(const char* pdu, int length) override {
-    benchmark::DoNotOptimize(pdu);
+    benchmark::DoNotOptimize(static_cast<const void*>(pdu));
     bytes += length;
   }
   long long bytes = 0;

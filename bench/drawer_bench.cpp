@@ -15,7 +15,7 @@ const unsigned int kValues = 20;
 class NullSender : public DtCustomRemoteControlSender {
  public:
   void send(const char* pdu, int length) override {
-    benchmark::DoNotOptimize(pdu);
+    benchmark::DoNotOptimize(static_cast<const void*>(pdu));
     bytes += length;
     ++pdus;
   }

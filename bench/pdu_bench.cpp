@@ -56,7 +56,7 @@ void createFromNet(benchmark::State& state, const Sample& sample) {
   const auto* header = reinterpret_cast<const DtNetPduHeader*>(sample.bytes.data());
   for (auto _ : state) {
     DtVistrelControlPdu* pdu = DtVistrelControlPdu::createFromNet(header);
-    benchmark::DoNotOptimize(pdu);
+    benchmark::DoNotOptimize(static_cast<const void*>(pdu));
     delete pdu;
   }
   state.SetItemsProcessed(state.iterations());
@@ -67,7 +67,7 @@ void create(benchmark::State& state, const Sample& sample) {
   const auto* header = reinterpret_cast<const DtNetPduHeader*>(sample.bytes.data());
   for (auto _ : state) {
     DtVistrelControlPdu* pdu = DtVistrelControlPdu::create(header);
-    benchmark::DoNotOptimize(pdu);
+    benchmark::DoNotOptimize(static_cast<const void*>(pdu));
     delete pdu;
   }
   state.SetItemsProcessed(state.iterations());
@@ -104,7 +104,7 @@ void BM_BuildOrbit(benchmark::State& state) {
     pdu.setAzimuthRate(0.1f);
     pdu.setAttachId("1:2:3");
     pdu.setIgnoreFlags(0xFFFBFDE7ul);
-    benchmark::DoNotOptimize(pdu.packet());
+    benchmark::DoNotOptimize(static_cast<const void*>(static_cast<const DtPdu&>(pdu).packet()));
   }
   state.SetItemsProcessed(state.iterations());
 }
