@@ -2,6 +2,9 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <type_traits>
+#include <typeinfo>
+#include <utility>
 #include <vector>
 
 #include <RTI/Handle.h>
@@ -119,9 +122,22 @@ class DT_EXPORT DtExerciseConn {
     std::vector<Target> targets;
   };
 
+  // The class's creator usually makes exactly Inter: then no cast needs to search the
+  // hierarchy. A plain static_cast only where the language allows one (no virtual base).
+  template <typename Inter, typename = void>
+  struct Downcast {
+    static Inter* from(DtInteraction* inter) { return dynamic_cast<Inter*>(inter); }
+  };
+  template <typename Inter>
+  struct Downcast<Inter, std::void_t<decltype(static_cast<Inter*>(std::declval<DtInteraction*>()))>> {
+    static Inter* from(DtInteraction* inter) {
+      return typeid(*inter) == typeid(Inter) ? static_cast<Inter*>(inter) : dynamic_cast<Inter*>(inter);
+    }
+  };
   template <typename Inter>
   static void invokeAs(void (*fn)(), DtInteraction* inter, void* usr) {
-    if (Inter* typed = dynamic_cast<Inter*>(inter)) reinterpret_cast<void (*)(Inter*, void*)>(fn)(typed, usr);
+    if (!inter) return;
+    if (Inter* typed = Downcast<Inter>::from(inter)) reinterpret_cast<void (*)(Inter*, void*)>(fn)(typed, usr);
   }
   static void invokePlain(void (*fn)(), DtInteraction* inter, void* usr);
 
