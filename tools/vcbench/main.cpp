@@ -165,7 +165,7 @@ int main(int argc, char** argv) {
       .shortName('l');
   cli.option("spin", Type::Real,
              "microseconds to go on polling without sleeping after the last message before waiting in "
-             "the RTI (0: wait at once); by default 200 in a thread:// federation, where each end has a "
+             "the RTI (0: wait at once); by default 50 in a thread:// federation, where each end has a "
              "core of its own, and 0 otherwise, so that a hub on the same cores gets its turn")
       .placeholder("US")
       .range(0, 1e9);
@@ -198,7 +198,7 @@ int main(int argc, char** argv) {
   run.window = static_cast<std::uint64_t>(args.integer("window"));
   run.pings = static_cast<std::uint64_t>(args.integer("pings"));
   const bool inProcess = settings.federation.compare(0, 9, "thread://") == 0;
-  run.spinSeconds = (args.has("spin") ? args.real("spin") : (inProcess ? 200.0 : 0.0)) * 1e-6;
+  run.spinSeconds = (args.has("spin") ? args.real("spin") : (inProcess ? 50.0 : 0.0)) * 1e-6;
   run.timeout = args.real("timeout");
   run.checkOrder = !settings.library;
 
