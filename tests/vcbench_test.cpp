@@ -1,6 +1,6 @@
 // vcbench runs to the end in each of its set-ups and prints its figures: two federates
-// in one process (raw and through the controllers), and sender and receiver as two
-// processes through a hub. Only that it works is checked here, never how fast.
+// in one process, and sender and receiver as two processes through a hub, each raw and
+// through the controllers. Only that it works is checked here, never how fast.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -56,6 +56,20 @@ TEST(Vcbench, SenderAndReceiverThroughAHub) {
   EXPECT_TRUE(has(lines, "throughput=")) << ::testing::PrintToString(lines);
   EXPECT_TRUE(has(lines, "latency p50=")) << ::testing::PrintToString(lines);
   ASSERT_TRUE(receiver.waitForLine("received=20000", line, seconds(20))) << receiver.transcript();
+  EXPECT_EQ(receiver.wait(seconds(10)), 0) << receiver.transcript();
+}
+
+TEST(Vcbench, ControllersInTwoProcessesThroughAHub) {
+  if (!vctest::hubAvailable()) GTEST_SKIP() << "no hub in this build";
+  std::uint16_t port = 0;
+  auto hub = vctest::startHub(port);
+  const std::string url = vctest::hubUrl(port, "VcbenchLibraryTest");
+  vctest::ChildProcess receiver(vctest::binaryPath("vcbench"), {"--federation", url, "--role", "recv", "--library"});
+  std::string line;
+  ASSERT_TRUE(receiver.waitForLine("receiver ready", line, seconds(20))) << receiver.transcript();
+  auto lines = run({"--federation", url, "--role", "send", "--library", "--count", "5000", "--pings", "20"});
+  EXPECT_TRUE(has(lines, "throughput=")) << ::testing::PrintToString(lines);
+  ASSERT_TRUE(receiver.waitForLine("received=5000", line, seconds(20))) << receiver.transcript();
   EXPECT_EQ(receiver.wait(seconds(10)), 0) << receiver.transcript();
 }
 

@@ -56,9 +56,17 @@ void printReceiver(const ReceiverResult& r, bool alone) {
   std::fflush(stdout);
 }
 
+// The two ends always have different names: in library mode the name is also the
+// controller id, and a controller ignores what carries its own id.
+Settings asEnd(const Settings& settings, const char* end) {
+  Settings s = settings;
+  s.federate = settings.federate + end;
+  return s;
+}
+
 int runSender(const Settings& settings, const RunSettings& run) {
   Sender sender(run);
-  auto endpoint = makeEndpoint(settings, sender);
+  auto endpoint = makeEndpoint(asEnd(settings, "-send"), sender);
   sender.attach(endpoint.get());
   SenderResult r = sender.run();
   endpoint.reset();
@@ -69,7 +77,7 @@ int runSender(const Settings& settings, const RunSettings& run) {
 
 int runReceiver(const Settings& settings, const RunSettings& run) {
   Receiver receiver(run);
-  auto endpoint = makeEndpoint(settings, receiver);
+  auto endpoint = makeEndpoint(asEnd(settings, "-recv"), receiver);
   receiver.attach(endpoint.get());
   std::printf("receiver ready\n");
   std::fflush(stdout);
@@ -82,10 +90,8 @@ int runReceiver(const Settings& settings, const RunSettings& run) {
 
 // Two federates of one process: the receiver on a thread of its own.
 int runBoth(const Settings& settings, const RunSettings& run) {
-  Settings recvSettings = settings;
-  recvSettings.federate = settings.federate + "-recv";
-  Settings sendSettings = settings;
-  sendSettings.federate = settings.federate + "-send";
+  const Settings recvSettings = asEnd(settings, "-recv");
+  const Settings sendSettings = asEnd(settings, "-send");
 
   ReceiverResult received;
   std::exception_ptr receiverError;
@@ -137,7 +143,7 @@ int main(int argc, char** argv) {
   cli.option("role", Type::Text, "both: two federates in this process; send or recv: one end each, in two processes")
       .choices({"both", "send", "recv"})
       .defaultValue("both");
-  cli.option("name", Type::Text, "federate name (the two ends of 'both' add -send and -recv)")
+  cli.option("name", Type::Text, "federate name, to which the sender adds -send and the receiver -recv")
       .placeholder("NAME")
       .defaultValue("vcbench");
   cli.option("count", Type::Integer, "interactions in the throughput run (0: none)")
