@@ -282,7 +282,8 @@ TEST_F(Hub, FederateKilledMidStreamLeavesHubAndOthersWorking) {
   sender->writeLine("go");
   std::string line;
   ASSERT_TRUE(sender->waitForLine("streaming", line, seconds(10))) << sender->transcript();
-  ASSERT_TRUE(pumpUntil(*me.rti, *me.rec, 2000));
+  // A few hundred are enough to be mid-stream; the receiver may run under memcheck.
+  ASSERT_TRUE(pumpUntil(*me.rti, *me.rec, 300, seconds(60)));
   sender->kill(SIGKILL);
   EXPECT_EQ(sender->wait(seconds(5)), 128 + SIGKILL);
   // Whatever was in flight arrives whole, in sequence, or not at all.
