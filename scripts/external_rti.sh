@@ -1,0 +1,61 @@
+#!/usr/bin/env bash
+# Builds the library, vcbench, an example and the benchmarks against an RTI installed in a
+# prefix of its own (-DRTI1516_ROOT), the way a user who brings another RTI builds them,
+# then runs each briefly. The prefix holds only what any 1516 RTI installs: the RTI/
+# headers and the rti1516 and fedtime1516 libraries, here taken from the embedded RTI.
+#   scripts/external_rti.sh
+# Uses build/ (as scripts/test.sh leaves it; configured and built here when missing) and
+# builds in build-ext/.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+jobs=${JOBS:-2}
+scripts/setup.sh >/dev/null
+if [ ! -f build/build.ninja ]; then
+  cmake -S . -B build -G Ninja -DVC_WERROR=ON -DCMAKE_BUILD_TYPE=Release >/dev/null
+fi
+cmake --build build -j "$jobs" >/dev/null
+
+prefix=$(mktemp -d)
+trap 'rm -rf "$prefix"' EXIT
+cmake --install build --prefix "$prefix/all" >/dev/null
+mkdir -p "$prefix/rti/lib"
+cp -a "$prefix/all/include" "$prefix/rti/"
+find "$prefix/rti/include" -mindepth 1 -maxdepth 1 ! -name RTI -exec rm -rf {} +
+cp -a "$prefix/all/lib/"librti1516_64.so* "$prefix/all/lib/"libfedtime1516_64.so* "$prefix/rti/lib/"
+root=$prefix/rti
+
+cmake -S . -B build-ext -G Ninja -DCMAKE_BUILD_TYPE=Release -DVC_WERROR=ON -DVC_BUILD_BENCH=ON \
+  -DRTI1516_ROOT="$root" >/dev/null
+programs=(vcbench orbitController controller_bench pdu_bench interaction_bench drawer_bench)
+cmake --build build-ext -j "$jobs" --target "${programs[@]}" >/dev/null
+echo "external RTI: built ${programs[*]} against $(ls "$root/lib" | tr '\n' ' ')"
+
+# Every program must take the RTI from the prefix, not one the build made.
+for p in vcbench controller_bench; do
+  rti=$(ldd "build-ext/bin/$p" | sed -n 's/.*librti1516_64[^ ]* => \([^ ]*\).*/\1/p')
+  case "$rti" in "$root"/*) ;; *) echo "external RTI: $p uses '$rti'" >&2; exit 1 ;; esac
+done
+
+check() {
+  local what=$1 out
+  shift
+  if ! out=$("$@" 2>&1); then
+    echo "external RTI: $what FAILED" >&2
+    echo "$out" >&2
+    exit 1
+  fi
+  printf '%s\n' "$out"
+}
+
+fdd=share/fom/VistrelControl.xml
+for mode in "" --library; do
+  out=$(check "vcbench $mode" build-ext/bin/vcbench -f thread://ext --fdd "$fdd" -n 20000 -p 200 $mode)
+  grep -q '^throughput=[0-9]* interactions/s$' <<<"$out" || { echo "external RTI: vcbench $mode printed no throughput:" >&2; echo "$out" >&2; exit 1; }
+  echo "external RTI: vcbench ${mode:-raw}: $(grep '^throughput=' <<<"$out")"
+done
+for b in controller_bench pdu_bench interaction_bench drawer_bench; do
+  out=$(check "$b" "build-ext/bin/$b" --benchmark_min_time=0.001)
+  echo "external RTI: $b ran $(grep -c '^BM_' <<<"$out") benchmarks"
+done
+echo "external RTI: passed"
