@@ -134,7 +134,7 @@ class Faults : public ::testing::Test {
  protected:
   void SetUp() override {
     if (!vctest::hubAvailable()) GTEST_SKIP() << "the hub is built with the embedded RTI only";
-    hub_ = vctest::startHub(port_, hubArgs());
+    hub_ = vctest::startHub(port_, hubArgs(), hubFileLimit());
     name_ = testName();
     url_ = wide(vctest::hubUrl(port_, name_));
     makeAmbassador()->createFederationExecution(url_, wide(VC_FDD_FILE));
@@ -147,6 +147,7 @@ class Faults : public ::testing::Test {
     }
   }
   virtual std::vector<std::string> hubArgs() const { return {}; }
+  virtual int hubFileLimit() const { return 0; }
 
   struct Fed {
     std::unique_ptr<RTIambassador> rti;
@@ -196,6 +197,41 @@ class Faults : public ::testing::Test {
   std::wstring url_;
   std::deque<Fed> feds_;
 };
+
+// ------------------------------------------------------------------ out of descriptors
+
+// A hub whose process may hold only a few files: a flood of connections takes them all.
+class StarvedHub : public Faults {
+ protected:
+  int hubFileLimit() const override { return 24; }
+};
+
+TEST_F(StarvedHub, OutOfDescriptorsItServesItsClientsSaysSoOnceAndRecovers) {
+  Fed& a = join(true, false);
+  Fed& b = join(false, true);
+  std::vector<int> flood;
+  for (int i = 0; i < 40; ++i)
+    if (const int fd = connectTo(port_); fd >= 0) flood.push_back(fd);
+  std::string line;
+  ASSERT_TRUE(hub_->waitForLine("accept: ", line, seconds(5))) << hub_->transcript();
+  EXPECT_NE(line.find("Too many open files"), std::string::npos) << line;
+
+  // The federates it already serves do not notice.
+  for (std::uint32_t i = 0; i < 100; ++i) a.send(numbered(i, 312));
+  ASSERT_TRUE(pumpUntil(*b.rti, *b.rec, 100));
+  for (std::uint32_t i = 0; i < 100; ++i) ASSERT_EQ(b.payload(i), numbered(i, 312));
+
+  // Retrying at once would write this line hundreds of thousands of times a second.
+  std::this_thread::sleep_for(milliseconds(300));
+  const std::string log = hub_->transcript();
+  std::size_t failures = 0;
+  for (auto at = log.find("accept: "); at != std::string::npos; at = log.find("accept: ", at + 1)) ++failures;
+  EXPECT_EQ(failures, 1u) << log.substr(0, 2000);
+
+  for (const int fd : flood) ::close(fd);
+  EXPECT_TRUE(hub_->waitForLine("accepting connections again", line, seconds(5))) << hub_->transcript();
+  expectFederationWorks("after the flood");
+}
 
 // ------------------------------------------------------------------ killed mid-frame
 

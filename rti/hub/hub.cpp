@@ -322,7 +322,7 @@ const std::vector<Session*>& Federation::interestedIn(std::uint32_t cls) {
 }
 
 Hub::Hub(asio::io_context& io, const Options& options)
-    : io_(io), options_(options), acceptor_(io), ticker_(io) {}
+    : io_(io), options_(options), acceptor_(io), ticker_(io), acceptRetry_(io) {}
 
 Hub::~Hub() = default;
 
@@ -342,6 +342,7 @@ void Hub::stop() {
   asio::error_code ec;
   acceptor_.close(ec);
   ticker_.cancel();
+  acceptRetry_.cancel();
   auto sessions = sessions_;
   for (auto& [raw, s] : sessions) s->close("hub stopping");
 }
@@ -368,11 +369,21 @@ void Hub::accept() {
   acceptor_.async_accept([this](const asio::error_code& ec, asio::ip::tcp::socket socket) {
     if (stopped_) return;
     if (!ec) {
+      if (acceptFailing_) log("accepting connections again");
+      acceptFailing_ = false;
       adopt(std::move(socket));
-    } else {
-      log("accept: " + ec.message());
+      accept();
+      return;
     }
-    accept();
+    // Out of descriptors or memory, the connection stays queued and every new attempt
+    // fails at once: retrying straight away would spin and flood the log while the
+    // clients already connected wait. They keep the hub; the queue is tried again later.
+    if (!acceptFailing_) log("accept: " + ec.message() + "; trying again every 100 ms");
+    acceptFailing_ = true;
+    acceptRetry_.expires_after(std::chrono::milliseconds(100));
+    acceptRetry_.async_wait([this](const asio::error_code& waited) {
+      if (!waited && !stopped_) accept();
+    });
   });
 }
 

@@ -62,6 +62,8 @@ private:
   Options options_;
   asio::ip::tcp::acceptor acceptor_;
   asio::steady_timer ticker_;
+  asio::steady_timer acceptRetry_;
+  bool acceptFailing_ = false;
   std::map<Session*, std::shared_ptr<Session>> sessions_;
   std::map<std::string, std::unique_ptr<Federation>> federations_;
   bool stopped_ = false;

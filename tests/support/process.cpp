@@ -163,10 +163,18 @@ std::string binaryPath(const std::string& name) { return std::string(VC_BINARY_D
 
 bool hubAvailable() { return ::access(binaryPath("rtihub").c_str(), X_OK) == 0; }
 
-std::unique_ptr<ChildProcess> startHub(std::uint16_t& port, const std::vector<std::string>& extraArgs) {
+std::unique_ptr<ChildProcess> startHub(std::uint16_t& port, const std::vector<std::string>& extraArgs,
+                                       int maxOpenFiles) {
   std::vector<std::string> args{"--listen", "127.0.0.1:0"};
   args.insert(args.end(), extraArgs.begin(), extraArgs.end());
-  auto hub = std::make_unique<ChildProcess>(binaryPath("rtihub"), args, true);
+  std::unique_ptr<ChildProcess> hub;
+  if (maxOpenFiles > 0) {
+    args.insert(args.begin(), {"-c", "ulimit -n " + std::to_string(maxOpenFiles) + " && exec \"$0\" \"$@\"",
+                               binaryPath("rtihub")});
+    hub = std::make_unique<ChildProcess>("/bin/sh", args, true);
+  } else {
+    hub = std::make_unique<ChildProcess>(binaryPath("rtihub"), args, true);
+  }
   std::string line;
   const std::string marker = "rtihub listening on 127.0.0.1:";
   if (!hub->waitForLine(marker, line, std::chrono::seconds(10)))

@@ -81,7 +81,9 @@ bool hubAvailable();
 // Starts rtihub on 127.0.0.1 with a port the system picks, reads the port back from its
 // "rtihub listening on" line, and returns the running hub (stderr merged into its lines).
 // Throws std::runtime_error when it does not come up within a few seconds.
-std::unique_ptr<ChildProcess> startHub(std::uint16_t& port, const std::vector<std::string>& extraArgs = {});
+// With maxOpenFiles above zero the hub runs with that limit on its file descriptors.
+std::unique_ptr<ChildProcess> startHub(std::uint16_t& port, const std::vector<std::string>& extraArgs = {},
+                                       int maxOpenFiles = 0);
 
 // "rti://127.0.0.1:<port>/<federation>"
 std::string hubUrl(std::uint16_t port, const std::string& federation);
