@@ -41,44 +41,48 @@ Fixture& fx() {
 
 const std::vector<std::pair<std::string, Command>>& commands() {
   static const std::vector<std::pair<std::string, Command>> list = {
-      {"orbit", [](DtVistrelRemoteController& c) {
+      {"orbit",
+       [](DtVistrelRemoteController& c) {
          c.setOrbitMode(&fx().entity, &fx().radius, &fx().heading, &fx().pitch, &fx().rate);
        }},
-      {"absolute", [](DtVistrelRemoteController& c) {
-         c.setAbsoluteMode(&fx().position, &fx().orientation);
-       }},
-      {"tether", [](DtVistrelRemoteController& c) {
+      {"absolute",
+       [](DtVistrelRemoteController& c) { c.setAbsoluteMode(&fx().position, &fx().orientation); }},
+      {"tether",
+       [](DtVistrelRemoteController& c) {
          c.setTetherMode(&fx().entity, &fx().offset, &fx().orientation);
        }},
-      {"compass", [](DtVistrelRemoteController& c) {
+      {"compass",
+       [](DtVistrelRemoteController& c) {
          c.setCompassMode(&fx().entity, &fx().radius, &fx().heading, &fx().pitch);
        }},
       {"mimic", [](DtVistrelRemoteController& c) { c.setMimicMode(&fx().entity, &fx().offset); }},
       {"turret", [](DtVistrelRemoteController& c) { c.setTurretMode(&fx().entity, &fx().offset); }},
-      {"pivot", [](DtVistrelRemoteController& c) {
+      {"pivot",
+       [](DtVistrelRemoteController& c) {
          c.setPivotMode(&fx().position, &fx().radius, &fx().heading, &fx().pitch);
        }},
       {"track", [](DtVistrelRemoteController& c) { c.setTrackMode(&fx().track, &fx().position); }},
-      {"mimicTrack", [](DtVistrelRemoteController& c) {
+      {"mimicTrack",
+       [](DtVistrelRemoteController& c) {
          c.setMimicTrackMode(&fx().entity, &fx().track, &fx().offset);
        }},
-      {"tetherTrack", [](DtVistrelRemoteController& c) {
+      {"tetherTrack",
+       [](DtVistrelRemoteController& c) {
          c.setTetherTrackMode(&fx().entity, &fx().track, &fx().offset);
        }},
-      {"group3", [](DtVistrelRemoteController& c) {
+      {"group3",
+       [](DtVistrelRemoteController& c) {
          c.setGroupMode(&fx().three, &fx().radius, &fx().heading, &fx().pitch);
        }},
       {"setPrimary", [](DtVistrelRemoteController& c) { c.setPrimary(fx().entity); }},
       {"setGroup3", [](DtVistrelRemoteController& c) { c.setGroup(fx().three); }},
-      {"moveEyepoint", [](DtVistrelRemoteController& c) {
-         c.moveEyepoint(DtMoveVCPdu::Direction(1));
-       }},
+      {"moveEyepoint",
+       [](DtVistrelRemoteController& c) { c.moveEyepoint(DtMoveVCPdu::Direction(1)); }},
       {"set", [](DtVistrelRemoteController& c) { c.set(&fx().position, &fx().orientation); }},
       {"option.stepsize", [](DtVistrelRemoteController& c) { c.setStepsize(2.5f); }},
       {"option.timeOfDay", [](DtVistrelRemoteController& c) { c.setTimeOfDay(13.5); }},
-      {"option.database", [](DtVistrelRemoteController& c) {
-         c.setDatabaseToLoad("terrain/coast.db");
-       }},
+      {"option.database",
+       [](DtVistrelRemoteController& c) { c.setDatabaseToLoad("terrain/coast.db"); }},
       {"requestState", [](DtVistrelRemoteController& c) { c.requestCurrentViewMode(""); }},
   };
   return list;
@@ -90,8 +94,9 @@ void runCommand(benchmark::State& state, const Command& command) {
   controller.setControllerId("controller-1");
   for (auto _ : state) command(controller);
   state.SetItemsProcessed(state.iterations());
-  state.counters["bytes/cmd"] =
-      state.iterations() ? static_cast<double>(sender.bytes) / static_cast<double>(state.iterations()) : 0;
+  state.counters["bytes/cmd"] = state.iterations() ? static_cast<double>(sender.bytes) /
+                                                         static_cast<double>(state.iterations())
+                                                   : 0;
 }
 
 // A PDU the application built once and sends again and again: send() alone.

@@ -26,11 +26,12 @@ class NullSender : public DtCustomRemoteControlSender {
 struct Panel {
   Panel() : groupTemplate(100, "Engine") {
     for (unsigned int i = 1; i <= kValues; ++i)
-      groupTemplate.createAttributeTemplate(i, "value", DtVdcAttributeTemplateObject::DtVdcNumericAttribute);
+      groupTemplate.createAttributeTemplate(i, "value",
+                                            DtVdcAttributeTemplateObject::DtVdcNumericAttribute);
   }
   DtVdcAttributeGroupObject* makeGroup() {
-    return new DtVdcAttributeGroupObject(101, &groupTemplate, DtVdc3DAttachPoint(), DtVector64(0, 0, 10),
-                                         DtVdcColor::DtVdcGreen, false);
+    return new DtVdcAttributeGroupObject(101, &groupTemplate, DtVdc3DAttachPoint(),
+                                         DtVector64(0, 0, 10), DtVdcColor::DtVdcGreen, false);
   }
   DtVdcAttributeGroupTemplateObject groupTemplate;
 };
@@ -57,13 +58,15 @@ void BM_DrawerUpdate20_CustomSender(benchmark::State& state) {
     delete drawer.remove(101);
   }
   state.SetItemsProcessed(state.iterations());
-  state.counters["PDUs/s"] = benchmark::Counter(static_cast<double>(state.iterations()) * (kValues + 1),
-                                                benchmark::Counter::kIsRate);
+  state.counters["PDUs/s"] = benchmark::Counter(
+      static_cast<double>(state.iterations()) * (kValues + 1), benchmark::Counter::kIsRate);
 }
 BENCHMARK(BM_DrawerUpdate20_CustomSender);
 
 long long received = 0;
-void countInteraction(DtVistrelControlInteraction*, void*) { ++received; }
+void countInteraction(DtVistrelControlInteraction*, void*) {
+  ++received;
+}
 
 void BM_DrawerUpdate20_ThreadConnection(benchmark::State& state) {
   Panel panel;
@@ -93,8 +96,8 @@ void BM_DrawerUpdate20_ThreadConnection(benchmark::State& state) {
   conn.reset();
   viewer.reset();
   state.SetItemsProcessed(state.iterations());
-  state.counters["PDUs/s"] = benchmark::Counter(static_cast<double>(state.iterations()) * (kValues + 1),
-                                                benchmark::Counter::kIsRate);
+  state.counters["PDUs/s"] = benchmark::Counter(
+      static_cast<double>(state.iterations()) * (kValues + 1), benchmark::Counter::kIsRate);
 }
 BENCHMARK(BM_DrawerUpdate20_ThreadConnection);
 

@@ -16,7 +16,9 @@ namespace {
 
 const int kBatch = 256;
 
-std::wstring wide(const std::string& s) { return std::wstring(s.begin(), s.end()); }
+std::wstring wide(const std::string& s) {
+  return std::wstring(s.begin(), s.end());
+}
 
 DtOrbitVCPdu& orbit() {
   static DtOrbitVCPdu pdu;
@@ -93,7 +95,8 @@ BENCHMARK(BM_Decode);
 
 class Counter : public rti1516::NullFederateAmbassador {
  public:
-  void receiveInteraction(rti1516::InteractionClassHandle, rti1516::ParameterHandleValueMap const& values,
+  void receiveInteraction(rti1516::InteractionClassHandle,
+                          rti1516::ParameterHandleValueMap const& values,
                           rti1516::VariableLengthData const&, rti1516::OrderType,
                           rti1516::TransportationType) override {
     ++count;
@@ -126,7 +129,8 @@ void BM_RtiThreadLoopback(benchmark::State& state) {
     }
   }
   state.SetItemsProcessed(state.iterations() * kBatch);
-  if (receiverAmb.count != static_cast<long long>(state.iterations()) * kBatch) state.SkipWithError("lost interactions");
+  if (receiverAmb.count != static_cast<long long>(state.iterations()) * kBatch)
+    state.SkipWithError("lost interactions");
   receiver->resignFederationExecution(rti1516::NO_ACTION);
   sender->resignFederationExecution(rti1516::NO_ACTION);
   sender->destroyFederationExecution(fed);
@@ -134,7 +138,9 @@ void BM_RtiThreadLoopback(benchmark::State& state) {
 BENCHMARK(BM_RtiThreadLoopback)->Arg(312)->Arg(64)->Arg(1500);
 
 long long received = 0;
-void countInteraction(DtVistrelControlInteraction*, void*) { ++received; }
+void countInteraction(DtVistrelControlInteraction*, void*) {
+  ++received;
+}
 
 // The exercise connections on both ends: the interaction, its encoder and decoder.
 void BM_ConnThreadLoopback(benchmark::State& state) {
@@ -149,7 +155,8 @@ void BM_ConnThreadLoopback(benchmark::State& state) {
     receiver->conn.drainInput();
   }
   state.SetItemsProcessed(state.iterations() * kBatch);
-  if (received != static_cast<long long>(state.iterations()) * kBatch) state.SkipWithError("lost interactions");
+  if (received != static_cast<long long>(state.iterations()) * kBatch)
+    state.SkipWithError("lost interactions");
   receiver.reset();
   sender.reset();
 }
@@ -163,7 +170,8 @@ void countPdu(const DtVistrelControlPdu& pdu, void*) {
 // The --library path: a controller's command in, a view-mode callback out.
 void BM_ControllerThreadLoopback(benchmark::State& state) {
   auto senderConn = std::make_unique<Connection>("thread://bench-controller-loopback", "sender");
-  auto receiverConn = std::make_unique<Connection>("thread://bench-controller-loopback", "receiver");
+  auto receiverConn =
+      std::make_unique<Connection>("thread://bench-controller-loopback", "receiver");
   auto sender = std::make_unique<DtVistrelRemoteController>(&senderConn->conn, "viewer-1");
   sender->setControllerId("controller-1");
   auto receiver = std::make_unique<DtVistrelRemoteController>(&receiverConn->conn, "viewer-1");
@@ -173,11 +181,13 @@ void BM_ControllerThreadLoopback(benchmark::State& state) {
   float radius = 120.0f;
   received = 0;
   for (auto _ : state) {
-    for (int i = 0; i < kBatch; ++i) sender->setOrbitMode(&entity, &radius, nullptr, nullptr, nullptr);
+    for (int i = 0; i < kBatch; ++i)
+      sender->setOrbitMode(&entity, &radius, nullptr, nullptr, nullptr);
     receiverConn->conn.drainInput();
   }
   state.SetItemsProcessed(state.iterations() * kBatch);
-  if (received != static_cast<long long>(state.iterations()) * kBatch) state.SkipWithError("lost commands");
+  if (received != static_cast<long long>(state.iterations()) * kBatch)
+    state.SkipWithError("lost commands");
   receiver.reset();
   sender.reset();
   receiverConn.reset();

@@ -26,29 +26,42 @@ Sample sampleOf(const std::string& name, DtVistrelControlPdu* pdu) {
 
 std::vector<Sample> samples() {
   std::vector<Sample> out;
-  const std::pair<const char*, int> viewControl[] = {
-      {"orbit", DtVcOrbit},         {"absolute", DtVcAbsolute},     {"tether", DtVcTether},
-      {"compass", DtVcCompass},     {"mimic", DtVcMimic},           {"offsetMimic", DtVcOffsetMimic},
-      {"track", DtVcTrack},         {"tetherTrack", DtVcTetherTrack}, {"mimicTrack", DtVcMimicTrack},
-      {"group", DtVcGroup},         {"options", DtVcOptions},       {"pivot", DtVcPivot},
-      {"move", DtVcMove},           {"requestState", DtVcRequestState},
-      {"orbitStatus", DtVcOrbitStatus}};
+  const std::pair<const char*, int> viewControl[] = {{"orbit", DtVcOrbit},
+                                                     {"absolute", DtVcAbsolute},
+                                                     {"tether", DtVcTether},
+                                                     {"compass", DtVcCompass},
+                                                     {"mimic", DtVcMimic},
+                                                     {"offsetMimic", DtVcOffsetMimic},
+                                                     {"track", DtVcTrack},
+                                                     {"tetherTrack", DtVcTetherTrack},
+                                                     {"mimicTrack", DtVcMimicTrack},
+                                                     {"group", DtVcGroup},
+                                                     {"options", DtVcOptions},
+                                                     {"pivot", DtVcPivot},
+                                                     {"move", DtVcMove},
+                                                     {"requestState", DtVcRequestState},
+                                                     {"orbitStatus", DtVcOrbitStatus}};
   for (const auto& [name, command] : viewControl)
     out.push_back(sampleOf(name, DtNewViewControlPdu(static_cast<DtViewerCommand>(command))));
   out.push_back(sampleOf("modeless", new DtModelessVCPdu));
   const std::pair<const char*, int> drawControl[] = {
-      {"vdc.command", DtVdcCommandShow},   {"vdc.line", DtVdc3DLine},
-      {"vdc.polyObject", DtVdcSphere},     {"vdc.triangle", DtVdc3DTriangle},
-      {"vdc.area", DtVdc3DArea},           {"vdc.text", DtVdc2DText},
-      {"vdc.attribute", DtVdcAttributeGroup}, {"vdc.attributeUpdate", DtVdcAttributeValueSet},
+      {"vdc.command", DtVdcCommandShow},
+      {"vdc.line", DtVdc3DLine},
+      {"vdc.polyObject", DtVdcSphere},
+      {"vdc.triangle", DtVdc3DTriangle},
+      {"vdc.area", DtVdc3DArea},
+      {"vdc.text", DtVdc2DText},
+      {"vdc.attribute", DtVdcAttributeGroup},
+      {"vdc.attributeUpdate", DtVdcAttributeValueSet},
       {"vdc.layer", DtVdcLayer}};
   for (const auto& [name, type] : drawControl)
     out.push_back(sampleOf(name, DtNewDrawControlPdu(static_cast<DtViewerCommand>(type))));
   // A command this library does not know still becomes a PDU.
   DtOrbitVCPdu unknown;
   unknown.setViewerCommand(static_cast<DtViewerCommand>(400));
-  out.push_back(sampleOf("unknown", DtVistrelControlPdu::createFromNet(
-                                         reinterpret_cast<const DtNetPduHeader*>(unknown.packet()))));
+  out.push_back(
+      sampleOf("unknown", DtVistrelControlPdu::createFromNet(
+                              reinterpret_cast<const DtNetPduHeader*>(unknown.packet()))));
   return out;
 }
 

@@ -33,8 +33,8 @@ int main(int argc, char** argv) {
   DtString entity = argc > 4 ? argv[4] : "1:1:1";
 
   // The controller makes (and owns) its connection to the federation.
-  DtVistrelRemoteController controller(federation, "orbit-example", static_cast<DtFomMapper*>(nullptr),
-                                       fdd, viewer);
+  DtVistrelRemoteController controller(federation, "orbit-example",
+                                       static_cast<DtFomMapper*>(nullptr), fdd, viewer);
   if (!controller.exerciseConn()->connected()) {
     std::fprintf(stderr, "cannot join %s: %s\n", federation,
                  controller.exerciseConn()->errorText().c_str());

@@ -16,7 +16,9 @@ namespace fuzzsupport {
 // Every value read is folded in here; the sanitizers check each read on the way.
 inline volatile std::uint64_t sink;
 
-inline void use(std::uint64_t v) { sink = sink * 31 + v; }
+inline void use(std::uint64_t v) {
+  sink = sink * 31 + v;
+}
 inline void use(double v) {
   std::uint64_t bits;
   std::memcpy(&bits, &v, sizeof bits);
@@ -27,7 +29,9 @@ inline void use(const char* text) {
   // strlen walks to the terminator: a text without one is reported by ASan here.
   use(static_cast<std::uint64_t>(std::strlen(text)));
 }
-inline void use(const DtString& s) { use(s.c_str()); }
+inline void use(const DtString& s) {
+  use(s.c_str());
+}
 inline void use(const DtVector64& v) {
   use(v[0]);
   use(v[1]);
@@ -46,7 +50,9 @@ inline void useBytes(const void* p, std::size_t n) {
   use(sum);
 }
 
-inline void readAll(void*, const char* text, size_t length) { useBytes(text, length); }
+inline void readAll(void*, const char* text, size_t length) {
+  useBytes(text, length);
+}
 
 // Silences the toolkit's three output streams for the whole run.
 inline void silenceOutput() {

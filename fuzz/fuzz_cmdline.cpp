@@ -45,14 +45,30 @@ void readBack(const DtCmdLine::Args& args) {
       // Not declared at this level: the parser says so rather than guess.
     }
   }
-  try { n += static_cast<std::size_t>(args.integer("count")); } catch (const DtCmdLine::ProgramError&) {}
-  try { n += static_cast<std::size_t>(args.real("real") != 0); } catch (const DtCmdLine::ProgramError&) {}
-  try { n += args.flag("flag"); } catch (const DtCmdLine::ProgramError&) {}
-  try { n += args.vector("vec").size(); } catch (const DtCmdLine::ProgramError&) {}
-  try { n += args.vector("some").size(); } catch (const DtCmdLine::ProgramError&) {}
+  try {
+    n += static_cast<std::size_t>(args.integer("count"));
+  } catch (const DtCmdLine::ProgramError&) {
+  }
+  try {
+    n += static_cast<std::size_t>(args.real("real") != 0);
+  } catch (const DtCmdLine::ProgramError&) {
+  }
+  try {
+    n += args.flag("flag");
+  } catch (const DtCmdLine::ProgramError&) {
+  }
+  try {
+    n += args.vector("vec").size();
+  } catch (const DtCmdLine::ProgramError&) {
+  }
+  try {
+    n += args.vector("some").size();
+  } catch (const DtCmdLine::ProgramError&) {
+  }
   try {
     for (std::size_t i = 0; i < args.count("items"); ++i) n += args.vector("items", i).size();
-  } catch (const DtCmdLine::ProgramError&) {}
+  } catch (const DtCmdLine::ProgramError&) {
+  }
   n += args.positionals().size() + args.command().size() + args.name().size();
   sink = n;
 }

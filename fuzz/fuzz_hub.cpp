@@ -77,7 +77,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Client clients[kClients];
   for (Client& c : clients) {
     int fds[2];
-    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0, fds) != 0) std::abort();
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0, fds) != 0)
+      std::abort();
     hub.adopt(asio::ip::tcp::socket(io, asio::ip::tcp::v4(), fds[0]));
     c.fd = fds[1];
   }

@@ -36,7 +36,9 @@ void exercise(DtVistrelControlPdu* raw, FuzzedDataProvider& input, bool copies) 
 // The controller's receiving side: callbacks for every viewer and for one named viewer.
 class NullSender : public DtCustomRemoteControlSender {
  public:
-  void send(const char* pdu, int length) override { fuzzsupport::useBytes(pdu, static_cast<size_t>(length)); }
+  void send(const char* pdu, int length) override {
+    fuzzsupport::useBytes(pdu, static_cast<size_t>(length));
+  }
 };
 
 void heard(const DtVistrelControlPdu& pdu, void*) {
@@ -77,7 +79,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     exercise(DtVistrelControlPdu::create(header), input, false);
 
     DtVistrelControlInteraction inter;
-    inter.setFromNetPacket(reinterpret_cast<const DtNetPduHeader*>(DtInteractionDecoder::pduBuffer(value)));
+    inter.setFromNetPacket(
+        reinterpret_cast<const DtNetPduHeader*>(DtInteractionDecoder::pduBuffer(value)));
     DtVistrelControlInteraction copy(inter);
     DtVistrelControlInteraction assigned;
     assigned = copy;

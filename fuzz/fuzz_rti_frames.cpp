@@ -27,7 +27,8 @@ void walkParameters(const wire::Message& m) {
   std::uint32_t seen = 0;
   while (reader.next(handle, value)) {
     // Every value lies inside the checked parameter block.
-    if (value.data < m.params.data || value.data + value.size > m.params.data + m.params.size) std::abort();
+    if (value.data < m.params.data || value.data + value.size > m.params.data + m.params.size)
+      std::abort();
     for (std::size_t i = 0; i < value.size; ++i) total += value.data[i];
     ++seen;
   }
@@ -60,16 +61,31 @@ void reencode(const wire::Message& m) {
   ByteBuffer out;
   wire::FrameWriter w(out, m.type);
   switch (m.type) {
-    case wire::MsgType::Create: w.u32(m.requestId).str(m.name).str(m.text).bytes(m.blob.data, m.blob.size); break;
-    case wire::MsgType::Destroy: w.u32(m.requestId).str(m.name); break;
-    case wire::MsgType::Join: w.u32(m.requestId).str(m.name).str(m.text); break;
-    case wire::MsgType::Resign: w.u32(m.requestId); break;
-    case wire::MsgType::Subscribe:
-    case wire::MsgType::Unsubscribe: w.u32(m.requestId).u32(m.handle); break;
-    case wire::MsgType::Interaction:
-      w.u32(m.handle).bytes(m.tag.data, m.tag.size).u32(m.paramCount).raw(m.params.data, m.params.size);
+    case wire::MsgType::Create:
+      w.u32(m.requestId).str(m.name).str(m.text).bytes(m.blob.data, m.blob.size);
       break;
-    case wire::MsgType::Reply: w.u32(m.requestId).u32(m.handle).str(m.text).bytes(m.blob.data, m.blob.size); break;
+    case wire::MsgType::Destroy:
+      w.u32(m.requestId).str(m.name);
+      break;
+    case wire::MsgType::Join:
+      w.u32(m.requestId).str(m.name).str(m.text);
+      break;
+    case wire::MsgType::Resign:
+      w.u32(m.requestId);
+      break;
+    case wire::MsgType::Subscribe:
+    case wire::MsgType::Unsubscribe:
+      w.u32(m.requestId).u32(m.handle);
+      break;
+    case wire::MsgType::Interaction:
+      w.u32(m.handle)
+          .bytes(m.tag.data, m.tag.size)
+          .u32(m.paramCount)
+          .raw(m.params.data, m.params.size);
+      break;
+    case wire::MsgType::Reply:
+      w.u32(m.requestId).u32(m.handle).str(m.text).bytes(m.blob.data, m.blob.size);
+      break;
   }
   if (!w.finish()) std::abort();  // it fitted when it came in
   wire::Message back;
@@ -77,7 +93,8 @@ void reencode(const wire::Message& m) {
   if (d.status != wire::DecodeStatus::Complete || d.frameSize != out.size()) std::abort();
   if (back.type != m.type || back.requestId != m.requestId || back.handle != m.handle ||
       back.name != m.name || back.text != m.text || !sameBytes(back.blob, m.blob) ||
-      !sameBytes(back.tag, m.tag) || back.paramCount != m.paramCount || !sameBytes(back.params, m.params))
+      !sameBytes(back.tag, m.tag) || back.paramCount != m.paramCount ||
+      !sameBytes(back.params, m.params))
     std::abort();
 }
 
@@ -94,7 +111,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (m.type == wire::MsgType::Interaction) walkParameters(m);
     if (m.type == wire::MsgType::Create) decodeModel(m.blob.data, m.blob.size);
     // A join reply: the federate handle, then the model.
-    if (m.type == wire::MsgType::Reply && m.blob.size >= 4) decodeModel(m.blob.data + 4, m.blob.size - 4);
+    if (m.type == wire::MsgType::Reply && m.blob.size >= 4)
+      decodeModel(m.blob.data + 4, m.blob.size - 4);
     reencode(m);
     pos += d.frameSize;
   }

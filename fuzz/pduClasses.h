@@ -36,9 +36,10 @@ inline const std::vector<Maker>& all() {
         m.push_back([command] { return DtNewDrawControlPduV0(command); });
     }
     m.push_back([] { return new DtModelessVCPdu; });
-    for (int c : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 2510, 2520, 2530, 2540, 2550, 2553, 2560,
-                  2570, 2580, 2590})
-      for (bool current : {true, false}) m.push_back([c, current] { return receivedShort(c, current); });
+    for (int c : {0,  1,  2,    3,    4,    5,    6,    7,    8,    9,    10,   11,
+                  12, 13, 2510, 2520, 2530, 2540, 2550, 2553, 2560, 2570, 2580, 2590})
+      for (bool current : {true, false})
+        m.push_back([c, current] { return receivedShort(c, current); });
     return m;
   }();
   return makers;

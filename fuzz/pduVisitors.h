@@ -30,10 +30,14 @@ class Values {
   // Indices: mostly near the edges of the lists, sometimes anything at all.
   int index() {
     switch (p_.ConsumeIntegralInRange(0, 3)) {
-      case 0: return p_.ConsumeIntegralInRange(-2, 20);
-      case 1: return INT_MAX - p_.ConsumeIntegralInRange(0, 2);
-      case 2: return INT_MIN + p_.ConsumeIntegralInRange(0, 2);
-      default: return i();
+      case 0:
+        return p_.ConsumeIntegralInRange(-2, 20);
+      case 1:
+        return INT_MAX - p_.ConsumeIntegralInRange(0, 2);
+      case 2:
+        return INT_MIN + p_.ConsumeIntegralInRange(0, 2);
+      default:
+        return i();
     }
   }
   DtString s(size_t max = 400) { return DtString(p_.ConsumeRandomLengthString(max).c_str()); }
@@ -45,7 +49,9 @@ class Values {
   FuzzedDataProvider& p_;
 };
 
-inline void useColor(const unsigned char* rgba) { fuzzsupport::useBytes(rgba, 4); }
+inline void useColor(const unsigned char* rgba) {
+  fuzzsupport::useBytes(rgba, 4);
+}
 
 // ------------------------------------------------------------------ view control
 
@@ -254,7 +260,8 @@ inline void setView(DtVistrelControlPdu& pdu, Values& v) {
 // ------------------------------------------------------------------ options
 
 inline void readOptions(const DtOptionsPdu& p, Values& v) {
-  for (int o = -2; o < 70; ++o) use(static_cast<std::uint64_t>(p.optionPresent(static_cast<DtVistrelOption>(o))));
+  for (int o = -2; o < 70; ++o)
+    use(static_cast<std::uint64_t>(p.optionPresent(static_cast<DtVistrelOption>(o))));
   use(static_cast<std::uint64_t>(p.optionPresent(static_cast<DtVistrelOption>(v.i()))));
   use(static_cast<std::uint64_t>(p.overlayOption()) + static_cast<std::uint64_t>(p.smoothing()) +
       static_cast<std::uint64_t>(p.aggregateLevel()) +
@@ -264,18 +271,44 @@ inline void readOptions(const DtOptionsPdu& p, Values& v) {
   use(p.locatorRange() + p.smoothingPeriod() + p.clampRange() + p.floor() + p.timeOfDay() +
       p.nearClip() + p.farClip() + p.fov() + p.nearFog() + p.farFog() + p.stepsize() +
       p.turnrate() + p.terrainScale() + p.objectScale() + p.blockedDistance());
-  const bool flags[] = {p.sound(), p.entityLabels(), p.trailingEffects(), p.trajectoryHistory(),
-                        p.recording(), p.aggregateHighestOnly(), p.aggregatesAltitudeControlled(),
-                        p.nestedAggregates(), p.nestedEntities(), p.groundClamping(),
-                        p.followGround(), p.constrainWithFloor(), p.fog(), p.texture(), p.xr(),
-                        p.hatLabels(), p.skyDome(), p.clouds(), p.mirroring(),
-                        p.mirrorMessageEveryFrame(), p.broadcasting(), p.clusteringLabels(),
-                        p.tacticalGraphicsLabels(), p.tacticalGraphics(), p.showAggregates(),
-                        p.showEmitters(), p.videoCaptureRecordInsets(), p.constrainedToAll(),
-                        p.useNearClipForBlockedDistance(), p.incrementStepsize(),
-                        p.incrementTurnrate(), p.decrementStepsize(), p.decrementTurnrate(),
-                        p.showNextModelSet(), p.showPrevModelSet(), p.showNextTextureSet(),
-                        p.showPrevTextureSet(), p.exit()};
+  const bool flags[] = {p.sound(),
+                        p.entityLabels(),
+                        p.trailingEffects(),
+                        p.trajectoryHistory(),
+                        p.recording(),
+                        p.aggregateHighestOnly(),
+                        p.aggregatesAltitudeControlled(),
+                        p.nestedAggregates(),
+                        p.nestedEntities(),
+                        p.groundClamping(),
+                        p.followGround(),
+                        p.constrainWithFloor(),
+                        p.fog(),
+                        p.texture(),
+                        p.xr(),
+                        p.hatLabels(),
+                        p.skyDome(),
+                        p.clouds(),
+                        p.mirroring(),
+                        p.mirrorMessageEveryFrame(),
+                        p.broadcasting(),
+                        p.clusteringLabels(),
+                        p.tacticalGraphicsLabels(),
+                        p.tacticalGraphics(),
+                        p.showAggregates(),
+                        p.showEmitters(),
+                        p.videoCaptureRecordInsets(),
+                        p.constrainedToAll(),
+                        p.useNearClipForBlockedDistance(),
+                        p.incrementStepsize(),
+                        p.incrementTurnrate(),
+                        p.decrementStepsize(),
+                        p.decrementTurnrate(),
+                        p.showNextModelSet(),
+                        p.showPrevModelSet(),
+                        p.showNextTextureSet(),
+                        p.showPrevTextureSet(),
+                        p.exit()};
   for (bool f : flags) use(static_cast<std::uint64_t>(f));
   use(p.databaseToLoad());
   use(p.date());
@@ -379,7 +412,8 @@ inline void readDraw(const DtVistrelDrawControlPdu& p, Values& v) {
     useColor(a->color());
     use(static_cast<std::uint64_t>(a->flashing()));
   }
-  if (auto* c = dynamic_cast<const DtVdcCommandPduBase*>(&p)) use(static_cast<std::uint64_t>(c->layerId()));
+  if (auto* c = dynamic_cast<const DtVdcCommandPduBase*>(&p))
+    use(static_cast<std::uint64_t>(c->layerId()));
   if (auto* l = dynamic_cast<const DtVdcLinePdu*>(&p)) {
     unsigned n = l->numSegments();
     for (unsigned s : {0u, 1u, n - 1, n, n + 1, 255u, 256u, 0xFFFFFFFFu, v.u()}) {
@@ -421,7 +455,9 @@ inline void readDraw(const DtVistrelDrawControlPdu& p, Values& v) {
   if (auto* l = dynamic_cast<const DtVdcLayerPduBase*>(&p)) use(l->name());
 }
 
-inline DtVector64 anyPoint(Values& v) { return v.v(); }
+inline DtVector64 anyPoint(Values& v) {
+  return v.v();
+}
 
 inline void setDraw(DtVistrelDrawControlPdu& p, Values& v) {
   p.setObjectId(v.u());
@@ -433,21 +469,50 @@ inline void setDraw(DtVistrelDrawControlPdu& p, Values& v) {
   if (auto* a = dynamic_cast<DtVdcAttachablePdu*>(&p)) {
     const char percent[2] = {static_cast<char>(v.byte()), static_cast<char>(v.byte())};
     switch (v.byte() % 16) {
-      case 0: a->attachTo(percent); break;
-      case 1: a->attachTo(percent, percent); break;
-      case 2: a->attachTo(anyPoint(v)); break;
-      case 3: a->attachTo(DtNetU32(v.u())); break;
-      case 4: a->attachTo(v.s()); break;
-      case 5: a->attachTo(DtNetU32(v.u()), DtNetU32(v.u())); break;
-      case 6: a->attachTo(v.s(), v.s()); break;
-      case 7: a->attachTo(anyPoint(v), anyPoint(v)); break;
-      case 8: a->attachTo(v.s(), DtNetU32(v.u())); break;
-      case 9: a->attachTo(DtNetU32(v.u()), v.s()); break;
-      case 10: a->attachTo(v.s(), anyPoint(v)); break;
-      case 11: a->attachTo(anyPoint(v), v.s()); break;
-      case 12: a->attachTo(DtNetU32(v.u()), anyPoint(v)); break;
-      case 13: a->attachTo(anyPoint(v), DtNetU32(v.u())); break;
-      default: a->setAttachmentType(static_cast<DtVdcAttachablePdu::DtVcObjectAttachment>(v.i()));
+      case 0:
+        a->attachTo(percent);
+        break;
+      case 1:
+        a->attachTo(percent, percent);
+        break;
+      case 2:
+        a->attachTo(anyPoint(v));
+        break;
+      case 3:
+        a->attachTo(DtNetU32(v.u()));
+        break;
+      case 4:
+        a->attachTo(v.s());
+        break;
+      case 5:
+        a->attachTo(DtNetU32(v.u()), DtNetU32(v.u()));
+        break;
+      case 6:
+        a->attachTo(v.s(), v.s());
+        break;
+      case 7:
+        a->attachTo(anyPoint(v), anyPoint(v));
+        break;
+      case 8:
+        a->attachTo(v.s(), DtNetU32(v.u()));
+        break;
+      case 9:
+        a->attachTo(DtNetU32(v.u()), v.s());
+        break;
+      case 10:
+        a->attachTo(v.s(), anyPoint(v));
+        break;
+      case 11:
+        a->attachTo(anyPoint(v), v.s());
+        break;
+      case 12:
+        a->attachTo(DtNetU32(v.u()), anyPoint(v));
+        break;
+      case 13:
+        a->attachTo(anyPoint(v), DtNetU32(v.u()));
+        break;
+      default:
+        a->setAttachmentType(static_cast<DtVdcAttachablePdu::DtVcObjectAttachment>(v.i()));
     }
     a->setRelativeLocation(v.byte(), v.b() ? v.index() : v.i() % 2);
     a->setOffset(v.v());
@@ -538,7 +603,8 @@ bool copyAs(const DtVistrelControlPdu& pdu, Values& v) {
   const std::string text = p.string();
   for (const Pdu* c : {&copy, &assigned}) {
     if (c->length() != p.length() || c->packet() == p.packet() ||
-        std::memcmp(c->packet(), p.packet(), static_cast<size_t>(p.length())) != 0 || text != c->string())
+        std::memcmp(c->packet(), p.packet(), static_cast<size_t>(p.length())) != 0 ||
+        text != c->string())
       std::abort();
     readAll(*c, v, false);
   }
@@ -556,10 +622,9 @@ inline bool copyAndAssign(const DtVistrelControlPdu& pdu, Values& v) {
                  DtModelessVCPdu, DtOptionsPdu, DtPivotVCPdu, DtMoveVCPdu, DtRequestStateVCPdu,
                  DtVdcCommandPdu, DtVdcCommandPduV0, DtVdcLinePdu, DtVdcLinePduV0,
                  DtVdcSegmentedLinePduV0, DtVdcPolyObjectPdu, DtVdcPolyObjectPduV0,
-                 DtVdcTrianglePdu, DtVdcTrianglePduV0, DtVdcAreaPdu, DtVdcAreaPduV0,
-                 DtVdcTextPdu, DtVdcTextPduV0, DtVdcAttributePdu, DtVdcAttributePduV0,
-                 DtVdcAttributeUpdatePdu, DtVdcAttributeUpdatePduV0, DtVdcLayerPdu,
-                 DtVdcLayerPduV0>(pdu, v);
+                 DtVdcTrianglePdu, DtVdcTrianglePduV0, DtVdcAreaPdu, DtVdcAreaPduV0, DtVdcTextPdu,
+                 DtVdcTextPduV0, DtVdcAttributePdu, DtVdcAttributePduV0, DtVdcAttributeUpdatePdu,
+                 DtVdcAttributeUpdatePduV0, DtVdcLayerPdu, DtVdcLayerPduV0>(pdu, v);
 }
 
 }  // namespace pduvisit

@@ -4,12 +4,12 @@
 // few command lines. Fuzzing starts from these and mutates them.
 //
 //   fuzz_seeds DIR
+#include <sys/stat.h>
 #include <cstdio>
 #include <fstream>
 #include <memory>
 #include <sstream>
 #include <string>
-#include <sys/stat.h>
 #include <vector>
 
 #include "dtOutput.h"
@@ -30,7 +30,8 @@ class Corpus {
   void add(const void* p, size_t n) {
     char name[32];
     std::snprintf(name, sizeof name, "/seed-%04d", count_++);
-    std::ofstream(dir_ + name, std::ios::binary).write(static_cast<const char*>(p), static_cast<std::streamsize>(n));
+    std::ofstream(dir_ + name, std::ios::binary)
+        .write(static_cast<const char*>(p), static_cast<std::streamsize>(n));
   }
   void add(const Bytes& b) { add(b.data(), b.size()); }
   void add(const std::string& s) { add(s.data(), s.size()); }
@@ -90,8 +91,9 @@ std::vector<std::unique_ptr<DtVistrelControlPdu>> filledIn() {
   options->setVideoCaptureCommand(DtOptionsPdu::DtVideoCaptureRecord);
   pdus.emplace_back(options);
   for (bool current : {true, false}) {
-    DtVistrelControlPdu* made = current ? DtNewDrawControlPdu(static_cast<DtViewerCommand>(DtVdc3DSegmentedLine))
-                                        : DtNewDrawControlPduV0(static_cast<DtViewerCommand>(DtVdc3DSegmentedLine));
+    DtVistrelControlPdu* made =
+        current ? DtNewDrawControlPdu(static_cast<DtViewerCommand>(DtVdc3DSegmentedLine))
+                : DtNewDrawControlPduV0(static_cast<DtViewerCommand>(DtVdc3DSegmentedLine));
     auto* line = dynamic_cast<DtVdcLinePdu*>(made);
     line->setNumSegments(5);
     for (unsigned s = 0; s < 5; ++s) line->setPercentage(s, static_cast<unsigned char>(20 * s));
@@ -151,24 +153,27 @@ std::vector<Bytes> controllerAndDrawerOutput() {
   {
     DtVistrelRemoteDrawer d(&rec, "drawer-1");
     d.add(new DtVdcDrawLayerObject(1, "layer"));
-    d.add(new DtVdcText2DObject(2, "label", DtVdcVector2D(0.5, 0.5), DtVdcColor(255, 0, 0, 255), false));
-    d.add(new DtVdcLine2DObject(3, DtVdcVector2D(0, 0), DtVdcVector2D(1, 1), 3, DtVdcColor(), DtVdcSegmentLightning,
-                                DtVdcSegmentArrowDouble, 2, 0xFFFF, true));
-    d.add(new DtVdcLine3DObject(4, DtVdc3DAttachPoint(DtString("1:2:3")), DtVdc3DAttachPoint(DtVector64(1, 2, 3)), 2,
-                                DtVector64(0, 0, 10), DtVdcColor(), DtVdcSegmentStraight, DtVdcSegmentArrowEnd, 1,
+    d.add(new DtVdcText2DObject(2, "label", DtVdcVector2D(0.5, 0.5), DtVdcColor(255, 0, 0, 255),
+                                false));
+    d.add(new DtVdcLine2DObject(3, DtVdcVector2D(0, 0), DtVdcVector2D(1, 1), 3, DtVdcColor(),
+                                DtVdcSegmentLightning, DtVdcSegmentArrowDouble, 2, 0xFFFF, true));
+    d.add(new DtVdcLine3DObject(4, DtVdc3DAttachPoint(DtString("1:2:3")),
+                                DtVdc3DAttachPoint(DtVector64(1, 2, 3)), 2, DtVector64(0, 0, 10),
+                                DtVdcColor(), DtVdcSegmentStraight, DtVdcSegmentArrowEnd, 1,
                                 0xFFFFFFFF, false, true, true));
-    d.add(new DtVdcTriangle3DObject(5, DtVector64(0, 0, 0), DtVector64(1, 0, 0), DtVector64(0, 1, 0), DtVdcColor(),
-                                    false));
-    d.add(new DtVdcArea3DObject(6, {DtVector64(0, 0, 0), DtVector64(1, 0, 0), DtVector64(1, 1, 0)}, DtVdcColor(),
-                                "textures", "grass.png", 4, false));
-    d.add(new DtVdcCylinderObject(7, DtVdc3DAttachPoint(DtVector64(0, 0, 0)), DtVdc3DAttachPoint(7u, 0.5),
-                                  DtVdcVector2D(2, 3), DtVector64(), DtVdcColor(), false));
+    d.add(new DtVdcTriangle3DObject(5, DtVector64(0, 0, 0), DtVector64(1, 0, 0),
+                                    DtVector64(0, 1, 0), DtVdcColor(), false));
+    d.add(new DtVdcArea3DObject(6, {DtVector64(0, 0, 0), DtVector64(1, 0, 0), DtVector64(1, 1, 0)},
+                                DtVdcColor(), "textures", "grass.png", 4, false));
+    d.add(new DtVdcCylinderObject(7, DtVdc3DAttachPoint(DtVector64(0, 0, 0)),
+                                  DtVdc3DAttachPoint(7u, 0.5), DtVdcVector2D(2, 3), DtVector64(),
+                                  DtVdcColor(), false));
     auto* panel = new DtVdcAttributeGroupTemplateObject(8, "panel");
     panel->createAttributeTemplate(9, "speed", 0, 300);
     panel->createAttributeTemplate(10, "name", DtVdcAttributeTemplateObject::DtVdcBmpAttribute);
     d.add(panel);
-    auto* values = new DtVdcAttributeGroupObject(11, panel, DtVdc3DAttachPoint(DtString("1:2:3")), DtVector64(),
-                                                 DtVdcColor(), false);
+    auto* values = new DtVdcAttributeGroupObject(11, panel, DtVdc3DAttachPoint(DtString("1:2:3")),
+                                                 DtVector64(), DtVdcColor(), false);
     values->setValueBarAttributeValue(9, 120);
     values->setBmpAttributeValue(10, "icon.bmp");
     d.add(values);
@@ -355,9 +360,15 @@ int main(int argc, char** argv) {
   // Command lines, words separated by NUL.
   Corpus cmd(root, "fuzz_cmdline");
   using namespace std::string_literals;
-  for (const std::string& line : {"--text\0hello\0-c\0" "42\0run\0word\0" "7"s,
-                                  "-fr\0-1.5\0--vec=1,2,3\0list\0" "1,2\0" "3,4"s,
-                                  "--no-flag\0--some\0-0.5,0.5\0nested\0leaf\0" "3.25"s, "--word=bb\0--help"s})
+  for (const std::string& line : {"--text\0hello\0-c\0"
+                                  "42\0run\0word\0"
+                                  "7"s,
+                                  "-fr\0-1.5\0--vec=1,2,3\0list\0"
+                                  "1,2\0"
+                                  "3,4"s,
+                                  "--no-flag\0--some\0-0.5,0.5\0nested\0leaf\0"
+                                  "3.25"s,
+                                  "--word=bb\0--help"s})
     cmd.add(line);
   return 0;
 }

@@ -114,14 +114,11 @@ class DT_EXPORT DtVistrelControlPdu : public DtPdu {
                                      DtPduFactory* factory = nullptr);
   /// createFromNet (or create, when `current` is false) for `size` received bytes of
   /// which the header's length may claim more: what is missing reads as zero.
-  static DtVistrelControlPdu* createFromBytes(const void* bytes, size_t size,
-                                              bool current = true);
+  static DtVistrelControlPdu* createFromBytes(const void* bytes, size_t size, bool current = true);
   static DtVistrelControlPdu* createViewControl(DtNetViewControlPdu* bytes,
-                                                DtBufferPlaceHolder* holder,
-                                                DtPduFactory* factory);
+                                                DtBufferPlaceHolder* holder, DtPduFactory* factory);
   static DtVistrelControlPdu* createDrawControl(DtNetViewControlPdu* bytes,
-                                                DtBufferPlaceHolder* holder,
-                                                DtPduFactory* factory);
+                                                DtBufferPlaceHolder* holder, DtPduFactory* factory);
   static DtVistrelControlPdu* createDrawControlCurrent(DtNetViewControlPdu* bytes,
                                                        DtBufferPlaceHolder* holder,
                                                        DtPduFactory* factory);

@@ -55,8 +55,8 @@ class DT_EXPORT DtVistrelRemoteController {
   DtVistrelRemoteController(const char* execName, const char* federateName, DtFomMapper* mapper,
                             const char* fedFileName, const DtString& target = SEND_TO_ALL);
   DtVistrelRemoteController(const char* execName, const char* federateName,
-                            const char* fomMapperName, const char* fedFileName,
-                            void* fomMapperData, const DtString& target = SEND_TO_ALL);
+                            const char* fomMapperName, const char* fedFileName, void* fomMapperData,
+                            const DtString& target = SEND_TO_ALL);
   virtual ~DtVistrelRemoteController();
   DtVistrelRemoteController(const DtVistrelRemoteController&) = delete;
   DtVistrelRemoteController& operator=(const DtVistrelRemoteController&) = delete;

@@ -7,7 +7,7 @@ packages=(
   build-essential cmake ninja-build pkg-config
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   libpugixml-dev libasio-dev
-  clang libclang-rt-dev
+  clang libclang-rt-dev clang-format
   valgrind
 )
 

@@ -14,9 +14,7 @@ namespace {
 
 class Recorder : public DtCustomRemoteControlSender {
  public:
-  void send(const char* pdu, int length) override {
-    sent.emplace_back(pdu, pdu + length);
-  }
+  void send(const char* pdu, int length) override { sent.emplace_back(pdu, pdu + length); }
   const std::vector<char>& last() const { return sent.back(); }
   const char* bytes(size_t i = 0) const { return sent.at(i).data(); }
   std::vector<std::vector<char>> sent;
@@ -115,7 +113,8 @@ TEST_F(ControllerTest, EntityModesAndTheirOffsets) {
       {"tether", [&] { controller.setTetherMode(&a, &offset, &turn); }, 308, 1, 0xFFEFFE07u},
       {"track", [&] { controller.setTrackMode(&t, &offset); }, 312, 6, 0xFFEFFFF8u},
       {"mimic-track", [&] { controller.setMimicTrackMode(&a, &t, &offset); }, 424, 8, 0xFFCFFFF8u},
-      {"tether-track", [&] { controller.setTetherTrackMode(&a, &t, &offset); }, 424, 7, 0xFFCF1FFFu},
+      {"tether-track", [&] { controller.setTetherTrackMode(&a, &t, &offset); }, 424, 7,
+       0xFFCF1FFFu},
   };
   for (const Case& c : cases) {
     recorder.sent.clear();

@@ -56,7 +56,8 @@ TEST_F(ControllerE2E, StateRequestIsAnsweredToTheRightCallbacks) {
   controller.setControllerId("ctl-A");
   Reports forViewer, forAll, forOther;
   controller.addViewModeChangeCallback(&Reports::take, &forViewer, "v-7");
-  controller.addViewModeChangeCallback(&Reports::take, &forAll, DtVistrelRemoteController::SEND_TO_ALL);
+  controller.addViewModeChangeCallback(&Reports::take, &forAll,
+                                       DtVistrelRemoteController::SEND_TO_ALL);
   controller.addViewModeChangeCallback(&Reports::take, &forOther, "v-8");
   controller.requestCurrentViewMode("v-7");
   std::string line;
@@ -73,8 +74,8 @@ TEST_F(ControllerE2E, StateRequestIsAnsweredToTheRightCallbacks) {
 
 TEST_F(ControllerE2E, EchoesOfOwnCommandsAreFilteredByDefault) {
   auto viewer = startViewer("v-7", true);
-  DtVistrelRemoteController controller(url.c_str(), "controller-process", "", VC_FDD_FILE,
-                                       nullptr, DtString("v-7"));
+  DtVistrelRemoteController controller(url.c_str(), "controller-process", "", VC_FDD_FILE, nullptr,
+                                       DtString("v-7"));
   controller.setControllerId("ctl-B");
   Reports all;
   controller.addViewModeChangeCallback(&Reports::take, &all, "0:0:0");

@@ -25,9 +25,9 @@
 
 using namespace rti1516;
 using namespace rtitest;
-using vctest::ChildProcess;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
+using vctest::ChildProcess;
 using Clock = std::chrono::steady_clock;
 
 namespace {
@@ -120,12 +120,15 @@ long residentKiB(pid_t pid) {
 Bytes numbered(std::uint32_t seq, std::size_t size) {
   Bytes b(size);
   for (std::size_t k = 0; k < size; ++k)
-    b[k] = k < 4 ? static_cast<unsigned char>(seq >> (24 - 8 * k)) : static_cast<unsigned char>(seq * 31 + k);
+    b[k] = k < 4 ? static_cast<unsigned char>(seq >> (24 - 8 * k))
+                 : static_cast<unsigned char>(seq * 31 + k);
   return b;
 }
 
 std::uint32_t seqOf(const Bytes& b) {
-  return b.size() < 4 ? ~0u : std::uint32_t(b[0]) << 24 | std::uint32_t(b[1]) << 16 | std::uint32_t(b[2]) << 8 | b[3];
+  return b.size() < 4 ? ~0u
+                      : std::uint32_t(b[0]) << 24 | std::uint32_t(b[1]) << 16 |
+                            std::uint32_t(b[2]) << 8 | b[3];
 }
 
 // ------------------------------------------------------------------ fixture
@@ -225,11 +228,13 @@ TEST_F(StarvedHub, OutOfDescriptorsItServesItsClientsSaysSoOnceAndRecovers) {
   std::this_thread::sleep_for(milliseconds(300));
   const std::string log = hub_->transcript();
   std::size_t failures = 0;
-  for (auto at = log.find("accept: "); at != std::string::npos; at = log.find("accept: ", at + 1)) ++failures;
+  for (auto at = log.find("accept: "); at != std::string::npos; at = log.find("accept: ", at + 1))
+    ++failures;
   EXPECT_EQ(failures, 1u) << log.substr(0, 2000);
 
   for (const int fd : flood) ::close(fd);
-  EXPECT_TRUE(hub_->waitForLine("accepting connections again", line, seconds(5))) << hub_->transcript();
+  EXPECT_TRUE(hub_->waitForLine("accepting connections again", line, seconds(5)))
+      << hub_->transcript();
   expectFederationWorks("after the flood");
 }
 
@@ -248,7 +253,8 @@ TEST_F(Faults, FederateKilledHalfwayThroughAFrameIsResignedAndNothingOfItArrives
   Bytes interaction = whole.done();
   interaction.insert(interaction.end(), value.begin(), value.end());
   const std::uint32_t body = static_cast<std::uint32_t>(interaction.size() - 4);
-  for (int i = 0; i < 4; ++i) interaction[static_cast<size_t>(i)] = static_cast<unsigned char>(body >> (8 * i));
+  for (int i = 0; i < 4; ++i)
+    interaction[static_cast<size_t>(i)] = static_cast<unsigned char>(body >> (8 * i));
   const Bytes half(interaction.begin(), interaction.begin() + 1500);
 
   int ready[2];
@@ -277,7 +283,8 @@ TEST_F(Faults, FederateKilledHalfwayThroughAFrameIsResignedAndNothingOfItArrives
   ASSERT_TRUE(WIFSIGNALED(status));
 
   std::string line;
-  EXPECT_TRUE(hub_->waitForLine("resigned from '" + name_ + "'", line, seconds(5))) << hub_->transcript();
+  EXPECT_TRUE(hub_->waitForLine("resigned from '" + name_ + "'", line, seconds(5)))
+      << hub_->transcript();
   EXPECT_TRUE(hub_->running());
   listener.rti->evokeMultipleCallbacks(0.2, 0.5);
   EXPECT_TRUE(listener.rec->got.empty()) << "part of a frame was delivered";
@@ -336,11 +343,13 @@ TEST_F(Faults, FrameOverTheCapFromTheHubSideIsALossNotAnAllocation) {
   OutputCapture warn(DtWarn);
   const std::string url = vctest::hubUrl(fakePort, "Fake");
   const auto t0 = Clock::now();
-  DtExerciseConn conn(url.c_str(), "victim", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE, &status);
+  DtExerciseConn conn(url.c_str(), "victim", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE,
+                      &status);
   EXPECT_LT(Clock::now() - t0, seconds(5));
   EXPECT_FALSE(status.ok);
   EXPECT_FALSE(conn.connected());
-  EXPECT_NE(std::string(conn.errorText().c_str()).find("corrupt frame"), std::string::npos) << conn.errorText();
+  EXPECT_NE(std::string(conn.errorText().c_str()).find("corrupt frame"), std::string::npos)
+      << conn.errorText();
   EXPECT_NE(warn.text().find(url), std::string::npos) << warn.text();
   fake.join();
   ::close(listener);
@@ -366,7 +375,8 @@ TEST_F(Faults, FederationsTheHubHoldsAreBoundedTogether) {
   }
   EXPECT_GT(created, 100);
   EXPECT_LT(created, 1000);
-  EXPECT_NE(refusal.find("holds as many federation executions as it can"), std::string::npos) << refusal;
+  EXPECT_NE(refusal.find("holds as many federation executions as it can"), std::string::npos)
+      << refusal;
   // Destroying one makes room again; the federations already there still work.
   rti->destroyFederationExecution(urlOf(0));
   EXPECT_NO_THROW(rti->createFederationExecution(urlOf(created), wide(VC_FDD_FILE)));
@@ -419,20 +429,23 @@ TEST_F(Churn, FederatesComingAndGoingDoNotCostAConnectedSubscriberAnything) {
       old.rti->resignFederationExecution(NO_ACTION);
       visitors.pop_front();
     }
-    if (i % 4000 == 1000) passing.push_back(peer({"count", "0"}));  // a process that joins and leaves
+    if (i % 4000 == 1000)
+      passing.push_back(peer({"count", "0"}));  // a process that joins and leaves
     if (i % 100 == 0) {
       steady.rti->evokeMultipleCallbacks(0.0, 0.01);
       for (Visitor& v : visitors) v.rti->evokeMultipleCallbacks(0.0, 0.001);
     }
   }
   sender.rti->evokeCallback(0.0);  // flushes what is batched
-  ASSERT_TRUE(pumpUntil(*steady.rti, *steady.rec, n, seconds(60))) << steady.rec->got.size() << " of " << n;
+  ASSERT_TRUE(pumpUntil(*steady.rti, *steady.rec, n, seconds(60)))
+      << steady.rec->got.size() << " of " << n;
   for (std::uint32_t i = 0; i < n; ++i) ASSERT_EQ(seqOf(steady.payload(i)), i);
   for (Visitor& v : visitors) {
     v.rti->evokeMultipleCallbacks(0.2, 1.0);
     checkRun(*v.rec, "a visitor still there");
     ASSERT_FALSE(v.rec->got.empty());
-    EXPECT_EQ(seqOf(v.rec->got.back().params.begin()->second), n - 1) << "a visitor still there missed the end";
+    EXPECT_EQ(seqOf(v.rec->got.back().params.begin()->second), n - 1)
+        << "a visitor still there missed the end";
   }
   std::string line;
   for (auto* counter : {counterA.get(), counterB.get()}) {
@@ -467,7 +480,8 @@ TEST_F(StoppedSubscriber, HubMemoryStaysBoundedAndTheOthersGoOn) {
   std::atomic<bool> done{false};
   std::thread reader([&] {
     const auto deadline = Clock::now() + seconds(90);
-    while (healthy.rec->got.size() < n && Clock::now() < deadline) healthy.rti->evokeMultipleCallbacks(0.001, 0.05);
+    while (healthy.rec->got.size() < n && Clock::now() < deadline)
+      healthy.rti->evokeMultipleCallbacks(0.001, 0.05);
     done = true;
   });
   std::atomic<long> peak{0};
@@ -490,7 +504,8 @@ TEST_F(StoppedSubscriber, HubMemoryStaysBoundedAndTheOthersGoOn) {
   EXPECT_TRUE(hub_->waitForLine("not reading", line, seconds(5))) << hub_->transcript();
   // The stopped client cost the others its stall timeout, not the whole transfer.
   EXPECT_LT(took, seconds(60));
-  EXPECT_LT(peak - baseline, 24 * kQueueLimit / 1024) << "KiB the hub grew by for one stopped client";
+  EXPECT_LT(peak - baseline, 24 * kQueueLimit / 1024)
+      << "KiB the hub grew by for one stopped client";
 
   // Woken up, the stopped federate finds itself disconnected.
   ::kill(stuck->pid(), SIGCONT);
@@ -533,8 +548,10 @@ TEST_F(Faults, HubRestartedUnderRunningConnectionsIsReportedAndANewConnectionWor
   EXPECT_FALSE(rx.connected());
   const std::string hubAddress = "127.0.0.1:" + std::to_string(port_);
   EXPECT_NE(std::string(rx.errorText().c_str()).find("lost"), std::string::npos) << rx.errorText();
-  EXPECT_NE(std::string(rx.errorText().c_str()).find(hubAddress), std::string::npos) << rx.errorText();
-  EXPECT_NE(warn.text().find("connection to federation \"" + url + "\" lost"), std::string::npos) << warn.text();
+  EXPECT_NE(std::string(rx.errorText().c_str()).find(hubAddress), std::string::npos)
+      << rx.errorText();
+  EXPECT_NE(warn.text().find("connection to federation \"" + url + "\" lost"), std::string::npos)
+      << warn.text();
 
   // The sender learns it on its next sends, and says which federation it lost.
   DtOrbitVCPdu orbit;

@@ -163,7 +163,8 @@ TEST(ObjectModel, WithoutViewControlRegistrationWarnsAndNothingIsSent) {
   </interactions>
 </objectModel>
 )";
-  DtExerciseConn conn("thread://NoViewControl", "a", static_cast<DtFomMapper*>(nullptr), fdd.c_str());
+  DtExerciseConn conn("thread://NoViewControl", "a", static_cast<DtFomMapper*>(nullptr),
+                      fdd.c_str());
   ASSERT_TRUE(conn.connected()) << conn.errorText();
   OutputCapture warn(DtWarn);
   DtVistrelControlRegister(&conn);

@@ -36,15 +36,18 @@ enum class Entry { SizedCurrent, SizedByVersion, DecoderCopyFromNet, DecoderCopy
 
 PduPtr take(const Bytes& b, Entry entry) {
   switch (entry) {
-    case Entry::SizedCurrent: return PduPtr(DtVistrelControlPdu::createFromBytes(b.data(), b.size(), true));
-    case Entry::SizedByVersion: return PduPtr(DtVistrelControlPdu::createFromBytes(b.data(), b.size(), false));
+    case Entry::SizedCurrent:
+      return PduPtr(DtVistrelControlPdu::createFromBytes(b.data(), b.size(), true));
+    case Entry::SizedByVersion:
+      return PduPtr(DtVistrelControlPdu::createFromBytes(b.data(), b.size(), false));
     case Entry::DecoderCopyFromNet:
     case Entry::DecoderCopyCreate: {
       // An exact-size heap copy, so that reading past the value is caught.
       std::unique_ptr<unsigned char[]> exact(new unsigned char[b.size() ? b.size() : 1]);
       if (!b.empty()) std::memcpy(exact.get(), b.data(), b.size());
       rti1516::VariableLengthData value(exact.get(), static_cast<unsigned long>(b.size()));
-      auto* header = reinterpret_cast<const DtNetPduHeader*>(DtInteractionDecoder::pduBuffer(value));
+      auto* header =
+          reinterpret_cast<const DtNetPduHeader*>(DtInteractionDecoder::pduBuffer(value));
       return PduPtr(entry == Entry::DecoderCopyFromNet ? DtVistrelControlPdu::createFromNet(header)
                                                        : DtVistrelControlPdu::create(header));
     }
@@ -117,10 +120,12 @@ TEST_P(Malformed, BytesEndingInsideTheHeaderStillHonourItsLength) {
 }
 
 TEST_P(Malformed, HeaderLengthLargerThanTheBytesGiven) {
-  for (uint32_t command : {0u, 5u, 9u, 10u, 11u, 2520u, 2550u, 2553u, 2560u, 2570u, 2580u, 2590u, 777u}) {
+  for (uint32_t command :
+       {0u, 5u, 9u, 10u, 11u, 2520u, 2550u, 2553u, 2560u, 2570u, 2580u, 2590u, 777u}) {
     for (size_t given : {12u, 150u, 160u, 200u}) {
       Bytes b = wire::controlPdu(command, 65535, given);
-      wire::putText(b, 12, std::string(given - 12, 'x'));  // ids without terminators, as far as given
+      wire::putText(b, 12,
+                    std::string(given - 12, 'x'));  // ids without terminators, as far as given
       if (given >= 148) wire::put16(b, 146, command);
       PduPtr pdu = in(b);
       ASSERT_NE(pdu, nullptr) << command << "/" << given;
@@ -151,7 +156,8 @@ TEST_P(Malformed, EntityCountsFarPastTheEndListOnlyWhatIsThere) {
     uint32_t command;
     size_t length, removeAt, addAt;
   };
-  for (Lists l : {Lists{DtVcGroup, 188 + 2 * 64, 180, 184}, Lists{DtVcModeless, 292 + 2 * 64, 284, 288}}) {
+  for (Lists l :
+       {Lists{DtVcGroup, 188 + 2 * 64, 180, 184}, Lists{DtVcModeless, 292 + 2 * 64, 284, 288}}) {
     for (int32_t remove : {0, 1, 2, 3, 1000000, INT_MAX, -1, -2, INT_MIN}) {
       for (int32_t add : {0, 2, 5000, INT_MAX, -1, INT_MIN}) {
         Bytes b = wire::controlPdu(l.command, l.length);
@@ -221,8 +227,9 @@ TEST_P(Malformed, TextLengthsFarPastTheEndAreCutToTheBytesThere) {
     uint32_t type;
     size_t lengthAt, textAt;
   };
-  for (Counted c : {Counted{DtVdcText, DtVdc2DText, 384, 388}, Counted{DtVdcLayer, DtVdcLayer, 168, 172},
-                    Counted{DtVdcAttributeUpdate, DtVdcAttributeValueSetText, 188, 192}}) {
+  for (Counted c :
+       {Counted{DtVdcText, DtVdc2DText, 384, 388}, Counted{DtVdcLayer, DtVdcLayer, 168, 172},
+        Counted{DtVdcAttributeUpdate, DtVdcAttributeValueSetText, 188, 192}}) {
     for (uint32_t stated : {1u, 64u, 65535u, 65536u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
       Bytes b = wire::controlPdu(c.command, c.textAt + 8);
       wire::put32(b, 152, 0x600DF00D);
@@ -248,7 +255,7 @@ TEST_P(Malformed, SixtyFourByteTextsWithoutATerminator) {
   for (uint32_t command : {DtVcTether, DtVcOrbit, DtVcTrack, DtVcTetherTrack, DtVcMimicTrack}) {
     PduPtr fresh(DtNewViewControlPdu(static_cast<DtViewerCommand>(command)));
     Bytes b = wire::controlPdu(command, static_cast<size_t>(fresh->length()));
-    std::memset(b.data() + 12, 'v', 128);  // viewer and sender ids
+    std::memset(b.data() + 12, 'v', 128);              // viewer and sender ids
     std::memset(b.data() + 156, 'i', b.size() - 156);  // everything after the ignore flags
     PduPtr pdu = in(b);
     ASSERT_NE(pdu, nullptr);
@@ -280,17 +287,21 @@ TEST_P(Malformed, OptionsTextsAndNamesThatFillTheirFields) {
 
 std::string entryName(const ::testing::TestParamInfo<Entry>& info) {
   switch (info.param) {
-    case Entry::SizedCurrent: return "SizedCurrent";
-    case Entry::SizedByVersion: return "SizedByVersion";
-    case Entry::DecoderCopyFromNet: return "DecoderCopyFromNet";
-    case Entry::DecoderCopyCreate: return "DecoderCopyCreate";
+    case Entry::SizedCurrent:
+      return "SizedCurrent";
+    case Entry::SizedByVersion:
+      return "SizedByVersion";
+    case Entry::DecoderCopyFromNet:
+      return "DecoderCopyFromNet";
+    case Entry::DecoderCopyCreate:
+      return "DecoderCopyCreate";
   }
   return "Unknown";
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryEntry, Malformed,
-                         ::testing::Values(Entry::SizedCurrent, Entry::SizedByVersion, Entry::DecoderCopyFromNet,
-                                           Entry::DecoderCopyCreate),
+                         ::testing::Values(Entry::SizedCurrent, Entry::SizedByVersion,
+                                           Entry::DecoderCopyFromNet, Entry::DecoderCopyCreate),
                          entryName);
 
 // ------------------------------------------------------------------ text forms
@@ -302,7 +313,8 @@ TEST(MalformedText, OptionsHexEndingInsideTheHeaderHonoursItsLength) {
   EXPECT_EQ(options.length(), 0x01fe);
   EXPECT_TRUE(wire::zero(options.packet(), 12, 0x01fe - 12));
   EXPECT_EQ(std::string(options.string()).size(), 2u * 0x01fe);
-  for (const char* text : {"", "0", "06", "06010b8100000000ffff", "zz zz zz zz zz zz zz zz zz zz zz"}) {
+  for (const char* text :
+       {"", "0", "06", "06010b8100000000ffff", "zz zz zz zz zz zz zz zz zz zz zz"}) {
     DtOptionsPdu again;
     again.setFromString(text);
     EXPECT_LE(again.length(), DtBaseMsg::kMaxLength) << text;
@@ -324,8 +336,10 @@ class RawSends : public ::testing::TestWithParam<const char*> {
       url = vctest::hubUrl(port_, "Malformed");
     }
     url_ = url;
-    sender_ = std::make_unique<DtExerciseConn>(url.c_str(), "raw", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
-    receiver_ = std::make_unique<DtExerciseConn>(url.c_str(), "rx", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+    sender_ = std::make_unique<DtExerciseConn>(url.c_str(), "raw",
+                                               static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+    receiver_ = std::make_unique<DtExerciseConn>(url.c_str(), "rx",
+                                                 static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
     ASSERT_TRUE(sender_->connected()) << sender_->errorText();
     ASSERT_TRUE(receiver_->connected()) << receiver_->errorText();
     DtVistrelControlRegister(receiver_.get());
@@ -336,7 +350,8 @@ class RawSends : public ::testing::TestWithParam<const char*> {
     sender_->rtiAmb()->publishInteractionClass(desc_->handle());
   }
   void TearDown() override {
-    if (receiver_) DtVistrelControlInteraction::removeCallback(receiver_.get(), &RawSends::take, this);
+    if (receiver_)
+      DtVistrelControlInteraction::removeCallback(receiver_.get(), &RawSends::take, this);
     receiver_.reset();
     sender_.reset();
   }
@@ -346,19 +361,22 @@ class RawSends : public ::testing::TestWithParam<const char*> {
   }
   void sendValue(const Bytes& value) {
     rti1516::ParameterHandleValueMap values;
-    values[param_] = rti1516::VariableLengthData(value.data(), static_cast<unsigned long>(value.size()));
+    values[param_] =
+        rti1516::VariableLengthData(value.data(), static_cast<unsigned long>(value.size()));
     send(values);
   }
   bool receive(size_t count) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (received_.size() < count && std::chrono::steady_clock::now() < deadline) receiver_->drainInput(0.02);
+    while (received_.size() < count && std::chrono::steady_clock::now() < deadline)
+      receiver_->drainInput(0.02);
     return received_.size() >= count;
   }
 
   static void take(DtVistrelControlInteraction* inter, void* usr) {
     auto* self = static_cast<RawSends*>(usr);
     const DtVistrelControlPdu* pdu = inter->vcPdu();
-    self->received_.push_back(pdu ? std::make_shared<Bytes>(pdu->packet(), pdu->packet() + pdu->length()) : nullptr);
+    self->received_.push_back(
+        pdu ? std::make_shared<Bytes>(pdu->packet(), pdu->packet() + pdu->length()) : nullptr);
     if (pdu) {
       OutputCapture quiet(DtDumpOut);
       pdu->print();
@@ -376,10 +394,10 @@ class RawSends : public ::testing::TestWithParam<const char*> {
 };
 
 TEST_P(RawSends, EmptyAndMissingParametersArriveEmptyAndNothingIsLost) {
-  sendValue({});                              // a zero-length value
-  send(rti1516::ParameterHandleValueMap());   // no parameter at all
-  sendValue(headerPrefix(9, 312));   // nine bytes: only the length's high byte (256)
-  sendValue(headerPrefix(10, 312));  // the whole length field, and no more
+  sendValue({});                             // a zero-length value
+  send(rti1516::ParameterHandleValueMap());  // no parameter at all
+  sendValue(headerPrefix(9, 312));           // nine bytes: only the length's high byte (256)
+  sendValue(headerPrefix(10, 312));          // the whole length field, and no more
   sendValue(wire::controlPdu(DtVcGroup, 65535, 12));  // claims the largest length there is
   Bytes counts = wire::controlPdu(DtVcGroup, 188);
   wire::put32(counts, 180, 0x7FFFFFFF);
@@ -410,7 +428,8 @@ TEST_P(RawSends, EmptyAndMissingParametersArriveEmptyAndNothingIsLost) {
 TEST_P(RawSends, AParameterOfAnotherClassIsRefusedAtTheSender) {
   rti1516::ParameterHandleValueMap values;
   Bytes value = wire::controlPdu(DtVcOrbit, 312);
-  values[param_] = rti1516::VariableLengthData(value.data(), static_cast<unsigned long>(value.size()));
+  values[param_] =
+      rti1516::VariableLengthData(value.data(), static_cast<unsigned long>(value.size()));
   // A handle that no class of this object model has.
   const rti1516::ParameterHandle bogus = sender_->rtiAmb()->decodeParameterHandle(
       rti1516::VariableLengthData("\0\0\0\0\0\0\x7f\xff", 8));
@@ -426,6 +445,7 @@ std::string federationName(const ::testing::TestParamInfo<const char*>& info) {
   return std::string(info.param) == "hub" ? "Hub" : "Thread";
 }
 
-INSTANTIATE_TEST_SUITE_P(Federations, RawSends, ::testing::Values("thread://Malformed", "hub"), federationName);
+INSTANTIATE_TEST_SUITE_P(Federations, RawSends, ::testing::Values("thread://Malformed", "hub"),
+                         federationName);
 
 }  // namespace

@@ -7,7 +7,9 @@ using namespace rtitest;
 
 namespace {
 
-bool embeddedRti() { return ::access((std::string(VC_BINARY_DIR) + "/bin/rtihub").c_str(), X_OK) == 0; }
+bool embeddedRti() {
+  return ::access((std::string(VC_BINARY_DIR) + "/bin/rtihub").c_str(), X_OK) == 0;
+}
 
 class Fdd : public ::testing::Test {
  protected:
@@ -96,7 +98,8 @@ TEST_F(Fdd, NestingIsBoundedBeforeTheStackIs) {
     rti->createFederationExecution(url_, deep.wpath());
     FAIL() << "accepted";
   } catch (const ErrorReadingFDD& e) {
-    EXPECT_NE(narrow(e.what()).find("nested more than 64 deep"), std::string::npos) << narrow(e.what());
+    EXPECT_NE(narrow(e.what()).find("nested more than 64 deep"), std::string::npos)
+        << narrow(e.what());
   }
 }
 
@@ -107,44 +110,58 @@ struct Malformed {
 };
 
 const Malformed kMalformed[] = {
-  {"empty file", "", "not well-formed"},
-  {"not XML", "this is not an object model", "not well-formed"},
-  {"unclosed element", "<objectModel><interactions><interactionClass name=\"HLAinteractionRoot\">", "line 1"},
-  {"error on a later line", "<objectModel>\n<interactions>\n<interactionClass name=\"HLAinteractionRoot\">\n</interactions>",
-   "line 4"},
-  {"wrong root element", "<html><body/></html>", "<html>"},
-  {"wrong interaction root",
-   "<objectModel><interactions><interactionClass name=\"Root\"/></interactions></objectModel>", "HLAinteractionRoot"},
-  {"two interaction roots",
-   "<objectModel><interactions><interactionClass name=\"HLAinteractionRoot\"/>"
-   "<interactionClass name=\"HLAinteractionRoot\"/></interactions></objectModel>",
-   "more than one root"},
-  {"class without name",
-   "<objectModel><interactions><interactionClass name=\"HLAinteractionRoot\"><interactionClass/>"
-   "</interactionClass></interactions></objectModel>",
-   "without a name"},
-  {"parameter without name",
-   "<objectModel><interactions><interactionClass name=\"HLAinteractionRoot\"><interactionClass name=\"A\">"
-   "<parameter dataType=\"HLAopaqueData\"/></interactionClass></interactionClass></interactions></objectModel>",
-   "without a name"},
-  {"parameter redeclared in subclass",
-   "<objectModel><interactions><interactionClass name=\"HLAinteractionRoot\"><interactionClass name=\"A\">"
-   "<parameter name=\"p\"/><interactionClass name=\"B\"><parameter name=\"p\"/></interactionClass>"
-   "</interactionClass></interactionClass></interactions></objectModel>",
-   "declared twice"},
-  {"sibling classes of one name",
-   "<objectModel><interactions><interactionClass name=\"HLAinteractionRoot\"><interactionClass name=\"A\"/>"
-   "<interactionClass name=\"A\"/></interactionClass></interactions></objectModel>",
-   "declared twice"},
-  {"dot in class name",
-   "<objectModel><interactions><interactionClass name=\"HLAinteractionRoot\"><interactionClass name=\"A.B\"/>"
-   "</interactionClass></interactions></objectModel>",
-   "'.'"},
-  {"wrong object root",
-   "<objectModel><objects><objectClass name=\"Thing\"/></objects></objectModel>", "HLAobjectRoot"},
+    {"empty file", "", "not well-formed"},
+    {"not XML", "this is not an object model", "not well-formed"},
+    {"unclosed element",
+     "<objectModel><interactions><interactionClass name=\"HLAinteractionRoot\">", "line 1"},
+    {"error on a later line",
+     "<objectModel>\n<interactions>\n<interactionClass "
+     "name=\"HLAinteractionRoot\">\n</interactions>",
+     "line 4"},
+    {"wrong root element", "<html><body/></html>", "<html>"},
+    {"wrong interaction root",
+     "<objectModel><interactions><interactionClass name=\"Root\"/></interactions></objectModel>",
+     "HLAinteractionRoot"},
+    {"two interaction roots",
+     "<objectModel><interactions><interactionClass name=\"HLAinteractionRoot\"/>"
+     "<interactionClass name=\"HLAinteractionRoot\"/></interactions></objectModel>",
+     "more than one root"},
+    {"class without name",
+     "<objectModel><interactions><interactionClass name=\"HLAinteractionRoot\"><interactionClass/>"
+     "</interactionClass></interactions></objectModel>",
+     "without a name"},
+    {"parameter without name",
+     "<objectModel><interactions><interactionClass name=\"HLAinteractionRoot\"><interactionClass "
+     "name=\"A\">"
+     "<parameter "
+     "dataType=\"HLAopaqueData\"/></interactionClass></interactionClass></interactions></"
+     "objectModel>",
+     "without a name"},
+    {"parameter redeclared in subclass",
+     "<objectModel><interactions><interactionClass name=\"HLAinteractionRoot\"><interactionClass "
+     "name=\"A\">"
+     "<parameter name=\"p\"/><interactionClass name=\"B\"><parameter "
+     "name=\"p\"/></interactionClass>"
+     "</interactionClass></interactionClass></interactions></objectModel>",
+     "declared twice"},
+    {"sibling classes of one name",
+     "<objectModel><interactions><interactionClass name=\"HLAinteractionRoot\"><interactionClass "
+     "name=\"A\"/>"
+     "<interactionClass name=\"A\"/></interactionClass></interactions></objectModel>",
+     "declared twice"},
+    {"dot in class name",
+     "<objectModel><interactions><interactionClass name=\"HLAinteractionRoot\"><interactionClass "
+     "name=\"A.B\"/>"
+     "</interactionClass></interactions></objectModel>",
+     "'.'"},
+    {"wrong object root",
+     "<objectModel><objects><objectClass name=\"Thing\"/></objects></objectModel>",
+     "HLAobjectRoot"},
 };
 
-void PrintTo(const Malformed& m, std::ostream* os) { *os << m.what; }
+void PrintTo(const Malformed& m, std::ostream* os) {
+  *os << m.what;
+}
 
 class FddMalformed : public Fdd, public ::testing::WithParamInterface<Malformed> {};
 

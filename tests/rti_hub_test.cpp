@@ -17,24 +17,29 @@
 
 using namespace rti1516;
 using namespace rtitest;
-using vctest::ChildProcess;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
+using vctest::ChildProcess;
 
 namespace {
 
-bool hubBuilt() { return vctest::hubAvailable(); }
+bool hubBuilt() {
+  return vctest::hubAvailable();
+}
 
 // Numbered payloads as rti_peer writes and checks them.
 Bytes numbered(std::uint32_t seq, std::size_t size) {
   Bytes b(size);
   for (std::size_t k = 0; k < size; ++k)
-    b[k] = k < 4 ? static_cast<unsigned char>(seq >> (24 - 8 * k)) : static_cast<unsigned char>(seq * 31 + k);
+    b[k] = k < 4 ? static_cast<unsigned char>(seq >> (24 - 8 * k))
+                 : static_cast<unsigned char>(seq * 31 + k);
   return b;
 }
 
 std::uint32_t seqOf(const Bytes& b) {
-  return b.size() < 4 ? ~0u : std::uint32_t(b[0]) << 24 | std::uint32_t(b[1]) << 16 | std::uint32_t(b[2]) << 8 | b[3];
+  return b.size() < 4 ? ~0u
+                      : std::uint32_t(b[0]) << 24 | std::uint32_t(b[1]) << 16 |
+                            std::uint32_t(b[2]) << 8 | b[3];
 }
 
 // A raw TCP client, for speaking to the hub outside the protocol.
@@ -238,7 +243,8 @@ TEST_F(Hub, ParentSubscriberReceivesTheSubclassFromAnotherConnection) {
 
 TEST_F(Hub, FederationStateIsSharedBetweenProcesses) {
   auto rti = makeAmbassador();
-  EXPECT_THROW(rti->createFederationExecution(url_, wide(VC_FDD_FILE)), FederationExecutionAlreadyExists);
+  EXPECT_THROW(rti->createFederationExecution(url_, wide(VC_FDD_FILE)),
+               FederationExecutionAlreadyExists);
   {
     auto echo = peer({"echo"});
     EXPECT_THROW(rti->destroyFederationExecution(url_), FederatesCurrentlyJoined);
@@ -270,7 +276,8 @@ TEST_F(Hub, UnreachableHubIsAnInternalErrorNamingTheAddress) {
     rti->createFederationExecution(wide(vctest::hubUrl(port, "X")), wide(VC_FDD_FILE));
     FAIL() << "connected to nothing";
   } catch (const RTIinternalError& e) {
-    EXPECT_NE(narrow(e.what()).find("127.0.0.1:" + std::to_string(port)), std::string::npos) << narrow(e.what());
+    EXPECT_NE(narrow(e.what()).find("127.0.0.1:" + std::to_string(port)), std::string::npos)
+        << narrow(e.what());
   }
 }
 
@@ -304,7 +311,9 @@ struct Garbage {
   Bytes bytes;
 };
 
-void PrintTo(const Garbage& g, std::ostream* os) { *os << g.what; }
+void PrintTo(const Garbage& g, std::ostream* os) {
+  *os << g.what;
+}
 
 class HubGarbage : public Hub, public ::testing::WithParamInterface<Garbage> {
  protected:
@@ -344,21 +353,22 @@ Bytes joinThen(const std::string& federation, const Bytes& after) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-  Frames, HubGarbage,
-  ::testing::Values(
-    Garbage{"text", Bytes{'G', 'E', 'T', ' ', '/', ' ', 'H', 'T', 'T', 'P', '/', '1', '.', '1', '\r', '\n', '\r', '\n'}},
-    Garbage{"over the size cap", Bytes{0x00, 0x00, 0x20, 0x00, 0x07}},
-    Garbage{"zero length", Bytes{0, 0, 0, 0, 7, 7, 7, 7}},
-    Garbage{"unknown type", Bytes{1, 0, 0, 0, 0x55}},
-    Garbage{"truncated fields", Bytes{3, 0, 0, 0, 0x07, 1, 2}},
-    Garbage{"interaction before join", Bytes{17, 0, 0, 0, 7, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
-    Garbage{"reply from a client", Bytes{9, 0, 0, 0, 8, 0, 0, 0, 0, 0, 0, 0, 0}}),
-  [](const ::testing::TestParamInfo<Garbage>& param) {
-    std::string n = param.param.what;
-    for (char& c : n)
-      if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
-    return n;
-  });
+    Frames, HubGarbage,
+    ::testing::Values(Garbage{"text", Bytes{'G', 'E', 'T', ' ', '/', ' ', 'H', 'T', 'T', 'P', '/',
+                                            '1', '.', '1', '\r', '\n', '\r', '\n'}},
+                      Garbage{"over the size cap", Bytes{0x00, 0x00, 0x20, 0x00, 0x07}},
+                      Garbage{"zero length", Bytes{0, 0, 0, 0, 7, 7, 7, 7}},
+                      Garbage{"unknown type", Bytes{1, 0, 0, 0, 0x55}},
+                      Garbage{"truncated fields", Bytes{3, 0, 0, 0, 0x07, 1, 2}},
+                      Garbage{"interaction before join", Bytes{17, 0, 0, 0, 7, 1, 0, 0, 0, 0, 0,
+                                                               0,  0, 0, 0, 0, 0, 0, 0, 0, 0}},
+                      Garbage{"reply from a client", Bytes{9, 0, 0, 0, 8, 0, 0, 0, 0, 0, 0, 0, 0}}),
+    [](const ::testing::TestParamInfo<Garbage>& param) {
+      std::string n = param.param.what;
+      for (char& c : n)
+        if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+      return n;
+    });
 
 TEST_F(Hub, JoinedClientSendingAnUnknownClassIsDroppedAndResigned) {
   Fed& a = join();
@@ -370,7 +380,8 @@ TEST_F(Hub, JoinedClientSendingAnUnknownClassIsDroppedAndResigned) {
   a.send(numbered(5, 10));
   ASSERT_TRUE(pumpUntil(*b.rti, *b.rec, 1));
   feds_.clear();
-  EXPECT_NO_THROW(makeAmbassador()->destroyFederationExecution(url_)) << "the dropped client was not resigned";
+  EXPECT_NO_THROW(makeAmbassador()->destroyFederationExecution(url_))
+      << "the dropped client was not resigned";
 }
 
 class SlowSubscriber : public Hub {
@@ -403,10 +414,10 @@ TEST_F(Hub, StopsCleanlyOnSigtermAndFederatesSeeTheLoss) {
   hub_.reset();
   const auto t0 = std::chrono::steady_clock::now();
   EXPECT_THROW(
-    {
-      for (int i = 0; i < 100; ++i) a.rti->evokeMultipleCallbacks(0.01, 0.05);
-    },
-    RTIinternalError);
+      {
+        for (int i = 0; i < 100; ++i) a.rti->evokeMultipleCallbacks(0.01, 0.05);
+      },
+      RTIinternalError);
   EXPECT_LT(std::chrono::steady_clock::now() - t0, seconds(5));
   feds_.clear();  // resigning from a lost hub must not hang or throw out of a destructor
 }
@@ -417,20 +428,24 @@ TEST(HubCommandLine, HelpNamesTheOptionsAndDefaultPort) {
   std::string all, line;
   while (help.readLine(line, seconds(5))) all += line + "\n";
   EXPECT_EQ(help.wait(seconds(5)), 0);
-  for (const char* word : {"--listen", "15160", "--queue-limit", "--stall-timeout", "SIGTERM", "127.0.0.1"})
+  for (const char* word :
+       {"--listen", "15160", "--queue-limit", "--stall-timeout", "SIGTERM", "127.0.0.1"})
     EXPECT_NE(all.find(word), std::string::npos) << word;
 }
 
 TEST(HubCommandLine, RefusesBadArgumentsAndBusyPorts) {
   if (!hubBuilt()) GTEST_SKIP();
   for (std::vector<std::string> args : {std::vector<std::string>{"--listen", "nohostport"},
-                                        {"--listen", "127.0.0.1:70000"}, {"--bogus"}, {"--queue-limit", "12"}}) {
+                                        {"--listen", "127.0.0.1:70000"},
+                                        {"--bogus"},
+                                        {"--queue-limit", "12"}}) {
     ChildProcess p(vctest::binaryPath("rtihub"), args, true);
     EXPECT_EQ(p.wait(seconds(5)), 2) << args[0];
   }
   std::uint16_t port = 0;
   auto first = vctest::startHub(port);
-  ChildProcess second(vctest::binaryPath("rtihub"), {"--listen", "127.0.0.1:" + std::to_string(port)}, true);
+  ChildProcess second(vctest::binaryPath("rtihub"),
+                      {"--listen", "127.0.0.1:" + std::to_string(port)}, true);
   EXPECT_EQ(second.wait(seconds(5)), 1) << second.transcript();
 }
 

@@ -12,7 +12,9 @@ using namespace rtitest;
 
 namespace {
 
-bool embeddedRti() { return ::access((std::string(VC_BINARY_DIR) + "/bin/rtihub").c_str(), X_OK) == 0; }
+bool embeddedRti() {
+  return ::access((std::string(VC_BINARY_DIR) + "/bin/rtihub").c_str(), X_OK) == 0;
+}
 
 // Two or more federates joined to one thread:// federation made from `fom`.
 class LocalFederation : public ::testing::Test {
@@ -187,7 +189,8 @@ TEST_F(ViewControlFederation, ConcurrentSenderThreadLosesAndReordersNothing) {
   const bool all = pumpUntil(*receiver_->rti, *receiver_->rec, n, std::chrono::seconds(30));
   sender.join();
   ASSERT_TRUE(all) << receiver_->rec->got.size();
-  for (unsigned i = 0; i < n; ++i) ASSERT_EQ(receiver_->rec->got[i].params.at(pdu_), pattern(64, i)) << i;
+  for (unsigned i = 0; i < n; ++i)
+    ASSERT_EQ(receiver_->rec->got[i].params.at(pdu_), pattern(64, i)) << i;
 }
 
 TEST_F(ViewControlFederation, UnsubscribedFederateReceivesNothingMore) {
@@ -322,10 +325,12 @@ TEST_F(HierarchyFederation, SubclassSubscriberDoesNotReceiveTheParentOrASibling)
 TEST_F(HierarchyFederation, SendRejectsParametersTheClassDoesNotHave) {
   ParameterHandleValueMap v;
   v[p3_] = data({3});
-  EXPECT_THROW(a_->rti->sendInteraction(derived_, v, VariableLengthData()), InteractionParameterNotDefined);
+  EXPECT_THROW(a_->rti->sendInteraction(derived_, v, VariableLengthData()),
+               InteractionParameterNotDefined);
   ParameterHandleValueMap bogus;
   bogus[ParameterHandle()] = data({1});
-  EXPECT_THROW(a_->rti->sendInteraction(base_, bogus, VariableLengthData()), InteractionParameterNotDefined);
+  EXPECT_THROW(a_->rti->sendInteraction(base_, bogus, VariableLengthData()),
+               InteractionParameterNotDefined);
 }
 
 // --------------------------------------------------------------------------------- Misuse
@@ -345,7 +350,8 @@ TEST_F(LocalFederation, FederationLifecycleErrors) {
   EXPECT_THROW(rti->joinFederationExecution(L"t", url_, rec), FederationExecutionDoesNotExist);
   EXPECT_THROW(rti->destroyFederationExecution(url_), FederationExecutionDoesNotExist);
   create(wide(VC_FDD_FILE));
-  EXPECT_THROW(rti->createFederationExecution(url_, wide(VC_FDD_FILE)), FederationExecutionAlreadyExists);
+  EXPECT_THROW(rti->createFederationExecution(url_, wide(VC_FDD_FILE)),
+               FederationExecutionAlreadyExists);
   rti->joinFederationExecution(L"t", url_, rec);
   EXPECT_THROW(rti->joinFederationExecution(L"t", url_, rec), FederateAlreadyExecutionMember);
   EXPECT_THROW(makeAmbassador()->destroyFederationExecution(url_), FederatesCurrentlyJoined);
@@ -391,9 +397,10 @@ TEST_F(LocalFederation, ExceptionsCarryTheirReasonThroughTheBaseClass) {
 
 TEST_F(LocalFederation, MalformedFederationNamesAreRefused) {
   auto rti = makeAmbassador();
-  for (const wchar_t* name : {L"thread://", L"tcp://host/Fed", L"rti://127.0.0.1:99999/Fed", L"rti://127.0.0.1:1",
-                              L"rti://:15160/Fed", L"thread://a/b"}) {
-    EXPECT_THROW(rti->createFederationExecution(name, wide(VC_FDD_FILE)), RTIinternalError) << narrow(name);
+  for (const wchar_t* name : {L"thread://", L"tcp://host/Fed", L"rti://127.0.0.1:99999/Fed",
+                              L"rti://127.0.0.1:1", L"rti://:15160/Fed", L"thread://a/b"}) {
+    EXPECT_THROW(rti->createFederationExecution(name, wide(VC_FDD_FILE)), RTIinternalError)
+        << narrow(name);
   }
 }
 

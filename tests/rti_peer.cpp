@@ -12,8 +12,8 @@
 #include <RTI/RTI1516.h>
 
 #include <chrono>
-#include <cstring>
 #include <cstdio>
+#include <cstring>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -25,12 +25,15 @@ using namespace rti1516;
 
 namespace {
 
-std::wstring widen(const char* s) { return std::wstring(s, s + std::char_traits<char>::length(s)); }
+std::wstring widen(const char* s) {
+  return std::wstring(s, s + std::char_traits<char>::length(s));
+}
 
 std::vector<unsigned char> numbered(std::uint32_t seq, std::size_t size) {
   std::vector<unsigned char> b(size);
   for (std::size_t k = 0; k < size; ++k)
-    b[k] = k < 4 ? static_cast<unsigned char>(seq >> (24 - 8 * k)) : static_cast<unsigned char>(seq * 31 + k);
+    b[k] = k < 4 ? static_cast<unsigned char>(seq >> (24 - 8 * k))
+                 : static_cast<unsigned char>(seq * 31 + k);
   return b;
 }
 
@@ -64,15 +67,18 @@ struct Peer : NullFederateAmbassador {
       error = "short payload";
       return;
     }
-    const std::uint32_t seq = std::uint32_t(b[0]) << 24 | std::uint32_t(b[1]) << 16 | std::uint32_t(b[2]) << 8 | b[3];
-    if (seq != expected && error.empty()) error = "expected " + std::to_string(expected) + " got " + std::to_string(seq);
+    const std::uint32_t seq =
+        std::uint32_t(b[0]) << 24 | std::uint32_t(b[1]) << 16 | std::uint32_t(b[2]) << 8 | b[3];
+    if (seq != expected && error.empty())
+      error = "expected " + std::to_string(expected) + " got " + std::to_string(seq);
     const auto want = numbered(seq, v.size());
-    if (std::memcmp(want.data(), b, v.size()) != 0 && error.empty()) error = "damaged payload " + std::to_string(seq);
+    if (std::memcmp(want.data(), b, v.size()) != 0 && error.empty())
+      error = "damaged payload " + std::to_string(seq);
     ++expected;
   }
 };
 
-} // namespace
+}  // namespace
 
 int main(int argc, char** argv) {
   if (argc < 4) {
@@ -100,7 +106,8 @@ int main(int argc, char** argv) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
 
     if (peer.mode == "echo") {
-      while (!stdinClosed() && std::chrono::steady_clock::now() < deadline) rti->evokeMultipleCallbacks(0.02, 0.05);
+      while (!stdinClosed() && std::chrono::steady_clock::now() < deadline)
+        rti->evokeMultipleCallbacks(0.02, 0.05);
     } else if (peer.mode == "send" && argc >= 6) {
       std::string line;
       if (!std::getline(std::cin, line) || line != "go") return 3;
@@ -123,7 +130,8 @@ int main(int argc, char** argv) {
         std::cout << "error " << peer.error << std::endl;
         return 1;
       }
-      std::cout << "received " << peer.expected << (peer.expected == n ? " ok" : " short") << std::endl;
+      std::cout << "received " << peer.expected << (peer.expected == n ? " ok" : " short")
+                << std::endl;
     } else {
       std::cerr << "rti_peer: bad mode\n";
       return 2;

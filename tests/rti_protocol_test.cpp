@@ -20,7 +20,9 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-Bytes take(const ByteBuffer& b) { return Bytes(b.data(), b.data() + b.size()); }
+Bytes take(const ByteBuffer& b) {
+  return Bytes(b.data(), b.data() + b.size());
+}
 
 // Decodes from a fresh allocation of exactly the input's size, kept alive (the decoded
 // views point into it) until the next call.
@@ -33,13 +35,13 @@ DecodeResult decode(const Bytes& b, Message& m) {
 
 // The Interaction layout written out by hand: class 7, tag "ab", two parameters.
 const Bytes kInteraction = {
-  0x20, 0x00, 0x00, 0x00,                                // body length 32
-  0x07,                                                  // Interaction
-  0x07, 0x00, 0x00, 0x00,                                // class
-  0x02, 0x00, 0x00, 0x00, 'a', 'b',                      // tag
-  0x02, 0x00, 0x00, 0x00,                                // two parameters
-  0x03, 0x00, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0xEE,  // handle 3, one byte
-  0x04, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,        // handle 4, empty
+    0x20, 0x00, 0x00, 0x00,                                // body length 32
+    0x07,                                                  // Interaction
+    0x07, 0x00, 0x00, 0x00,                                // class
+    0x02, 0x00, 0x00, 0x00, 'a',  'b',                     // tag
+    0x02, 0x00, 0x00, 0x00,                                // two parameters
+    0x03, 0x00, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0xEE,  // handle 3, one byte
+    0x04, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,        // handle 4, empty
 };
 
 Bytes createFrame() {
@@ -97,7 +99,8 @@ TEST(WireFrames, BackToBackFramesDecodeOneAtATime) {
   const DecodeResult first = decodeFrame(two.data(), two.size(), m);
   ASSERT_EQ(first.status, DecodeStatus::Complete);
   EXPECT_EQ(m.type, MsgType::Interaction);
-  const DecodeResult second = decodeFrame(two.data() + first.frameSize, two.size() - first.frameSize, m);
+  const DecodeResult second =
+      decodeFrame(two.data() + first.frameSize, two.size() - first.frameSize, m);
   ASSERT_EQ(second.status, DecodeStatus::Complete);
   EXPECT_EQ(m.type, MsgType::Create);
   EXPECT_EQ(first.frameSize + second.frameSize, two.size());
@@ -107,7 +110,8 @@ TEST(WireFrames, EveryPrefixOfAFrameAsksForMore) {
   for (const Bytes& frame : {kInteraction, createFrame()}) {
     for (std::size_t n = 0; n < frame.size(); ++n) {
       Message m;
-      EXPECT_EQ(decode(Bytes(frame.begin(), frame.begin() + n), m).status, DecodeStatus::Incomplete) << n;
+      EXPECT_EQ(decode(Bytes(frame.begin(), frame.begin() + n), m).status, DecodeStatus::Incomplete)
+          << n;
     }
   }
 }
@@ -126,17 +130,17 @@ TEST(WireFrames, CorruptFramesAreRejectedWithAReason) {
   trailing[0] += 1;
   trailing.push_back(0);
   const Case cases[] = {
-    {"zero length", {0, 0, 0, 0}},
-    {"length over the cap", {0x01, 0x00, 0x10, 0x00}},
-    {"huge length", {0xFF, 0xFF, 0xFF, 0xFF}},
-    {"unknown type", {1, 0, 0, 0, 0x63}},
-    {"type only", {1, 0, 0, 0, 0x07}},
-    {"tag longer than frame", patched(9, {0xFF, 0xFF, 0x00, 0x00})},
-    {"parameter count beyond frame", patched(15, {0xFF, 0xFF, 0xFF, 0x0F})},
-    {"one parameter too many", patched(15, {0x03})},
-    {"parameter longer than frame", patched(23, {0x09})},
-    {"trailing bytes", trailing},
-    {"reply without fields", {1, 0, 0, 0, 0x08}},
+      {"zero length", {0, 0, 0, 0}},
+      {"length over the cap", {0x01, 0x00, 0x10, 0x00}},
+      {"huge length", {0xFF, 0xFF, 0xFF, 0xFF}},
+      {"unknown type", {1, 0, 0, 0, 0x63}},
+      {"type only", {1, 0, 0, 0, 0x07}},
+      {"tag longer than frame", patched(9, {0xFF, 0xFF, 0x00, 0x00})},
+      {"parameter count beyond frame", patched(15, {0xFF, 0xFF, 0xFF, 0x0F})},
+      {"one parameter too many", patched(15, {0x03})},
+      {"parameter longer than frame", patched(23, {0x09})},
+      {"trailing bytes", trailing},
+      {"reply without fields", {1, 0, 0, 0, 0x08}},
   };
   for (const Case& c : cases) {
     Message m;
@@ -187,7 +191,8 @@ TEST(WireFrames, RandomInputNeverDecodesOutsideItsBytes) {
 
 FddModel sampleModel() {
   FddModel m;
-  auto addClass = [](FddTree& t, const wchar_t* name, std::uint32_t parent, std::vector<const wchar_t*> members) {
+  auto addClass = [](FddTree& t, const wchar_t* name, std::uint32_t parent,
+                     std::vector<const wchar_t*> members) {
     FddClass c;
     c.name = name;
     c.parent = parent;
@@ -286,7 +291,8 @@ TEST(FddBlob, ModelsThatExpandFarBeyondTheirBytesAreRefusedQuickly) {
     wide.interactions.classes[0].declared.push_back(m);
     wide.interactions.members.push_back({L"m" + std::to_wstring(m), 0});
   }
-  for (std::uint32_t c = 1; c <= 100; ++c) wide.interactions.classes.push_back({L"k" + std::to_wstring(c), 0, {}, {}, {}});
+  for (std::uint32_t c = 1; c <= 100; ++c)
+    wide.interactions.classes.push_back({L"k" + std::to_wstring(c), 0, {}, {}, {}});
   wide.objects.classes.push_back({L"HLAobjectRoot", kNoClass, {}, {}, {}});
   EXPECT_FALSE(decodes(wide, err));
   EXPECT_NE(err.find("too large"), std::string::npos) << err;
@@ -294,7 +300,8 @@ TEST(FddBlob, ModelsThatExpandFarBeyondTheirBytesAreRefusedQuickly) {
   // Long names, repeated in the full name of every class below them.
   FddModel named = chainModel(1);
   named.interactions.classes[1].name = std::wstring(500000, L'n');
-  for (std::uint32_t c = 0; c < 10; ++c) named.interactions.classes.push_back({L"x" + std::to_wstring(c), 1, {}, {}, {}});
+  for (std::uint32_t c = 0; c < 10; ++c)
+    named.interactions.classes.push_back({L"x" + std::to_wstring(c), 1, {}, {}, {}});
   EXPECT_FALSE(decodes(named, err));
   EXPECT_NE(err.find("too large"), std::string::npos) << err;
 }

@@ -5,14 +5,14 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <functional>
-#include <memory>
 #include <map>
+#include <memory>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 namespace rtitest {
@@ -24,7 +24,9 @@ inline Bytes bytesOf(const rti1516::VariableLengthData& v) {
   return Bytes(p, p + v.size());
 }
 
-inline std::wstring wide(const std::string& s) { return std::wstring(s.begin(), s.end()); }
+inline std::wstring wide(const std::string& s) {
+  return std::wstring(s.begin(), s.end());
+}
 
 inline std::string narrow(const std::wstring& s) {
   std::string out;
@@ -45,7 +47,8 @@ class Recorder : public rti1516::NullFederateAmbassador {
   std::vector<Received> got;
   std::function<void(const Received&)> onReceive;
 
-  void receiveInteraction(rti1516::InteractionClassHandle cls, rti1516::ParameterHandleValueMap const& values,
+  void receiveInteraction(rti1516::InteractionClassHandle cls,
+                          rti1516::ParameterHandleValueMap const& values,
                           rti1516::VariableLengthData const& tag, rti1516::OrderType order,
                           rti1516::TransportationType transport) override {
     Received r{cls, {}, bytesOf(tag), order, transport};
@@ -68,7 +71,8 @@ inline bool pumpUntil(rti1516::RTIambassador& rti, const Recorder& rec, std::siz
 // values represented, so that a shifted, truncated or mixed-up value cannot match.
 inline Bytes pattern(std::size_t size, unsigned seed) {
   Bytes b(size);
-  for (std::size_t i = 0; i < size; ++i) b[i] = static_cast<unsigned char>(i * 7 + seed * 13 + (i >> 8));
+  for (std::size_t i = 0; i < size; ++i)
+    b[i] = static_cast<unsigned char>(i * 7 + seed * 13 + (i >> 8));
   return b;
 }
 
@@ -81,7 +85,8 @@ class TempFile {
  public:
   TempFile(const std::string& stem, const std::string& content) {
     static int counter = 0;
-    path_ = ::testing::TempDir() + stem + "_" + std::to_string(::getpid()) + "_" + std::to_string(counter++) + ".xml";
+    path_ = ::testing::TempDir() + stem + "_" + std::to_string(::getpid()) + "_" +
+            std::to_string(counter++) + ".xml";
     std::ofstream(path_, std::ios::binary) << content;
   }
   ~TempFile() { std::remove(path_.c_str()); }

@@ -17,7 +17,8 @@ namespace {
 // interaction arrives without it.
 class Wire : public rti1516::NullFederateAmbassador {
  public:
-  void receiveInteraction(rti1516::InteractionClassHandle, rti1516::ParameterHandleValueMap const& values,
+  void receiveInteraction(rti1516::InteractionClassHandle,
+                          rti1516::ParameterHandleValueMap const& values,
                           rti1516::VariableLengthData const&, rti1516::OrderType,
                           rti1516::TransportationType) override {
     if (values.empty()) {
@@ -35,7 +36,8 @@ class SendPath : public ::testing::Test {
   void SetUp() override {
     rti1516::RTIambassadorFactory factory;
     listener = factory.createRTIambassador(std::vector<std::wstring>());
-    conn = std::make_unique<DtExerciseConn>(kFederation, "sender", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+    conn = std::make_unique<DtExerciseConn>(kFederation, "sender",
+                                            static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
     listener->joinFederationExecution(L"listener", L"thread://send-path", wire);
     listener->subscribeInteractionClass(listener->getInteractionClassHandle(L"ViewControl"));
   }
@@ -81,7 +83,8 @@ class SendPath : public ::testing::Test {
 
 TEST_F(SendPath, EveryViewControlClass) {
   for (int command : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 13, 14, 500, 504, 505, 512}) {
-    std::unique_ptr<DtVistrelControlPdu> pdu(DtNewViewControlPdu(static_cast<DtViewerCommand>(command)));
+    std::unique_ptr<DtVistrelControlPdu> pdu(
+        DtNewViewControlPdu(static_cast<DtViewerCommand>(command)));
     ASSERT_NE(pdu, nullptr) << command;
     expectSameAsCopy(*pdu, "command " + std::to_string(command));
   }
@@ -90,17 +93,21 @@ TEST_F(SendPath, EveryViewControlClass) {
 }
 
 TEST_F(SendPath, EveryDrawControlFamilyInBothLayouts) {
-  for (int type : {2511, 2521, 2522, 2531, 2532, 2541, 2542, 2551, 2555, 2561, 2571, 2572, 2573, 2581, 2583, 2590}) {
-    std::unique_ptr<DtVistrelControlPdu> current(DtNewDrawControlPdu(static_cast<DtViewerCommand>(type)));
+  for (int type : {2511, 2521, 2522, 2531, 2532, 2541, 2542, 2551, 2555, 2561, 2571, 2572, 2573,
+                   2581, 2583, 2590}) {
+    std::unique_ptr<DtVistrelControlPdu> current(
+        DtNewDrawControlPdu(static_cast<DtViewerCommand>(type)));
     if (current) expectSameAsCopy(*current, "current type " + std::to_string(type));
-    std::unique_ptr<DtVistrelControlPdu> v0(DtNewDrawControlPduV0(static_cast<DtViewerCommand>(type)));
+    std::unique_ptr<DtVistrelControlPdu> v0(
+        DtNewDrawControlPduV0(static_cast<DtViewerCommand>(type)));
     if (v0) expectSameAsCopy(*v0, "version 0 type " + std::to_string(type));
   }
 }
 
 TEST_F(SendPath, PdusWhoseCopyDiffers) {
   // A current-layout line that says "segmented line": its copy is a plain line.
-  std::unique_ptr<DtVistrelControlPdu> line(DtNewDrawControlPdu(static_cast<DtViewerCommand>(2521)));
+  std::unique_ptr<DtVistrelControlPdu> line(
+      DtNewDrawControlPdu(static_cast<DtViewerCommand>(2521)));
   line->setViewerCommand(static_cast<DtViewerCommand>(2530));
   expectSameAsCopy(*line, "current line with command 2530");
   // Commands no class is chosen by, and status forms that do not exist.
@@ -121,7 +128,8 @@ TEST_F(SendPath, PdusWhoseCopyDiffers) {
 
 TEST_F(SendPath, TheDrawerSendsWhatItsCopyWould) {
   DtVistrelRemoteDrawer drawer(conn.get());
-  std::unique_ptr<DtVistrelControlPdu> made(DtNewDrawControlPdu(static_cast<DtViewerCommand>(2521)));
+  std::unique_ptr<DtVistrelControlPdu> made(
+      DtNewDrawControlPdu(static_cast<DtViewerCommand>(2521)));
   auto* line = static_cast<DtVistrelDrawControlPdu*>(made.get());
   for (int command : {2520, 2530}) {
     line->setViewerCommand(static_cast<DtViewerCommand>(command));

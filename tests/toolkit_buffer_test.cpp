@@ -181,9 +181,10 @@ TEST(NetTypes, CharFieldsPadShortTextsAndFillWithoutTerminator) {
 
 TEST(PduFactory, BuildsByKind) {
   DtPduFactory factory;
-  factory.addCreator(77, [](const DtNetPduHeader* h, DtBufferPlaceHolder*, DtPduFactory*) -> DtPdu* {
-    return new KindPdu(h, static_cast<size_t>(DtPdu::headerLength(h)));
-  });
+  factory.addCreator(77,
+                     [](const DtNetPduHeader* h, DtBufferPlaceHolder*, DtPduFactory*) -> DtPdu* {
+                       return new KindPdu(h, static_cast<size_t>(DtPdu::headerLength(h)));
+                     });
   KindPdu model(40);
   DtPdu* made = factory.createPdu(reinterpret_cast<const DtNetPduHeader*>(model.packet()));
   ASSERT_NE(made, nullptr);

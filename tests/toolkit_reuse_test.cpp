@@ -23,37 +23,45 @@ class KindPdu : public DtPdu {
 };
 
 // Reads without asking for write access, which would count as writing everything.
-const char* bytesOf(const DtBaseMsg& m) { return m.packet(); }
+const char* bytesOf(const DtBaseMsg& m) {
+  return m.packet();
+}
 
 using Writer = std::function<void(KindPdu&)>;
 
 const std::vector<std::pair<std::string, Writer>>& writers() {
   static const std::vector<std::pair<std::string, Writer>> list = {
-      {"writeBytes", [](KindPdu& p) {
+      {"writeBytes",
+       [](KindPdu& p) {
          std::vector<unsigned char> ones(40, 0xFF);
          p.writeBytes(p.capacity() - 40, ones.data(), ones.size());
        }},
       {"writeU8", [](KindPdu& p) { p.writeU8(p.capacity() - 1, 0xFF); }},
       {"writeU32", [](KindPdu& p) { p.writeU32(1000, 0xFFFFFFFFu); }},
       {"writeFloat64", [](KindPdu& p) { p.writeFloat64(p.capacity() - 8, -1.0); }},
-      {"writeDesignator", [](KindPdu& p) { p.writeDesignator(p.capacity() - 64, "xxxxxxxxxxxxxxxxxxxx"); }},
+      {"writeDesignator",
+       [](KindPdu& p) { p.writeDesignator(p.capacity() - 64, "xxxxxxxxxxxxxxxxxxxx"); }},
       {"writeChars", [](KindPdu& p) { p.writeChars(1400, 64, "yyyyyyyyyyyyyyyyyyyyyyyyyyyy"); }},
-      {"insertBytes", [](KindPdu& p) {
+      {"insertBytes",
+       [](KindPdu& p) {
          p.writeU8(15, 0xFF);
          p.insertBytes(12, 600);
        }},
       {"packet", [](KindPdu& p) { std::memset(p.packet(), 0xFF, p.capacity()); }},
       {"writableBytes", [](KindPdu& p) { std::memset(p.exposed(1500, 44), 0xFF, 44); }},
-      {"assignment", [](KindPdu& p) {
+      {"assignment",
+       [](KindPdu& p) {
          KindPdu junk(20);
          junk.writeU32(1200, 0xFFFFFFFFu);
          p = junk;
        }},
-      {"growing", [](KindPdu& p) {
+      {"growing",
+       [](KindPdu& p) {
          p.writeU32(1500, 0xFFFFFFFFu);
          p.changeSize(3000);
        }},
-      {"receiving", [](KindPdu& p) {
+      {"receiving",
+       [](KindPdu& p) {
          std::vector<unsigned char> ones(DtBaseMsg::kAllocationFloor, 0xFF);
          ones[8] = 0x06;  // length 1544
          ones[9] = 0x08;

@@ -30,8 +30,8 @@ bool has(const std::vector<std::string>& lines, const std::string& start) {
 
 TEST(Vcbench, TwoFederatesInOneProcess) {
   if (!vctest::hubAvailable()) GTEST_SKIP() << "thread:// federations belong to the embedded RTI";
-  auto lines = run({"--federation", "thread://vcbench-test", "--count", "20000", "--size", "100", "--batch", "64",
-                    "--pings", "50"});
+  auto lines = run({"--federation", "thread://vcbench-test", "--count", "20000", "--size", "100",
+                    "--batch", "64", "--pings", "50"});
   EXPECT_TRUE(has(lines, "throughput=")) << ::testing::PrintToString(lines);
   EXPECT_TRUE(has(lines, "latency p50=")) << ::testing::PrintToString(lines);
   EXPECT_FALSE(has(lines, "out of order")) << ::testing::PrintToString(lines);
@@ -39,7 +39,8 @@ TEST(Vcbench, TwoFederatesInOneProcess) {
 
 TEST(Vcbench, ThroughTheControllers) {
   if (!vctest::hubAvailable()) GTEST_SKIP() << "thread:// federations belong to the embedded RTI";
-  auto lines = run({"--federation", "thread://vcbench-library-test", "--library", "--count", "5000", "--pings", "20"});
+  auto lines = run({"--federation", "thread://vcbench-library-test", "--library", "--count", "5000",
+                    "--pings", "20"});
   EXPECT_TRUE(has(lines, "throughput=")) << ::testing::PrintToString(lines);
   EXPECT_TRUE(has(lines, "latency p50=")) << ::testing::PrintToString(lines);
 }
@@ -49,10 +50,12 @@ TEST(Vcbench, SenderAndReceiverThroughAHub) {
   std::uint16_t port = 0;
   auto hub = vctest::startHub(port);
   const std::string url = vctest::hubUrl(port, "VcbenchTest");
-  vctest::ChildProcess receiver(vctest::binaryPath("vcbench"), {"--federation", url, "--role", "recv"});
+  vctest::ChildProcess receiver(vctest::binaryPath("vcbench"),
+                                {"--federation", url, "--role", "recv"});
   std::string line;
   ASSERT_TRUE(receiver.waitForLine("receiver ready", line, seconds(20))) << receiver.transcript();
-  auto lines = run({"--federation", url, "--role", "send", "--count", "20000", "--pings", "20", "--spin", "0"});
+  auto lines = run(
+      {"--federation", url, "--role", "send", "--count", "20000", "--pings", "20", "--spin", "0"});
   EXPECT_TRUE(has(lines, "throughput=")) << ::testing::PrintToString(lines);
   EXPECT_TRUE(has(lines, "latency p50=")) << ::testing::PrintToString(lines);
   ASSERT_TRUE(receiver.waitForLine("received=20000", line, seconds(20))) << receiver.transcript();
@@ -64,10 +67,12 @@ TEST(Vcbench, ControllersInTwoProcessesThroughAHub) {
   std::uint16_t port = 0;
   auto hub = vctest::startHub(port);
   const std::string url = vctest::hubUrl(port, "VcbenchLibraryTest");
-  vctest::ChildProcess receiver(vctest::binaryPath("vcbench"), {"--federation", url, "--role", "recv", "--library"});
+  vctest::ChildProcess receiver(vctest::binaryPath("vcbench"),
+                                {"--federation", url, "--role", "recv", "--library"});
   std::string line;
   ASSERT_TRUE(receiver.waitForLine("receiver ready", line, seconds(20))) << receiver.transcript();
-  auto lines = run({"--federation", url, "--role", "send", "--library", "--count", "5000", "--pings", "20"});
+  auto lines =
+      run({"--federation", url, "--role", "send", "--library", "--count", "5000", "--pings", "20"});
   EXPECT_TRUE(has(lines, "throughput=")) << ::testing::PrintToString(lines);
   ASSERT_TRUE(receiver.waitForLine("received=5000", line, seconds(20))) << receiver.transcript();
   EXPECT_EQ(receiver.wait(seconds(10)), 0) << receiver.transcript();

@@ -41,12 +41,14 @@ class ViewerProcess : public ::testing::Test {
     svgPath = testing::TempDir() + "vcviewer_e2e_" + std::to_string(::getpid()) + ".svg";
     std::remove(svgPath.c_str());
     viewer = std::make_unique<vctest::ChildProcess>(
-        vctest::binaryPath("vcviewer"), std::vector<std::string>{"--id", "v-1", "--federation", url, "--fdd",
-                                                                 VC_FDD_FILE, "--svg", svgPath, "--verbose"});
+        vctest::binaryPath("vcviewer"),
+        std::vector<std::string>{"--id", "v-1", "--federation", url, "--fdd", VC_FDD_FILE, "--svg",
+                                 svgPath, "--verbose"});
     std::string line;
-    ASSERT_TRUE(viewer->waitForLine("vcviewer v-1 ready on " + url, line, 10s)) << viewer->transcript();
-    controller = std::make_unique<DtVistrelRemoteController>(url.c_str(), "steering", static_cast<DtFomMapper*>(nullptr),
-                                                             VC_FDD_FILE, DtString("v-1"));
+    ASSERT_TRUE(viewer->waitForLine("vcviewer v-1 ready on " + url, line, 10s))
+        << viewer->transcript();
+    controller = std::make_unique<DtVistrelRemoteController>(
+        url.c_str(), "steering", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE, DtString("v-1"));
     ASSERT_TRUE(controller->exerciseConn()->connected());
     controller->setControllerId("ctl");
     controller->addViewModeChangeCallback(&Reports::take, &reports, "v-1");
@@ -56,13 +58,15 @@ class ViewerProcess : public ::testing::Test {
   // Waits for the viewer's line, giving our connection its turn meanwhile.
   void expectLine(const std::string& text) {
     std::string line;
-    EXPECT_TRUE(viewer->waitForLine(text, line, 10s)) << "no '" << text << "' in:\n" << viewer->transcript();
+    EXPECT_TRUE(viewer->waitForLine(text, line, 10s)) << "no '" << text << "' in:\n"
+                                                      << viewer->transcript();
   }
   // The viewer's answer to a state request, as the controller receives it.
   std::vector<char> state() {
     reports.pdus.clear();
     controller->requestCurrentViewMode("v-1");
-    for (int i = 0; i < 500 && reports.pdus.empty(); ++i) controller->exerciseConn()->drainInput(0.02);
+    for (int i = 0; i < 500 && reports.pdus.empty(); ++i)
+      controller->exerciseConn()->drainInput(0.02);
     EXPECT_EQ(reports.pdus.size(), 1u) << viewer->transcript();
     return reports.pdus.empty() ? std::vector<char>() : reports.pdus.back();
   }
@@ -82,7 +86,8 @@ TEST_F(ViewerProcess, StateRequestIsAnsweredWithTheStatusOfTheCurrentMode) {
   expectLine("orbit attach=1:2:3 radius=500 azimuthrate=0.25");
   std::vector<char> answer = state();
   ASSERT_FALSE(answer.empty());
-  std::unique_ptr<DtVistrelControlPdu> pdu(DtVistrelControlPdu::createFromBytes(answer.data(), answer.size()));
+  std::unique_ptr<DtVistrelControlPdu> pdu(
+      DtVistrelControlPdu::createFromBytes(answer.data(), answer.size()));
   auto* orbit = dynamic_cast<DtOrbitVCPdu*>(pdu.get());
   ASSERT_TRUE(orbit);
   EXPECT_EQ(orbit->viewerCommand(), DtVcOrbitStatus);
@@ -103,15 +108,17 @@ TEST_F(ViewerProcess, PdusForAnotherViewerAreNotApplied) {
   controller->setTargetVistrelId("v-1");
   std::vector<char> answer = state();
   ASSERT_FALSE(answer.empty());
-  std::unique_ptr<DtVistrelControlPdu> pdu(DtVistrelControlPdu::createFromBytes(answer.data(), answer.size()));
+  std::unique_ptr<DtVistrelControlPdu> pdu(
+      DtVistrelControlPdu::createFromBytes(answer.data(), answer.size()));
   EXPECT_EQ(pdu->viewerCommand(), DtVcAbsoluteStatus);
   EXPECT_EQ(viewer->transcript().find("\ntether "), std::string::npos) << viewer->transcript();
 }
 
 TEST_F(ViewerProcess, ExitCommandStopsItCleanlyWithTheSceneWritten) {
   DtVistrelRemoteDrawer drawer(controller->exerciseConn());
-  unsigned int id = drawer.add(new DtVdcText2DObject(drawer.nextId(), "Hello & <welcome>", DtVdcVector2D(0.5, 0.5),
-                                                     DtVdcColor::DtVdcWhite, false));
+  unsigned int id =
+      drawer.add(new DtVdcText2DObject(drawer.nextId(), "Hello & <welcome>",
+                                       DtVdcVector2D(0.5, 0.5), DtVdcColor::DtVdcWhite, false));
   expectLine("draw add " + std::to_string(id) + " DtVdc2DText");
   controller->exit();
   expectLine("option exit");
@@ -132,11 +139,13 @@ TEST_F(ViewerProcess, TerminationAndEndOfInputStopItCleanlyToo) {
   EXPECT_EQ(viewer->wait(10s), 0);
 
   auto second = std::make_unique<vctest::ChildProcess>(
-      vctest::binaryPath("vcviewer"), std::vector<std::string>{"--id", "v-3", "--federation", url, "--fdd", VC_FDD_FILE});
+      vctest::binaryPath("vcviewer"),
+      std::vector<std::string>{"--id", "v-3", "--federation", url, "--fdd", VC_FDD_FILE});
   std::string line;
   ASSERT_TRUE(second->waitForLine("ready", line, 10s)) << second->transcript();
   second->closeStdin();
-  EXPECT_TRUE(second->waitForLine("vcviewer v-3 stopped: end of input", line, 10s)) << second->transcript();
+  EXPECT_TRUE(second->waitForLine("vcviewer v-3 stopped: end of input", line, 10s))
+      << second->transcript();
   EXPECT_EQ(second->wait(10s), 0);
 }
 

@@ -54,7 +54,9 @@ class ViewerTest : public ::testing::Test {
   std::vector<std::string> lines;
   std::vector<std::vector<char>> answers;
   Viewer viewer{"v1", "vcviewer-v1",
-                [this](const DtVistrelControlPdu& pdu) { answers.emplace_back(pdu.packet(), pdu.packet() + pdu.length()); },
+                [this](const DtVistrelControlPdu& pdu) {
+                  answers.emplace_back(pdu.packet(), pdu.packet() + pdu.length());
+                },
                 [this](const std::string& line) { lines.push_back(line); }};
   Wire wire{viewer};
   DtVistrelRemoteController controller{&wire, DtString("v1")};
@@ -67,12 +69,14 @@ TEST_F(ViewerTest, OrbitWithOnlyARadiusKeepsTheRestAndIsReportedAsSuch) {
   DtString entity("1:2:3");
   float radius = 500, heading = 0.5f, pitch = -0.25f, rate = 0.1f;
   controller.setOrbitMode(&entity, &radius, &heading, &pitch, &rate);
-  EXPECT_EQ(lastLine(), "orbit attach=1:2:3 radius=500 azimuthrate=0.1 heading=0.5 pitch=-0.25 "
-                        "headingoffset=(kept) pitchoffset=(kept) roll=(kept)");
+  EXPECT_EQ(lastLine(),
+            "orbit attach=1:2:3 radius=500 azimuthrate=0.1 heading=0.5 pitch=-0.25 "
+            "headingoffset=(kept) pitchoffset=(kept) roll=(kept)");
   float wider = 750;
   controller.setOrbitMode(nullptr, &wider, nullptr, nullptr, nullptr);
-  EXPECT_EQ(lastLine(), "orbit attach=(kept) radius=750 azimuthrate=(kept) heading=(kept) pitch=(kept) "
-                        "headingoffset=(kept) pitchoffset=(kept) roll=(kept)");
+  EXPECT_EQ(lastLine(),
+            "orbit attach=(kept) radius=750 azimuthrate=(kept) heading=(kept) pitch=(kept) "
+            "headingoffset=(kept) pitchoffset=(kept) roll=(kept)");
 
   auto status = askState();
   ASSERT_TRUE(status);
@@ -170,7 +174,8 @@ TEST_F(ViewerTest, IgnoreFlagsAreReadBitByBitWithEachModesOwnBits) {
   absolute.setWorldLocation(DtVector64(1, 2, 3));
   absolute.setIgnoreFlags(0xFFFFFFFF & ~0x2ul);  // y alone
   receive(absolute);
-  EXPECT_EQ(lastLine(), "absolute location=(kept, 2, kept) heading=(kept) pitch=(kept) roll=(kept)");
+  EXPECT_EQ(lastLine(),
+            "absolute location=(kept, 2, kept) heading=(kept) pitch=(kept) roll=(kept)");
   EXPECT_EQ(viewer.view().params().location, DtVector64(0, 2, 0));
 
   // Mimic-track flags its offset with the position bits, tether-track with 0xE000.
@@ -194,7 +199,8 @@ TEST_F(ViewerTest, GroupAndModelessEditsChangeMembersAndEntitiesOnly) {
   controller.addToGroup(ids({"c", "a"}));
   controller.removeFromGroup(ids({"a"}));
   EXPECT_EQ(viewer.view().group(), (std::vector<std::string>{"b", "c"}));
-  EXPECT_EQ(lastLine(), "modeless primary=(kept) secondary=(kept) remove=[a] add=[] members=[b, c]");
+  EXPECT_EQ(lastLine(),
+            "modeless primary=(kept) secondary=(kept) remove=[a] add=[] members=[b, c]");
   controller.setGroup(ids({"x"}));
   EXPECT_EQ(viewer.view().group(), std::vector<std::string>{"x"});
 
@@ -284,19 +290,20 @@ class SceneTest : public ViewerTest {
   void SetUp() override {
     layer = drawer.add(new DtVdcDrawLayerObject(drawer.nextId(), "Routes"));
     DtVdc3DAttachPoint from(DtVector64(0, 0, 0)), to(DtVector64(1000, 500, 0));
-    line = drawer.add(new DtVdcLine3DObject(drawer.nextId(), from, to, 2, DtVector64(), DtVdcColor::DtVdcRed,
-                                            DtVdcSegmentStraight, DtVdcSegmentArrowEnd, 3, 0xFFFFFFFF, false,
-                                            false, false));
+    line = drawer.add(new DtVdcLine3DObject(
+        drawer.nextId(), from, to, 2, DtVector64(), DtVdcColor::DtVdcRed, DtVdcSegmentStraight,
+        DtVdcSegmentArrowEnd, 3, 0xFFFFFFFF, false, false, false));
     drawer.addToLayer(line, layer);
-    label = drawer.add(new DtVdcText2DObject(drawer.nextId(), "Convoy <A&B>", DtVdcVector2D(0.5, 0.9),
-                                             DtVdcColor::DtVdcYellow, false));
+    label = drawer.add(new DtVdcText2DObject(
+        drawer.nextId(), "Convoy <A&B>", DtVdcVector2D(0.5, 0.9), DtVdcColor::DtVdcYellow, false));
     auto* panelTemplate = new DtVdcAttributeGroupTemplateObject(drawer.nextId(), "Fuel");
     panelTemplate->createAttributeTemplate(1, "Level", 0, 100);
     panelTemplate->createAttributeTemplate(2, "Range",
                                            DtVdcAttributeTemplateObject::DtVdcNumericAttribute);
     templateId = drawer.add(panelTemplate);
-    group = new DtVdcAttributeGroupObject(drawer.nextId(), panelTemplate, DtVdc3DAttachPoint(DtVector64(500, 0, 0)),
-                                          DtVector64(), DtVdcColor::DtVdcGreen, false);
+    group = new DtVdcAttributeGroupObject(drawer.nextId(), panelTemplate,
+                                          DtVdc3DAttachPoint(DtVector64(500, 0, 0)), DtVector64(),
+                                          DtVdcColor::DtVdcGreen, false);
     drawer.add(group);
   }
   unsigned int layer = 0, line = 0, label = 0, templateId = 0;
@@ -325,7 +332,8 @@ TEST_F(SceneTest, DrawingsAreKeptByIdWithTheirCommandsAndValues) {
   drawer.hide(label);
   EXPECT_FALSE(scene.visible(*scene.find(label)));
   drawer.update(label);  // a new description keeps it hidden
-  EXPECT_EQ(lastLine(), "draw update " + std::to_string(label) + " DtVdc2DText layer=- text=\"Convoy <A&B>\"");
+  EXPECT_EQ(lastLine(),
+            "draw update " + std::to_string(label) + " DtVdc2DText layer=- text=\"Convoy <A&B>\"");
   EXPECT_FALSE(scene.visible(*scene.find(label)));
   drawer.show(label);
   EXPECT_TRUE(scene.visible(*scene.find(label)));
@@ -389,7 +397,8 @@ bool wellFormed(const std::string& xml, std::string& why) {
     i = end + 1;
     if (tag[0] == '?' || tag.rfind("!--", 0) == 0) continue;
     if (tag[0] == '/') {
-      if (open.empty() || open.back() != tag.substr(1)) return why = "mismatched </" + tag.substr(1) + ">", false;
+      if (open.empty() || open.back() != tag.substr(1))
+        return why = "mismatched </" + tag.substr(1) + ">", false;
       open.pop_back();
       continue;
     }
@@ -412,7 +421,9 @@ bool wellFormed(const std::string& xml, std::string& why) {
 
 TEST(WellFormedCheck, RejectsBrokenDocuments) {
   std::string why;
-  EXPECT_TRUE(wellFormed("<?xml version=\"1.0\"?>\n<svg><g a=\"1\"><text>a &amp; b</text></g></svg>", why)) << why;
+  EXPECT_TRUE(
+      wellFormed("<?xml version=\"1.0\"?>\n<svg><g a=\"1\"><text>a &amp; b</text></g></svg>", why))
+      << why;
   EXPECT_FALSE(wellFormed("<svg><g></svg></g>", why));
   EXPECT_FALSE(wellFormed("<svg><text>a & b</text></svg>", why));
   EXPECT_FALSE(wellFormed("<svg><text a=\"x>y</text></svg>", why));
@@ -426,8 +437,9 @@ TEST_F(SceneTest, SvgShowsVisibleDrawingsWithEscapedLabelsAndOmitsHiddenOnes) {
   group->setValueBarAttributeValue(1, 40);
   group->setNumericAttributeValue(2, 321);
   drawer.update(group);
-  auto* bad = new DtVdcText3DObject(drawer.nextId(), "bad\xff\x01", DtVdc3DAttachPoint(DtString("4:4:4")),
-                                    DtVector64(), DtVdcColor::DtVdcBlue, true);
+  auto* bad =
+      new DtVdcText3DObject(drawer.nextId(), "bad\xff\x01", DtVdc3DAttachPoint(DtString("4:4:4")),
+                            DtVector64(), DtVdcColor::DtVdcBlue, true);
   drawer.add(bad);
 
   std::string svg = viewer.svg();
@@ -439,9 +451,9 @@ TEST_F(SceneTest, SvgShowsVisibleDrawingsWithEscapedLabelsAndOmitsHiddenOnes) {
   EXPECT_NE(svg.find(">Level<"), std::string::npos);
   EXPECT_NE(svg.find(">321<"), std::string::npos);
   EXPECT_NE(svg.find("orbit attach=1:2:3 radius=500"), std::string::npos);  // caption
-  EXPECT_NE(svg.find(">4:4:4<"), std::string::npos);  // the entity, in the tray
+  EXPECT_NE(svg.find(">4:4:4<"), std::string::npos);                      // the entity, in the tray
   EXPECT_NE(svg.find("bad\xEF\xBF\xBD\xEF\xBF\xBD"), std::string::npos);  // invalid bytes replaced
-  EXPECT_NE(svg.find("<animate"), std::string::npos);  // the flashing text
+  EXPECT_NE(svg.find("<animate"), std::string::npos);                     // the flashing text
 
   drawer.hide(label);
   drawer.hide(layer);

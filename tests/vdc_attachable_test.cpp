@@ -72,8 +72,12 @@ void checkAnchors(const Offsets& o) {
   EXPECT_EQ(pdu.relativeLocation(0), o.rel1 == o.rel2 ? 70 : 30);
 }
 
-TEST(Attachable, AnchorsInTheCurrentLayout) { checkAnchors<DtVdcTextPdu>(kCurrent); }
-TEST(Attachable, AnchorsInVersionZero) { checkAnchors<DtVdcTextPduV0>(kV0); }
+TEST(Attachable, AnchorsInTheCurrentLayout) {
+  checkAnchors<DtVdcTextPdu>(kCurrent);
+}
+TEST(Attachable, AnchorsInVersionZero) {
+  checkAnchors<DtVdcTextPduV0>(kV0);
+}
 
 TEST(Attachable, ScreenPercentagesAreSignedBytes) {
   DtVdcTextPdu pdu;
@@ -96,7 +100,8 @@ TEST(Attachable, OutOfRangeAnchorsAndKindNames) {
   EXPECT_EQ(pdu.position(-1), DtVector64());
   EXPECT_EQ(pdu.attachObjectId(5), 0u);
   using A = DtVdcAttachablePdu;
-  EXPECT_STREQ(A::typeString(A::DtVcObjectAttachedToObjectObject), "DtVcObjectAttachedToObjectObject");
+  EXPECT_STREQ(A::typeString(A::DtVcObjectAttachedToObjectObject),
+               "DtVcObjectAttachedToObjectObject");
   EXPECT_STREQ(A::typeString(A::DtVcObjectNoAttach), "DtVcObjectNoAttach");
   EXPECT_STREQ(A::typeString(static_cast<A::DtVcObjectAttachment>(12)), "UnknownEnum");
   EXPECT_STREQ(A::typeString(2561), "DtVdc2DText");  // the draw-type names stay visible

@@ -89,8 +89,9 @@ TEST(AttributeDump, RangeLinesOnlyWithARange) {
   cap.clear();
   pdu.setRange(1, 2);
   pdu.printData();
-  EXPECT_NE(cap.text().find("Attribute group: 2\nRange: \n Min: 1.000000\n Max: 2.000000\nName: n\n"),
-            std::string::npos)
+  EXPECT_NE(
+      cap.text().find("Attribute group: 2\nRange: \n Min: 1.000000\n Max: 2.000000\nName: n\n"),
+      std::string::npos)
       << cap.text();
 }
 
@@ -161,8 +162,7 @@ TEST(AttributeUpdateDump, LinesFollowTheType) {
   pdu.setType(DtVdcAttributeValueSet);
   pdu.setValueX(3);
   pdu.printData();
-  EXPECT_NE(cap.text().find("GroupId: 6\nValueX: 3.000000\nValueY: 0.000000\n"),
-            std::string::npos);
+  EXPECT_NE(cap.text().find("GroupId: 6\nValueX: 3.000000\nValueY: 0.000000\n"), std::string::npos);
 }
 
 }  // namespace

@@ -79,8 +79,8 @@ TEST(NewDrawControl, EveryTypeInBothLayouts) {
 }
 
 TEST(NewDrawControl, UnknownTypesGiveNull) {
-  for (int type : {0, 2489, 2510, 2516, 2520, 2530, 2540, 2546, 2550, 2553, 2554, 2560, 2570,
-                   2578, 2580, 2584, 2591}) {
+  for (int type : {0, 2489, 2510, 2516, 2520, 2530, 2540, 2546, 2550, 2553, 2554, 2560, 2570, 2578,
+                   2580, 2584, 2591}) {
     EXPECT_EQ(PduPtr(DtNewDrawControlPdu(static_cast<DtViewerCommand>(type))), nullptr) << type;
     EXPECT_EQ(PduPtr(DtNewDrawControlPduV0(static_cast<DtViewerCommand>(type))), nullptr) << type;
   }

@@ -65,7 +65,7 @@ TEST(PolyObjectText, ReaderSkipsTwentyBlanksAndStartsAtThePattern) {
   DtVdcPolyObjectPdu pdu;
   pdu.setFromString(line.c_str());
   EXPECT_EQ(pdu.objectId(), 4u);
-  EXPECT_TRUE(pdu.fill());  // 77: non-zero
+  EXPECT_TRUE(pdu.fill());       // 77: non-zero
   EXPECT_EQ(pdu.pattern(), 2u);  // "2" of "2.000000"; the rest, ".000000", is scale x
   EXPECT_EQ(pdu.scale(), DtVector64(0, 3, 4));
   EXPECT_EQ(pdu.rotation(), DtTaitBryan(5, 6, 7));

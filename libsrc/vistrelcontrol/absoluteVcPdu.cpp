@@ -55,8 +55,8 @@ void DtAbsoluteVCPdu::setFromString(const char* text) {
   DtVector64 location;
   float heading = 0.0f, pitch = 0.0f, roll = 0.0f;
   // A short text leaves what it does not name at these starting values.
-  std::sscanf(text ? text : "", "%lf %lf %lf %f %f %f", &location[0], &location[1],
-              &location[2], &heading, &pitch, &roll);
+  std::sscanf(text ? text : "", "%lf %lf %lf %f %f %f", &location[0], &location[1], &location[2],
+              &heading, &pitch, &roll);
   setWorldLocation(location);
   setOrientation(DtTaitBryan(heading, pitch, roll));
 }

@@ -53,7 +53,7 @@ struct TypeRow {
   int first;
   int last;
   Fresh current;
-  Fresh v0;  // null: version 0 has no such PDU
+  Fresh v0;         // null: version 0 has no such PDU
   int currentFold;  // taken off the type in the current layout
 };
 const TypeRow kTypes[] = {

@@ -30,15 +30,21 @@ DtVistrelControlInteraction& DtVistrelControlInteraction::operator=(
   return *this;
 }
 
-DtVistrelControlInteraction::~DtVistrelControlInteraction() { delete pdu_; }
+DtVistrelControlInteraction::~DtVistrelControlInteraction() {
+  delete pdu_;
+}
 
-DtInteraction* DtVistrelControlInteraction::create() { return new DtVistrelControlInteraction; }
+DtInteraction* DtVistrelControlInteraction::create() {
+  return new DtVistrelControlInteraction;
+}
 
 void DtVistrelControlInteraction::printData() const {
   if (pdu_) pdu_->print();
 }
 
-const char* DtVistrelControlInteraction::name() const { return "DtVistrelControlInteraction"; }
+const char* DtVistrelControlInteraction::name() const {
+  return "DtVistrelControlInteraction";
+}
 
 const char* DtVistrelControlInteraction::interactionClassToUse(DtExerciseConn*) const {
   return kClassName;
@@ -56,7 +62,9 @@ DtInteractionEncoder* DtVistrelControlInteraction::createEncoder(DtExerciseConn*
   return nullptr;
 }
 
-const DtVistrelControlPdu* DtVistrelControlInteraction::vcPdu() const { return pdu_; }
+const DtVistrelControlPdu* DtVistrelControlInteraction::vcPdu() const {
+  return pdu_;
+}
 
 void DtVistrelControlInteraction::setVcPdu(const DtVistrelControlPdu& pdu) {
   delete pdu_;

@@ -27,6 +27,8 @@ inline uint32_t u32(const void* bytes, size_t offset) {
 }
 
 /// The viewer command of raw control PDU bytes.
-inline unsigned int command(const void* bytes) { return u16(bytes, 146); }
+inline unsigned int command(const void* bytes) {
+  return u16(bytes, 146);
+}
 
 }  // namespace rawpdu

@@ -34,7 +34,8 @@ bool DtVcOutgoingInteraction::copyKeepsBytes(const DtVistrelControlPdu& pdu) {
   if (static_cast<unsigned char>(bytes[2]) != DtVistrelControlPdu::kPduKind) return false;
   if (DtPdu::headerLength(bytes) != pdu.length()) return false;
   if (rawpdu::command(bytes) == static_cast<unsigned int>(DtVdcSegmentedLine) &&
-      DtVistrelControlPdu::drawControlParamVersion(reinterpret_cast<const DtNetViewControlPdu*>(bytes)) != 0)
+      DtVistrelControlPdu::drawControlParamVersion(
+          reinterpret_cast<const DtNetViewControlPdu*>(bytes)) != 0)
     return false;
   return true;
 }

@@ -13,7 +13,9 @@ struct AreaLayout {
 };
 constexpr vdclayout::Versions<AreaLayout> kArea = {{412}, {404}};
 
-const AreaLayout& layout(const DtVdcAreaPduBase& pdu) { return vdclayout::of(kArea, pdu); }
+const AreaLayout& layout(const DtVdcAreaPduBase& pdu) {
+  return vdclayout::of(kArea, pdu);
+}
 
 // Fixed in both layouts (see the class comment).
 constexpr size_t kTextureFilenameOffset = 796;
@@ -39,7 +41,9 @@ void DtVdcAreaPduBase::setNumPoints(int count) {
   writeU8(kNumPointsOffset, static_cast<unsigned int>(count) & 0xFFu);
 }
 
-int DtVdcAreaPduBase::numPoints() const { return static_cast<int>(readU8(kNumPointsOffset)); }
+int DtVdcAreaPduBase::numPoints() const {
+  return static_cast<int>(readU8(kNumPointsOffset));
+}
 
 void DtVdcAreaPduBase::setPoint(int i, const DtVector64& point) {
   writePoint(layout(*this).points, kMaxPoints, i, point);
@@ -69,7 +73,9 @@ void DtVdcAreaPduBase::setNumTextureTiles(int tiles) {
   writeU8(kNumTilesOffset, static_cast<unsigned int>(tiles) & 0xFFu);
 }
 
-int DtVdcAreaPduBase::numTextureTiles() const { return static_cast<int>(readU8(kNumTilesOffset)); }
+int DtVdcAreaPduBase::numTextureTiles() const {
+  return static_cast<int>(readU8(kNumTilesOffset));
+}
 
 void DtVdcAreaPduBase::printData() const {
   DtVdcPolyObjectPduBase::printData();
@@ -118,7 +124,8 @@ void DtVdcAreaPduBase::setFromString(const char* text) {
   setTextureDirectory(directory);
   setTextureFilename(filename);
   setNumTextureTiles(tiles);
-  for (int i = 0; i < kMaxPoints; ++i) setPoint(i, DtVector64(v[3 * i], v[3 * i + 1], v[3 * i + 2]));
+  for (int i = 0; i < kMaxPoints; ++i)
+    setPoint(i, DtVector64(v[3 * i], v[3 * i + 1], v[3 * i + 2]));
 }
 
 DtVdcAreaPdu::DtVdcAreaPdu(DtBufferPlaceHolder* holder) {

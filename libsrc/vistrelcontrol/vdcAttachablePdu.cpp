@@ -14,7 +14,9 @@ const vdclayout::Attachable& layout(const DtVdcAttachablePdu& pdu) {
   return vdclayout::of(vdclayout::kAttachable, pdu);
 }
 
-bool validPoint(int i) { return i == 0 || i == 1; }
+bool validPoint(int i) {
+  return i == 0 || i == 1;
+}
 
 // A screen percentage byte is signed: 200 means -56.
 double screenFraction(char percent) {
@@ -76,7 +78,9 @@ void attach(DtVdcAttachablePdu& pdu, DtVdcAttachablePdu::DtVcObjectAttachment ki
 }
 }  // namespace
 
-void DtVdcAttachablePdu::attachTo(const char* percent) { attach(*this, DtVcObjectNoAttach, percent); }
+void DtVdcAttachablePdu::attachTo(const char* percent) {
+  attach(*this, DtVcObjectNoAttach, percent);
+}
 
 void DtVdcAttachablePdu::attachTo(const char* percent1, const char* percent2) {
   attach(*this, DtVcObjectNoAttachNoAttach, percent1, percent2);
@@ -156,7 +160,9 @@ void DtVdcAttachablePdu::setOffset(const DtVector64& offset) {
   writeVector64(layout(*this).offset, offset);
 }
 
-DtVector64 DtVdcAttachablePdu::offset() const { return readVector64(layout(*this).offset); }
+DtVector64 DtVdcAttachablePdu::offset() const {
+  return readVector64(layout(*this).offset);
+}
 
 DtString DtVdcAttachablePdu::attachEntityId(int i) const {
   return validPoint(i) ? readDesignator(layout(*this).entity[i]) : DtString();
@@ -174,15 +180,21 @@ void DtVdcAttachablePdu::setColor(unsigned char* rgba) {
   if (rgba) writeBytes(layout(*this).color, rgba, 4);
 }
 
-unsigned char* DtVdcAttachablePdu::color() const { return bytesAt(layout(*this).color, 4); }
+unsigned char* DtVdcAttachablePdu::color() const {
+  return bytesAt(layout(*this).color, 4);
+}
 
-void DtVdcAttachablePdu::setFlashing(bool flashing) { setFlagBits(kFlashingBit, flashing); }
+void DtVdcAttachablePdu::setFlashing(bool flashing) {
+  setFlagBits(kFlashingBit, flashing);
+}
 
 bool DtVdcAttachablePdu::flashing() const {
   return (readU8(flagByteOffset()) & kFlashingBit) != 0;
 }
 
-size_t DtVdcAttachablePdu::flagByteOffset() const { return layout(*this).flags; }
+size_t DtVdcAttachablePdu::flagByteOffset() const {
+  return layout(*this).flags;
+}
 
 void DtVdcAttachablePdu::setFlagBits(unsigned int mask, bool on) {
   size_t at = flagByteOffset();
@@ -236,15 +248,13 @@ const char* DtVdcAttachablePdu::string() const {
   Rgba c(color());
   // Fields 8 and 9 carry position 1's y and z where position 2's belong; the viewers'
   // readers expect exactly this line, so it stays.
-  return formatText("%u %d %d %f %f %f %f %f %f %s %s %u %u %d %d %d %d %d %d",
-                    static_cast<unsigned int>(objectId()),
-                    static_cast<int>(static_cast<unsigned int>(type())),
-                    static_cast<int>(attachmentType()), p1.x(), p1.y(), p1.z(), p2.x(), p1.y(),
-                    p1.z(), entity1.c_str(), entity2.c_str(),
-                    static_cast<unsigned int>(attachObjectId(0)),
-                    static_cast<unsigned int>(attachObjectId(1)),
-                    static_cast<int>(relativeLocation(0)), c.value[0], c.value[1], c.value[2],
-                    c.value[3], flashing() ? 1 : 0);
+  return formatText(
+      "%u %d %d %f %f %f %f %f %f %s %s %u %u %d %d %d %d %d %d",
+      static_cast<unsigned int>(objectId()), static_cast<int>(static_cast<unsigned int>(type())),
+      static_cast<int>(attachmentType()), p1.x(), p1.y(), p1.z(), p2.x(), p1.y(), p1.z(),
+      entity1.c_str(), entity2.c_str(), static_cast<unsigned int>(attachObjectId(0)),
+      static_cast<unsigned int>(attachObjectId(1)), static_cast<int>(relativeLocation(0)),
+      c.value[0], c.value[1], c.value[2], c.value[3], flashing() ? 1 : 0);
 }
 
 void DtVdcAttachablePdu::setFromString(const char* text) {

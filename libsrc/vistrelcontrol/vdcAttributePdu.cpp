@@ -41,15 +41,25 @@ DtString DtVdcAttributePduBase::name() const {
   return countedText(l.nameLength, l.name);
 }
 
-DtNetU32 DtVdcAttributePduBase::attributeGroupId() const { return readU32(layout(*this).groupId); }
+DtNetU32 DtVdcAttributePduBase::attributeGroupId() const {
+  return readU32(layout(*this).groupId);
+}
 
-void DtVdcAttributePduBase::setAttributeGroupId(DtNetU32 id) { writeU32(layout(*this).groupId, id); }
+void DtVdcAttributePduBase::setAttributeGroupId(DtNetU32 id) {
+  writeU32(layout(*this).groupId, id);
+}
 
-bool DtVdcAttributePduBase::hasRange() const { return readU8(flagByteOffset()) != 0; }
+bool DtVdcAttributePduBase::hasRange() const {
+  return readU8(flagByteOffset()) != 0;
+}
 
-double DtVdcAttributePduBase::rangeMin() const { return readFloat64(layout(*this).rangeMin); }
+double DtVdcAttributePduBase::rangeMin() const {
+  return readFloat64(layout(*this).rangeMin);
+}
 
-double DtVdcAttributePduBase::rangeMax() const { return readFloat64(layout(*this).rangeMax); }
+double DtVdcAttributePduBase::rangeMax() const {
+  return readFloat64(layout(*this).rangeMax);
+}
 
 void DtVdcAttributePduBase::setRange(double minimum, double maximum) {
   const AttributeLayout& l = layout(*this);
@@ -101,8 +111,8 @@ DtVdcAttributePdu::DtVdcAttributePdu(DtBufferPlaceHolder* holder) {
   initFresh(kLength, holder, DtVdcAttribute, 1);
 }
 
-DtVdcAttributePdu::DtVdcAttributePdu(const DtNetViewControlPdu* bytes,
-                                     DtBufferPlaceHolder* holder, DtPduFactory* factory) {
+DtVdcAttributePdu::DtVdcAttributePdu(const DtNetViewControlPdu* bytes, DtBufferPlaceHolder* holder,
+                                     DtPduFactory* factory) {
   initReceived(bytes, holder, factory, DtVdcAttribute);
 }
 

@@ -36,17 +36,29 @@ DtString DtVdcAttributeUpdatePduBase::text() const {
   return countedText(l.textLength, l.text);
 }
 
-DtNetU32 DtVdcAttributeUpdatePduBase::groupId() const { return readU32(layout(*this).groupId); }
+DtNetU32 DtVdcAttributeUpdatePduBase::groupId() const {
+  return readU32(layout(*this).groupId);
+}
 
-void DtVdcAttributeUpdatePduBase::setGroupId(DtNetU32 id) { writeU32(layout(*this).groupId, id); }
+void DtVdcAttributeUpdatePduBase::setGroupId(DtNetU32 id) {
+  writeU32(layout(*this).groupId, id);
+}
 
-double DtVdcAttributeUpdatePduBase::valueX() const { return readFloat64(layout(*this).valueX); }
+double DtVdcAttributeUpdatePduBase::valueX() const {
+  return readFloat64(layout(*this).valueX);
+}
 
-double DtVdcAttributeUpdatePduBase::valueY() const { return readFloat64(layout(*this).valueY); }
+double DtVdcAttributeUpdatePduBase::valueY() const {
+  return readFloat64(layout(*this).valueY);
+}
 
-void DtVdcAttributeUpdatePduBase::setValueX(double x) { writeFloat64(layout(*this).valueX, x); }
+void DtVdcAttributeUpdatePduBase::setValueX(double x) {
+  writeFloat64(layout(*this).valueX, x);
+}
 
-void DtVdcAttributeUpdatePduBase::setValueY(double y) { writeFloat64(layout(*this).valueY, y); }
+void DtVdcAttributeUpdatePduBase::setValueY(double y) {
+  writeFloat64(layout(*this).valueY, y);
+}
 
 void DtVdcAttributeUpdatePduBase::printData() const {
   DtVistrelDrawControlPdu::printData();

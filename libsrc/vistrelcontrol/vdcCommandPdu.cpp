@@ -11,7 +11,9 @@ struct CommandLayout {
 };
 constexpr vdclayout::Versions<CommandLayout> kCommand = {{168}, {164}};
 
-const CommandLayout& layout(const DtVdcCommandPduBase& pdu) { return vdclayout::of(kCommand, pdu); }
+const CommandLayout& layout(const DtVdcCommandPduBase& pdu) {
+  return vdclayout::of(kCommand, pdu);
+}
 
 bool namesLayer(int type) {
   return type == DtVdcCommandAddToLayer || type == DtVdcCommandRemoveFromLayer;
@@ -21,9 +23,13 @@ bool namesLayer(int type) {
 DtVdcCommandPduBase::DtVdcCommandPduBase() = default;
 DtVdcCommandPduBase::~DtVdcCommandPduBase() = default;
 
-DtNetU32 DtVdcCommandPduBase::layerId() const { return readU32(layout(*this).layerId); }
+DtNetU32 DtVdcCommandPduBase::layerId() const {
+  return readU32(layout(*this).layerId);
+}
 
-void DtVdcCommandPduBase::setLayerId(DtNetU32 id) { writeU32(layout(*this).layerId, id); }
+void DtVdcCommandPduBase::setLayerId(DtNetU32 id) {
+  writeU32(layout(*this).layerId, id);
+}
 
 void DtVdcCommandPduBase::printData() const {
   DtVistrelDrawControlPdu::printData();
@@ -34,7 +40,8 @@ void DtVdcCommandPduBase::printData() const {
 const char* DtVdcCommandPduBase::string() const {
   unsigned int id = objectId();
   int kind = static_cast<int>(static_cast<unsigned int>(type()));
-  if (namesLayer(kind)) return formatText("%u %d %u", id, kind, static_cast<unsigned int>(layerId()));
+  if (namesLayer(kind))
+    return formatText("%u %d %u", id, kind, static_cast<unsigned int>(layerId()));
   return formatText("%u %d", id, kind);
 }
 
@@ -66,8 +73,8 @@ DtVdcCommandPduV0::DtVdcCommandPduV0(DtBufferPlaceHolder* holder) {
   if (initFresh(kLength, holder, DtVdcCommand, 0)) setType(DtVdcUndefined);
 }
 
-DtVdcCommandPduV0::DtVdcCommandPduV0(const DtNetViewControlPdu* bytes,
-                                     DtBufferPlaceHolder* holder, DtPduFactory* factory) {
+DtVdcCommandPduV0::DtVdcCommandPduV0(const DtNetViewControlPdu* bytes, DtBufferPlaceHolder* holder,
+                                     DtPduFactory* factory) {
   initReceived(bytes, holder, factory, DtVdcCommand);
 }
 

@@ -13,7 +13,9 @@ struct LayerLayout {
 };
 constexpr vdclayout::Versions<LayerLayout> kLayer = {{168, 172}, {164, 176}};
 
-const LayerLayout& layout(const DtVdcLayerPduBase& pdu) { return vdclayout::of(kLayer, pdu); }
+const LayerLayout& layout(const DtVdcLayerPduBase& pdu) {
+  return vdclayout::of(kLayer, pdu);
+}
 }  // namespace
 
 DtVdcLayerPduBase::DtVdcLayerPduBase() = default;

@@ -7,11 +7,11 @@ namespace {
 enum Field { kColor, kPattern, kThickness, kStyle, kPercentage, kFieldCount };
 
 struct LineLayout {
-  size_t count;      // 0: the single version-0 form, which holds exactly one segment
-  size_t checkLos;   // 0: the layout has no such flag
-  size_t projected;  // 0: the layout has no such flag
-  size_t records;    // first segment record
-  size_t stride;     // record size; 0 in the single form
+  size_t count;               // 0: the single version-0 form, which holds exactly one segment
+  size_t checkLos;            // 0: the layout has no such flag
+  size_t projected;           // 0: the layout has no such flag
+  size_t records;             // first segment record
+  size_t stride;              // record size; 0 in the single form
   size_t field[kFieldCount];  // within a record; absolute offsets in the single form
   size_t lineColor;           // color() without a segment
   size_t lineColorSetter;     // setColor() without a segment; 0 does nothing
@@ -24,9 +24,14 @@ constexpr const vdclayout::Attachable& kAttachableV0 = vdclayout::kAttachable.v0
 // colour, the flag byte's style bits and the relative location.
 constexpr vdclayout::Versions<LineLayout> kLine = {
     {384, 388, 389, 392, 16, {0, 4, 8, 12, 13}, 392, 392},
-    {0, 0, 0, 0, 0,
+    {0,
+     0,
+     0,
+     0,
+     0,
      {kAttachableV0.color, 376, 380, kAttachableV0.flags, kAttachableV0.relativeLocation},
-     kAttachableV0.color, kAttachableV0.color}};
+     kAttachableV0.color,
+     kAttachableV0.color}};
 // A segmented version-0 line keeps its colours in the records only, so the line-wide
 // colour setter has nothing to write.
 constexpr LineLayout kSegmentedV0 = {376, 0, 0, 388, 16, {0, 4, 8, 12, 13}, kAttachableV0.color, 0};
@@ -156,7 +161,9 @@ void DtVdcLinePdu::setColor(unsigned char* rgba) {
   if (at && rgba) writeBytes(at, rgba, 4);
 }
 
-unsigned char* DtVdcLinePdu::color() const { return bytesAt(layout(*this).lineColor, 4); }
+unsigned char* DtVdcLinePdu::color() const {
+  return bytesAt(layout(*this).lineColor, 4);
+}
 
 void DtVdcLinePdu::setColor(unsigned int segment, unsigned char* rgba) {
   size_t at = segmentField(*this, segment, kColor, Access::write);
@@ -197,18 +204,24 @@ bool DtVdcLinePdu::projected() const {
 
 const char* DtVdcLinePdu::typeString(DtVdcLineArrowStyle style) const {
   switch (style) {
-    case DtVdcStyleNoArrow: return "DtVdcStyleNoArrow";
-    case DtVdcStyleArrowEnd: return "DtVdcStyleArrowEnd";
-    case DtVdcStyleArrowStart: return "DtVdcStyleArrowStart";
-    case DtVdcStyleArrowDouble: return "DtVdcStyleArrowDouble";
+    case DtVdcStyleNoArrow:
+      return "DtVdcStyleNoArrow";
+    case DtVdcStyleArrowEnd:
+      return "DtVdcStyleArrowEnd";
+    case DtVdcStyleArrowStart:
+      return "DtVdcStyleArrowStart";
+    case DtVdcStyleArrowDouble:
+      return "DtVdcStyleArrowDouble";
   }
   return "UnknownEnum";
 }
 
 const char* DtVdcLinePdu::typeString(DtVdcLineAppearance appearance) const {
   switch (appearance) {
-    case DtVdcLineAppearanceStraight: return "DtVdcLineAppearanceStraight";
-    case DtVdcLineAppearanceLightning: return "DtVdcLineAppearanceLightning";
+    case DtVdcLineAppearanceStraight:
+      return "DtVdcLineAppearanceStraight";
+    case DtVdcLineAppearanceLightning:
+      return "DtVdcLineAppearanceLightning";
   }
   return "UnknownEnum";
 }
@@ -250,14 +263,12 @@ DtVdcLinePduV0::DtVdcLinePduV0(const DtNetViewControlPdu* bytes, DtBufferPlaceHo
 
 DtVdcLinePduV0::~DtVdcLinePduV0() = default;
 
-DtVdcSegmentedLinePduV0::DtVdcSegmentedLinePduV0(DtBufferPlaceHolder* holder)
-    : DtVdcLinePdu(0.0) {
+DtVdcSegmentedLinePduV0::DtVdcSegmentedLinePduV0(DtBufferPlaceHolder* holder) : DtVdcLinePdu(0.0) {
   if (initFresh(kLength, holder, DtVdcSegmentedLine, 0)) setRelativeLocations(100);
 }
 
 DtVdcSegmentedLinePduV0::DtVdcSegmentedLinePduV0(const DtNetViewControlPdu* bytes,
-                                                 DtBufferPlaceHolder* holder,
-                                                 DtPduFactory* factory)
+                                                 DtBufferPlaceHolder* holder, DtPduFactory* factory)
     : DtVdcLinePdu(0.0) {
   initReceived(bytes, holder, factory, DtVdcSegmentedLine);
 }

@@ -17,7 +17,9 @@ struct PolyLayout {
 };
 constexpr vdclayout::Versions<PolyLayout> kPoly = {{384, 388, 400}, {376, 380, 392}};
 
-const PolyLayout& layout(const DtVdcPolyObjectPduBase& pdu) { return vdclayout::of(kPoly, pdu); }
+const PolyLayout& layout(const DtVdcPolyObjectPduBase& pdu) {
+  return vdclayout::of(kPoly, pdu);
+}
 
 // The viewers' reader skips 20 blanks although the attachable text has 18 and the fill
 // follows it; it is kept so that both ends read the same numbers.
@@ -31,17 +33,25 @@ void DtVdcPolyObjectPduBase::setFill(bool fill) const {
   const_cast<DtVdcPolyObjectPduBase*>(this)->setFlagBits(kFillBit, fill);
 }
 
-bool DtVdcPolyObjectPduBase::fill() const { return (readU8(flagByteOffset()) & kFillBit) != 0; }
+bool DtVdcPolyObjectPduBase::fill() const {
+  return (readU8(flagByteOffset()) & kFillBit) != 0;
+}
 
-void DtVdcPolyObjectPduBase::setPattern(DtNetU32 pattern) { writeU32(layout(*this).pattern, pattern); }
+void DtVdcPolyObjectPduBase::setPattern(DtNetU32 pattern) {
+  writeU32(layout(*this).pattern, pattern);
+}
 
-DtNetU32 DtVdcPolyObjectPduBase::pattern() const { return readU32(layout(*this).pattern); }
+DtNetU32 DtVdcPolyObjectPduBase::pattern() const {
+  return readU32(layout(*this).pattern);
+}
 
 void DtVdcPolyObjectPduBase::setScale(const DtVector64& scale) {
   writeVector32(layout(*this).scale, scale);
 }
 
-DtVector64 DtVdcPolyObjectPduBase::scale() const { return readVector32(layout(*this).scale); }
+DtVector64 DtVdcPolyObjectPduBase::scale() const {
+  return readVector32(layout(*this).scale);
+}
 
 void DtVdcPolyObjectPduBase::setRotation(const DtTaitBryan& rotation) {
   writeEulerAngles(layout(*this).rotation, rotation);

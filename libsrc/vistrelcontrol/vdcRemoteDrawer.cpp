@@ -161,8 +161,8 @@ void DtVistrelRemoteDrawer::hideAttribute(unsigned int groupId, unsigned int att
 void DtVistrelRemoteDrawer::sendAttributeCommand(DtVdcDrawType forGroup, DtVdcDrawType forTemplate,
                                                  unsigned int groupId, unsigned int attributeId) {
   auto found = objects_.find(groupId);
-  bool group = found != objects_.end() && found->second &&
-               hasType(found->second, DtVdcAttributeGroup);
+  bool group =
+      found != objects_.end() && found->second && hasType(found->second, DtVdcAttributeGroup);
   sendCommand(group ? forGroup : forTemplate, attributeId, groupId);
 }
 

@@ -17,7 +17,9 @@ struct TextLayout {
 constexpr vdclayout::Versions<TextLayout> kText = {{384, DtVdcTextPduBase::kTextOffset},
                                                    {376, DtVdcTextPduBase::kTextOffset}};
 
-const TextLayout& layout(const DtVdcTextPduBase& pdu) { return vdclayout::of(kText, pdu); }
+const TextLayout& layout(const DtVdcTextPduBase& pdu) {
+  return vdclayout::of(kText, pdu);
+}
 }  // namespace
 
 DtVdcTextPduBase::DtVdcTextPduBase() = default;

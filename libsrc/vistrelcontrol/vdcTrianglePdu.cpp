@@ -52,8 +52,8 @@ void DtVdcTrianglePduBase::setFromString(const char* text) {
   const char* line = text ? text : "";
   DtVdcPolyObjectPduBase::setFromString(line);
   float v[9] = {0, 0, 0, 0, 0, 0, 0, 0, 0};
-  std::sscanf(vdctext::afterBlanks(line, kBlanksBeforeCorners), "%f %f %f %f %f %f %f %f %f",
-              &v[0], &v[1], &v[2], &v[3], &v[4], &v[5], &v[6], &v[7], &v[8]);
+  std::sscanf(vdctext::afterBlanks(line, kBlanksBeforeCorners), "%f %f %f %f %f %f %f %f %f", &v[0],
+              &v[1], &v[2], &v[3], &v[4], &v[5], &v[6], &v[7], &v[8]);
   for (int i = 0; i < kCorners; ++i) setPoint(i, DtVector64(v[3 * i], v[3 * i + 1], v[3 * i + 2]));
 }
 

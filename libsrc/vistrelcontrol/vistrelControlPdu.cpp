@@ -27,14 +27,13 @@ void printBannerOnce() {
 
 const char* DtEnumString(DtViewerCommand command) {
   static const char* const requests[] = {
-      "DtVcAbsolute",    "DtVcTether",    "DtVcCompass", "DtVcMimic",       "DtVcOffsetMimic",
-      "DtVcOrbit",       "DtVcTrack",     "DtVcTetherTrack", "DtVcMimicTrack", "DtVcGroup",
-      "DtVcModeless",    "DtVcOptions",   "DtVcPivot",   "DtVcMove",        "DtVcRequestState"};
+      "DtVcAbsolute", "DtVcTether",  "DtVcCompass",     "DtVcMimic",      "DtVcOffsetMimic",
+      "DtVcOrbit",    "DtVcTrack",   "DtVcTetherTrack", "DtVcMimicTrack", "DtVcGroup",
+      "DtVcModeless", "DtVcOptions", "DtVcPivot",       "DtVcMove",       "DtVcRequestState"};
   static const char* const reports[] = {
-      "DtVcAbsoluteStatus",    "DtVcTetherStatus",      "DtVcCompassStatus",
-      "DtVcMimicStatus",       "DtVcOffsetMimicStatus", "DtVcOrbitStatus",
-      "DtVcTrackStatus",       "DtVcTetherTrackStatus", "DtVcMimicTrackStatus",
-      "DtVcGroupStatus",       "DtVcModelessStatus"};
+      "DtVcAbsoluteStatus",    "DtVcTetherStatus", "DtVcCompassStatus", "DtVcMimicStatus",
+      "DtVcOffsetMimicStatus", "DtVcOrbitStatus",  "DtVcTrackStatus",   "DtVcTetherTrackStatus",
+      "DtVcMimicTrackStatus",  "DtVcGroupStatus",  "DtVcModelessStatus"};
   int c = static_cast<int>(command);
   if (c >= 0 && c <= 14) return requests[c];
   if (c >= 500 && c <= 510) return reports[c - 500];
@@ -71,14 +70,18 @@ const DtString& DtVistrelControlPdu::viewerId() const {
   return idCache_;
 }
 
-void DtVistrelControlPdu::setViewerId(const DtString& id) { writeDesignator(kViewerIdOffset, id); }
+void DtVistrelControlPdu::setViewerId(const DtString& id) {
+  writeDesignator(kViewerIdOffset, id);
+}
 
 const DtString& DtVistrelControlPdu::senderId() const {
   idCache_ = readDesignator(kSenderIdOffset);
   return idCache_;
 }
 
-void DtVistrelControlPdu::setSenderId(const DtString& id) { writeDesignator(kSenderIdOffset, id); }
+void DtVistrelControlPdu::setSenderId(const DtString& id) {
+  writeDesignator(kSenderIdOffset, id);
+}
 
 DtViewerCommand DtVistrelControlPdu::viewerCommand() const {
   return static_cast<DtViewerCommand>(readU16(kCommandOffset));
@@ -89,7 +92,8 @@ void DtVistrelControlPdu::setViewerCommand(DtViewerCommand command) {
 }
 
 unsigned long DtVistrelControlPdu::ignoreFlags() const {
-  return static_cast<unsigned long>(static_cast<long>(static_cast<int32_t>(readU32(kIgnoreFlagsOffset))));
+  return static_cast<unsigned long>(
+      static_cast<long>(static_cast<int32_t>(readU32(kIgnoreFlagsOffset))));
 }
 
 void DtVistrelControlPdu::setIgnoreFlags(unsigned long flags) {
@@ -136,7 +140,9 @@ void DtVistrelControlPdu::printData() const {
   DtDumpHexBytes("IgnoreFlags", &flags, 4);
 }
 
-int DtVistrelControlPdu::internalGetPduKind() const { return kPduKind; }
+int DtVistrelControlPdu::internalGetPduKind() const {
+  return kPduKind;
+}
 
 void DtVistrelControlPdu::setFromString(const char*) {}
 

@@ -18,13 +18,21 @@ const vdclayout::Header& layout(const DtVistrelDrawControlPdu& pdu) {
 DtVistrelDrawControlPdu::DtVistrelDrawControlPdu() = default;
 DtVistrelDrawControlPdu::~DtVistrelDrawControlPdu() = default;
 
-DtNetU32 DtVistrelDrawControlPdu::objectId() const { return readU32(layout(*this).objectId); }
+DtNetU32 DtVistrelDrawControlPdu::objectId() const {
+  return readU32(layout(*this).objectId);
+}
 
-void DtVistrelDrawControlPdu::setObjectId(DtNetU32 id) { writeU32(layout(*this).objectId, id); }
+void DtVistrelDrawControlPdu::setObjectId(DtNetU32 id) {
+  writeU32(layout(*this).objectId, id);
+}
 
-void DtVistrelDrawControlPdu::setType(DtNetU32 type) { writeU32(layout(*this).type, type); }
+void DtVistrelDrawControlPdu::setType(DtNetU32 type) {
+  writeU32(layout(*this).type, type);
+}
 
-DtNetU32 DtVistrelDrawControlPdu::type() const { return readU32(layout(*this).type); }
+DtNetU32 DtVistrelDrawControlPdu::type() const {
+  return readU32(layout(*this).type);
+}
 
 unsigned int DtVistrelDrawControlPdu::paramVersion() const {
   if (readU32(kMarkerOffset) != kParamVersionMarker) return 0;

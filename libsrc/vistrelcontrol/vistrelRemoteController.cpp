@@ -61,7 +61,8 @@ class SavedDesignator {
 // Whether the designator at `offset` reads as `id`, without making a text of it.
 bool designatorIs(const DtBaseMsg& pdu, size_t offset, const DtString& id) {
   const size_t width = DtNetGlobalObjectDesignator::kSize;
-  if (offset > pdu.capacity() || pdu.capacity() - offset < width) return pdu.readDesignator(offset) == id;
+  if (offset > pdu.capacity() || pdu.capacity() - offset < width)
+    return pdu.readDesignator(offset) == id;
   const char* text = pdu.packet() + offset;
   size_t n = strnlen(text, width);
   return n == id.length() && std::memcmp(text, id.c_str(), n) == 0;
@@ -95,10 +96,8 @@ DtVistrelRemoteController::DtVistrelRemoteController(DtExerciseConn* conn, const
   connect();
 }
 
-DtVistrelRemoteController::DtVistrelRemoteController(const char* execName,
-                                                     const char* federateName,
-                                                     DtFomMapper* mapper,
-                                                     const char* fedFileName,
+DtVistrelRemoteController::DtVistrelRemoteController(const char* execName, const char* federateName,
+                                                     DtFomMapper* mapper, const char* fedFileName,
                                                      const DtString& target)
     : targetId_(target),
       callbacks_(new DtList),
@@ -107,11 +106,10 @@ DtVistrelRemoteController::DtVistrelRemoteController(const char* execName,
   connect();
 }
 
-DtVistrelRemoteController::DtVistrelRemoteController(const char* execName,
-                                                     const char* federateName,
+DtVistrelRemoteController::DtVistrelRemoteController(const char* execName, const char* federateName,
                                                      const char* fomMapperName,
-                                                     const char* fedFileName,
-                                                     void* fomMapperData, const DtString& target)
+                                                     const char* fedFileName, void* fomMapperData,
+                                                     const DtString& target)
     : targetId_(target),
       callbacks_(new DtList),
       conn_(new DtExerciseConn(execName, federateName, fomMapperName, fedFileName, fomMapperData,
@@ -133,18 +131,25 @@ DtVistrelRemoteController::~DtVistrelRemoteController() {
 
 // ------------------------------------------------------------------ identities, callbacks
 
-void DtVistrelRemoteController::setTargetVistrelId(const DtString& id) { targetId_ = id; }
-const DtString& DtVistrelRemoteController::targetVistrelId() const { return targetId_; }
-void DtVistrelRemoteController::setControllerId(const DtString& id) { controllerId_ = id; }
-const DtString& DtVistrelRemoteController::controllerId() const { return controllerId_; }
+void DtVistrelRemoteController::setTargetVistrelId(const DtString& id) {
+  targetId_ = id;
+}
+const DtString& DtVistrelRemoteController::targetVistrelId() const {
+  return targetId_;
+}
+void DtVistrelRemoteController::setControllerId(const DtString& id) {
+  controllerId_ = id;
+}
+const DtString& DtVistrelRemoteController::controllerId() const {
+  return controllerId_;
+}
 
 void DtVistrelRemoteController::addViewModeChangeCallback(DtViewModeChangeCallback cb, void* usr,
                                                           const DtString& viewerId) {
   callbacks_->add(new CbStruct(viewerId, cb, usr));
 }
 
-void DtVistrelRemoteController::removeViewModeChangeCallback(DtViewModeChangeCallback cb,
-                                                             void* usr,
+void DtVistrelRemoteController::removeViewModeChangeCallback(DtViewModeChangeCallback cb, void* usr,
                                                              const DtString& viewerId) {
   for (int i = callbacks_->count() - 1; i >= 0; --i) {
     auto* record = static_cast<CbStruct*>(callbacks_->nth(i));
@@ -191,7 +196,8 @@ void DtVistrelRemoteController::processVistrelControl(DtVistrelControlInteractio
   // An interaction whose bytes were not a control PDU holds none: nothing to report.
   const DtVistrelControlPdu* pdu = inter ? inter->vcPdu() : nullptr;
   if (!pdu) return;
-  if (ignoreOwnCommands_ && designatorIs(*pdu, DtVistrelControlPdu::kSenderIdOffset, controllerId_)) return;
+  if (ignoreOwnCommands_ && designatorIs(*pdu, DtVistrelControlPdu::kSenderIdOffset, controllerId_))
+    return;
   // A callback may add or remove records: call the ones registered when the PDU came.
   struct Call {
     DtViewModeChangeCallback callback;
@@ -334,17 +340,39 @@ void DtVistrelRemoteController::decreaseTurnrate() const {
 void DtVistrelRemoteController::setMode(DtViewerCommand mode, const DtVector64* position,
                                         const DtTaitBryan* orientation) const {
   switch (mode) {
-    case DtVcAbsolute: setAbsoluteMode(nullptr, nullptr); break;
-    case DtVcTether: setTetherMode(nullptr, nullptr, nullptr); break;
-    case DtVcCompass: setCompassMode(nullptr, nullptr, nullptr, nullptr); break;
-    case DtVcMimic: setMimicMode(nullptr, nullptr); break;
-    case DtVcOrbit: setOrbitMode(nullptr, nullptr, nullptr, nullptr, nullptr); break;
-    case DtVcTrack: setTrackMode(nullptr, nullptr); break;
-    case DtVcTetherTrack: setTetherTrackMode(nullptr, nullptr, nullptr); break;
-    case DtVcMimicTrack: setMimicTrackMode(nullptr, nullptr, nullptr); break;
-    case DtVcGroup: setGroupMode(nullptr, nullptr, nullptr, nullptr); break;
-    case DtVcPivot: setPivotMode(nullptr, nullptr, nullptr, nullptr); break;
-    default: DtDumpEnum("Cannot change mode to ", DtEnumString(mode), mode); break;
+    case DtVcAbsolute:
+      setAbsoluteMode(nullptr, nullptr);
+      break;
+    case DtVcTether:
+      setTetherMode(nullptr, nullptr, nullptr);
+      break;
+    case DtVcCompass:
+      setCompassMode(nullptr, nullptr, nullptr, nullptr);
+      break;
+    case DtVcMimic:
+      setMimicMode(nullptr, nullptr);
+      break;
+    case DtVcOrbit:
+      setOrbitMode(nullptr, nullptr, nullptr, nullptr, nullptr);
+      break;
+    case DtVcTrack:
+      setTrackMode(nullptr, nullptr);
+      break;
+    case DtVcTetherTrack:
+      setTetherTrackMode(nullptr, nullptr, nullptr);
+      break;
+    case DtVcMimicTrack:
+      setMimicTrackMode(nullptr, nullptr, nullptr);
+      break;
+    case DtVcGroup:
+      setGroupMode(nullptr, nullptr, nullptr, nullptr);
+      break;
+    case DtVcPivot:
+      setPivotMode(nullptr, nullptr, nullptr, nullptr);
+      break;
+    default:
+      DtDumpEnum("Cannot change mode to ", DtEnumString(mode), mode);
+      break;
   }
   set(position, orientation);
 }
@@ -362,8 +390,7 @@ void DtVistrelRemoteController::setAbsoluteMode(const DtVector64* location,
 }
 
 void DtVistrelRemoteController::setCompassMode(const DtString* attachId, const float* radius,
-                                               const float* bodyHeading,
-                                               const float* pitch) const {
+                                               const float* bodyHeading, const float* pitch) const {
   DtCompassVCPdu pdu;
   IgnoreFlags flags;
   flags.given(attachId, kAttached, [&](const DtString& id) { pdu.setAttachId(id); });
@@ -460,8 +487,7 @@ void fillTwoEntity(Pdu& pdu, const DtString* attachId, const DtString* trackId,
 }
 }  // namespace
 
-void DtVistrelRemoteController::setMimicTrackMode(const DtString* attachId,
-                                                  const DtString* trackId,
+void DtVistrelRemoteController::setMimicTrackMode(const DtString* attachId, const DtString* trackId,
                                                   const DtVector64* offset) const {
   DtMimicTrackVCPdu pdu;
   fillTwoEntity(pdu, attachId, trackId, offset, kPosition);
@@ -477,8 +503,7 @@ void DtVistrelRemoteController::setTetherTrackMode(const DtString* attachId,
 }
 
 void DtVistrelRemoteController::setGroupMode(const DtGlobalObjectDesignatorList* ids,
-                                             const float* radialOffset,
-                                             const float* headingOffset,
+                                             const float* radialOffset, const float* headingOffset,
                                              const float* pitchOffset) const {
   sendGroupPdu(ids, radialOffset, headingOffset, pitchOffset, 0);
 }
@@ -491,8 +516,7 @@ void DtVistrelRemoteController::setWideGroupMode(const DtGlobalObjectDesignatorL
 }
 
 void DtVistrelRemoteController::sendGroupPdu(const DtGlobalObjectDesignatorList* ids,
-                                             const float* radialOffset,
-                                             const float* headingOffset,
+                                             const float* radialOffset, const float* headingOffset,
                                              const float* pitchOffset, int groupCmd) const {
   DtGroupVCPdu pdu;
   pdu.setGroupCmd(groupCmd);
@@ -516,8 +540,10 @@ void DtVistrelRemoteController::sendGroupPdu(const DtGlobalObjectDesignatorList*
 // ------------------------------------------------------------------ viewer options
 // Each sends one options PDU carrying the one setting (two for the forms with a file).
 
-#define VC_OPTION(signature, body) \
-  void DtVistrelRemoteController::signature { sendOptions([&](DtOptionsPdu& p) { body; }); }
+#define VC_OPTION(signature, body)               \
+  void DtVistrelRemoteController::signature {    \
+    sendOptions([&](DtOptionsPdu& p) { body; }); \
+  }
 
 VC_OPTION(setOverlayEnabled(bool enabled) const,
           p.setOverlayOption(static_cast<DtOverlayOption>(enabled ? 1 : 0)))
@@ -558,13 +584,17 @@ VC_OPTION(setNextTextureSet(), p.setShowNextTextureSet(true))
 VC_OPTION(setPrevTextureSet(), p.setShowPrevTextureSet(true))
 VC_OPTION(setTerrainScale(double value), p.setTerrainScale(value))
 VC_OPTION(setObjectScale(double value), p.setObjectScale(value))
-VC_OPTION(startVideoRecording(), p.setVideoCaptureCommand(DtOptionsPdu::DtVistrelControlVideoCaptureCommand(3)))
+VC_OPTION(startVideoRecording(),
+          p.setVideoCaptureCommand(DtOptionsPdu::DtVistrelControlVideoCaptureCommand(3)))
 VC_OPTION(startVideoRecording(const DtString& filename),
           p.setVideoCaptureCommand(DtOptionsPdu::DtVistrelControlVideoCaptureCommand(3));
           p.setVideoCaptureFilename(filename))
-VC_OPTION(stopVideoRecording(), p.setVideoCaptureCommand(DtOptionsPdu::DtVistrelControlVideoCaptureCommand(0)))
-VC_OPTION(pauseVideoRecording(), p.setVideoCaptureCommand(DtOptionsPdu::DtVistrelControlVideoCaptureCommand(1)))
-VC_OPTION(unpauseVideoRecording(), p.setVideoCaptureCommand(DtOptionsPdu::DtVistrelControlVideoCaptureCommand(2)))
+VC_OPTION(stopVideoRecording(),
+          p.setVideoCaptureCommand(DtOptionsPdu::DtVistrelControlVideoCaptureCommand(0)))
+VC_OPTION(pauseVideoRecording(),
+          p.setVideoCaptureCommand(DtOptionsPdu::DtVistrelControlVideoCaptureCommand(1)))
+VC_OPTION(unpauseVideoRecording(),
+          p.setVideoCaptureCommand(DtOptionsPdu::DtVistrelControlVideoCaptureCommand(2)))
 VC_OPTION(setVideoCaptureRecordInsets(bool value), p.setVideoCaptureRecordInsets(value))
 VC_OPTION(setVideoCaptureFramesPerSecond(int value), p.setVideoCaptureFramesPerSecond(value))
 VC_OPTION(setVideoCaptureFilenameBase(const DtString& value), p.setVideoCaptureFilenameBase(value))
@@ -574,8 +604,7 @@ VC_OPTION(setFloor(double value), p.setFloor(value))
 VC_OPTION(setConstrainViewToAll(bool value), p.setConstrainToAll(value))
 VC_OPTION(setBlockedDistance(double value), p.setBlockedDistance(value))
 VC_OPTION(setUseNearClipForBlockedDistance(bool value), p.setUseNearClipForBlockedDistance(value))
-VC_OPTION(loadFeatures(const DtString& filename),
-          p.setFeatureFilename(filename);
+VC_OPTION(loadFeatures(const DtString& filename), p.setFeatureFilename(filename);
           p.setFeatureCommand(DtOptionsPdu::DtVistrelControlFeatureCommand(0)))
 VC_OPTION(clearFeatures(), p.setFeatureCommand(DtOptionsPdu::DtVistrelControlFeatureCommand(1)))
 

@@ -45,12 +45,14 @@ std::wstring text(double v) {
 constexpr double kEpsilon = std::numeric_limits<double>::denorm_min();
 
 class Float64TimeFactory : public LogicalTimeFactory {
-public:
-  RTI_UNIQUE_PTR<LogicalTime> makeLogicalTime() override { return std::make_unique<HLAfloat64Time>(); }
+ public:
+  RTI_UNIQUE_PTR<LogicalTime> makeLogicalTime() override {
+    return std::make_unique<HLAfloat64Time>();
+  }
 };
 
 class Float64IntervalFactory : public LogicalTimeIntervalFactory {
-public:
+ public:
   RTI_UNIQUE_PTR<LogicalTimeInterval> makeLogicalTimeInterval() override {
     return std::make_unique<HLAfloat64Interval>();
   }
@@ -60,19 +62,28 @@ bool knownName(std::wstring const& name) {
   return name.empty() || name == L"HLAfloat64Time" || name == L"HLAfloat64Interval";
 }
 
-} // namespace
+}  // namespace
 
 // ------------------------------------------------------------------------- Interval
 
-void HLAfloat64Interval::setZero() { _value = 0; }
-bool HLAfloat64Interval::isZero() const { return _value == 0; }
-void HLAfloat64Interval::setEpsilon() { _value = kEpsilon; }
-bool HLAfloat64Interval::isEpsilon() const { return _value == kEpsilon; }
+void HLAfloat64Interval::setZero() {
+  _value = 0;
+}
+bool HLAfloat64Interval::isZero() const {
+  return _value == 0;
+}
+void HLAfloat64Interval::setEpsilon() {
+  _value = kEpsilon;
+}
+bool HLAfloat64Interval::isEpsilon() const {
+  return _value == kEpsilon;
+}
 LogicalTimeInterval& HLAfloat64Interval::operator=(LogicalTimeInterval const& v) {
   _value = as<HLAfloat64Interval>(v)._value;
   return *this;
 }
-void HLAfloat64Interval::setToDifference(LogicalTime const& minuend, LogicalTime const& subtrahend) {
+void HLAfloat64Interval::setToDifference(LogicalTime const& minuend,
+                                         LogicalTime const& subtrahend) {
   _value = as<HLAfloat64Time>(minuend).getTime() - as<HLAfloat64Time>(subtrahend).getTime();
 }
 LogicalTimeInterval& HLAfloat64Interval::operator+=(LogicalTimeInterval const& v) {
@@ -83,31 +94,57 @@ LogicalTimeInterval& HLAfloat64Interval::operator-=(LogicalTimeInterval const& v
   _value -= as<HLAfloat64Interval>(v)._value;
   return *this;
 }
-bool HLAfloat64Interval::operator>(LogicalTimeInterval const& v) const { return _value > as<HLAfloat64Interval>(v)._value; }
-bool HLAfloat64Interval::operator<(LogicalTimeInterval const& v) const { return _value < as<HLAfloat64Interval>(v)._value; }
-bool HLAfloat64Interval::operator==(LogicalTimeInterval const& v) const { return _value == as<HLAfloat64Interval>(v)._value; }
-bool HLAfloat64Interval::operator>=(LogicalTimeInterval const& v) const { return _value >= as<HLAfloat64Interval>(v)._value; }
-bool HLAfloat64Interval::operator<=(LogicalTimeInterval const& v) const { return _value <= as<HLAfloat64Interval>(v)._value; }
+bool HLAfloat64Interval::operator>(LogicalTimeInterval const& v) const {
+  return _value > as<HLAfloat64Interval>(v)._value;
+}
+bool HLAfloat64Interval::operator<(LogicalTimeInterval const& v) const {
+  return _value < as<HLAfloat64Interval>(v)._value;
+}
+bool HLAfloat64Interval::operator==(LogicalTimeInterval const& v) const {
+  return _value == as<HLAfloat64Interval>(v)._value;
+}
+bool HLAfloat64Interval::operator>=(LogicalTimeInterval const& v) const {
+  return _value >= as<HLAfloat64Interval>(v)._value;
+}
+bool HLAfloat64Interval::operator<=(LogicalTimeInterval const& v) const {
+  return _value <= as<HLAfloat64Interval>(v)._value;
+}
 VariableLengthData HLAfloat64Interval::encode() const {
   unsigned char b[8];
   put(_value, b, 8);
   return VariableLengthData(b, 8);
 }
-unsigned long HLAfloat64Interval::encodedLength() const { return 8; }
+unsigned long HLAfloat64Interval::encodedLength() const {
+  return 8;
+}
 unsigned long HLAfloat64Interval::encode(void* buffer, unsigned long size) const {
   put(_value, buffer, size);
   return 8;
 }
-void HLAfloat64Interval::decode(VariableLengthData const& v) { _value = get(v.data(), v.size()); }
-void HLAfloat64Interval::decode(void* buffer, unsigned long size) { _value = get(buffer, size); }
-std::wstring HLAfloat64Interval::toString() const { return text(_value); }
+void HLAfloat64Interval::decode(VariableLengthData const& v) {
+  _value = get(v.data(), v.size());
+}
+void HLAfloat64Interval::decode(void* buffer, unsigned long size) {
+  _value = get(buffer, size);
+}
+std::wstring HLAfloat64Interval::toString() const {
+  return text(_value);
+}
 
 // ----------------------------------------------------------------------------- Time
 
-void HLAfloat64Time::setInitial() { _value = 0; }
-bool HLAfloat64Time::isInitial() const { return _value == 0; }
-void HLAfloat64Time::setFinal() { _value = std::numeric_limits<double>::max(); }
-bool HLAfloat64Time::isFinal() const { return _value == std::numeric_limits<double>::max(); }
+void HLAfloat64Time::setInitial() {
+  _value = 0;
+}
+bool HLAfloat64Time::isInitial() const {
+  return _value == 0;
+}
+void HLAfloat64Time::setFinal() {
+  _value = std::numeric_limits<double>::max();
+}
+bool HLAfloat64Time::isFinal() const {
+  return _value == std::numeric_limits<double>::max();
+}
 LogicalTime& HLAfloat64Time::operator=(LogicalTime const& v) {
   _value = as<HLAfloat64Time>(v)._value;
   return *this;
@@ -120,36 +157,55 @@ LogicalTime& HLAfloat64Time::operator-=(LogicalTimeInterval const& v) {
   _value -= as<HLAfloat64Interval>(v).getInterval();
   return *this;
 }
-bool HLAfloat64Time::operator>(LogicalTime const& v) const { return _value > as<HLAfloat64Time>(v)._value; }
-bool HLAfloat64Time::operator<(LogicalTime const& v) const { return _value < as<HLAfloat64Time>(v)._value; }
-bool HLAfloat64Time::operator==(LogicalTime const& v) const { return _value == as<HLAfloat64Time>(v)._value; }
-bool HLAfloat64Time::operator>=(LogicalTime const& v) const { return _value >= as<HLAfloat64Time>(v)._value; }
-bool HLAfloat64Time::operator<=(LogicalTime const& v) const { return _value <= as<HLAfloat64Time>(v)._value; }
+bool HLAfloat64Time::operator>(LogicalTime const& v) const {
+  return _value > as<HLAfloat64Time>(v)._value;
+}
+bool HLAfloat64Time::operator<(LogicalTime const& v) const {
+  return _value < as<HLAfloat64Time>(v)._value;
+}
+bool HLAfloat64Time::operator==(LogicalTime const& v) const {
+  return _value == as<HLAfloat64Time>(v)._value;
+}
+bool HLAfloat64Time::operator>=(LogicalTime const& v) const {
+  return _value >= as<HLAfloat64Time>(v)._value;
+}
+bool HLAfloat64Time::operator<=(LogicalTime const& v) const {
+  return _value <= as<HLAfloat64Time>(v)._value;
+}
 VariableLengthData HLAfloat64Time::encode() const {
   unsigned char b[8];
   put(_value, b, 8);
   return VariableLengthData(b, 8);
 }
-unsigned long HLAfloat64Time::encodedLength() const { return 8; }
+unsigned long HLAfloat64Time::encodedLength() const {
+  return 8;
+}
 unsigned long HLAfloat64Time::encode(void* buffer, unsigned long size) const {
   put(_value, buffer, size);
   return 8;
 }
-void HLAfloat64Time::decode(VariableLengthData const& v) { _value = get(v.data(), v.size()); }
-void HLAfloat64Time::decode(void* buffer, unsigned long size) { _value = get(buffer, size); }
-std::wstring HLAfloat64Time::toString() const { return text(_value); }
+void HLAfloat64Time::decode(VariableLengthData const& v) {
+  _value = get(v.data(), v.size());
+}
+void HLAfloat64Time::decode(void* buffer, unsigned long size) {
+  _value = get(buffer, size);
+}
+std::wstring HLAfloat64Time::toString() const {
+  return text(_value);
+}
 
 // ------------------------------------------------------------------------ Factories
 
-RTI_UNIQUE_PTR<LogicalTimeFactory> LogicalTimeFactoryFactory::makeLogicalTimeFactory(std::wstring const& name) {
+RTI_UNIQUE_PTR<LogicalTimeFactory> LogicalTimeFactoryFactory::makeLogicalTimeFactory(
+    std::wstring const& name) {
   if (!knownName(name)) return nullptr;
   return std::make_unique<Float64TimeFactory>();
 }
 
-RTI_UNIQUE_PTR<LogicalTimeIntervalFactory> LogicalTimeIntervalFactoryFactory::makeLogicalTimeIntervalFactory(
-  std::wstring const& name) {
+RTI_UNIQUE_PTR<LogicalTimeIntervalFactory>
+LogicalTimeIntervalFactoryFactory::makeLogicalTimeIntervalFactory(std::wstring const& name) {
   if (!knownName(name)) return nullptr;
   return std::make_unique<Float64IntervalFactory>();
 }
 
-} // namespace rti1516
+}  // namespace rti1516

@@ -20,15 +20,17 @@ constexpr std::size_t kFederationOverhead = 1024;
 
 // What a federation costs the hub: its name and file name, the model as sent, and the
 // tables indexing it (full names and inherited member lists).
-std::size_t costOf(const std::string& name, std::string_view file, std::size_t modelBytes, const FddTree& tree) {
+std::size_t costOf(const std::string& name, std::string_view file, std::size_t modelBytes,
+                   const FddTree& tree) {
   std::size_t cost = kFederationOverhead + name.size() + file.size() + modelBytes;
   for (const FddClass& c : tree.classes)
     cost += sizeof(FddClass) + (c.name.size() + c.qualified.size()) * sizeof(wchar_t) +
             (c.declared.size() + c.all.size()) * sizeof(std::uint32_t);
-  for (const FddMember& m : tree.members) cost += sizeof(FddMember) + m.name.size() * sizeof(wchar_t);
+  for (const FddMember& m : tree.members)
+    cost += sizeof(FddMember) + m.name.size() * sizeof(wchar_t);
   return cost;
 }
-} // namespace
+}  // namespace
 
 struct Federation {
   std::size_t cost = 0;  // counted against kFederationBudget
@@ -46,7 +48,7 @@ struct Federation {
 };
 
 class Session : public std::enable_shared_from_this<Session> {
-public:
+ public:
   Session(Hub& hub, asio::ip::tcp::socket socket) : hub_(hub), socket_(std::move(socket)) {
     asio::error_code ec;
     auto ep = socket_.remote_endpoint(ec);
@@ -79,29 +81,31 @@ public:
   }
 
   void checkStall(Clock::time_point now) {
-    if (!closed_ && queued() > hub_.options().queueLimit && now - lastProgress_ > hub_.options().stallTimeout)
+    if (!closed_ && queued() > hub_.options().queueLimit &&
+        now - lastProgress_ > hub_.options().stallTimeout)
       close("not reading: " + std::to_string(queued()) + " bytes queued without progress");
   }
 
-private:
+ private:
   void read() {
     if (closed_ || reading_ || paused_) return;
     reading_ = true;
     const std::size_t old = rx_.size();
     rx_.resize(old + kReadChunk);
-    socket_.async_read_some(asio::buffer(rx_.data() + old, kReadChunk),
-                            [self = shared_from_this(), old](const asio::error_code& ec, std::size_t n) {
-                              self->reading_ = false;
-                              self->rx_.resize(old + (ec ? 0 : n));
-                              if (self->closed_) return;
-                              if (ec) {
-                                const bool orderly = ec == asio::error::eof || ec == asio::error::connection_reset;
-                                self->close(orderly ? std::string() : "read: " + ec.message());
-                                return;
-                              }
-                              self->process();
-                              self->read();
-                            });
+    socket_.async_read_some(
+        asio::buffer(rx_.data() + old, kReadChunk),
+        [self = shared_from_this(), old](const asio::error_code& ec, std::size_t n) {
+          self->reading_ = false;
+          self->rx_.resize(old + (ec ? 0 : n));
+          if (self->closed_) return;
+          if (ec) {
+            const bool orderly = ec == asio::error::eof || ec == asio::error::connection_reset;
+            self->close(orderly ? std::string() : "read: " + ec.message());
+            return;
+          }
+          self->process();
+          self->read();
+        });
   }
 
   void process() {
@@ -122,22 +126,30 @@ private:
 
   void handle(const wire::Message& m, const unsigned char* frame, std::size_t frameSize) {
     switch (m.type) {
-    case wire::MsgType::Create: return onCreate(m);
-    case wire::MsgType::Destroy: return onDestroy(m);
-    case wire::MsgType::Join: return onJoin(m);
-    case wire::MsgType::Resign:
-      if (!fed_) return reply(m.requestId, wire::Status::NotJoined, "not joined to a federation execution");
-      resign();
-      return reply(m.requestId, wire::Status::Ok, "");
-    case wire::MsgType::Subscribe:
-    case wire::MsgType::Unsubscribe:
-      if (!fed_) return close("subscription before joining");
-      if (m.handle >= subscribed_.size()) return close("subscription to unknown class " + std::to_string(m.handle));
-      subscribed_[m.handle] = m.type == wire::MsgType::Subscribe;
-      fed_->dirty = true;
-      return reply(m.requestId, wire::Status::Ok, "");
-    case wire::MsgType::Interaction: return onInteraction(m, frame, frameSize);
-    default: return close("unexpected message type " + std::to_string(static_cast<int>(m.type)));
+      case wire::MsgType::Create:
+        return onCreate(m);
+      case wire::MsgType::Destroy:
+        return onDestroy(m);
+      case wire::MsgType::Join:
+        return onJoin(m);
+      case wire::MsgType::Resign:
+        if (!fed_)
+          return reply(m.requestId, wire::Status::NotJoined,
+                       "not joined to a federation execution");
+        resign();
+        return reply(m.requestId, wire::Status::Ok, "");
+      case wire::MsgType::Subscribe:
+      case wire::MsgType::Unsubscribe:
+        if (!fed_) return close("subscription before joining");
+        if (m.handle >= subscribed_.size())
+          return close("subscription to unknown class " + std::to_string(m.handle));
+        subscribed_[m.handle] = m.type == wire::MsgType::Subscribe;
+        fed_->dirty = true;
+        return reply(m.requestId, wire::Status::Ok, "");
+      case wire::MsgType::Interaction:
+        return onInteraction(m, frame, frameSize);
+      default:
+        return close("unexpected message type " + std::to_string(static_cast<int>(m.type)));
     }
   }
 
@@ -146,7 +158,8 @@ private:
     const std::string name(m.name);
     if (name.empty()) return reply(m.requestId, wire::Status::Internal, "empty federation name");
     if (feds.count(name))
-      return reply(m.requestId, wire::Status::FederationExists, "federation execution '" + name + "' already exists");
+      return reply(m.requestId, wire::Status::FederationExists,
+                   "federation execution '" + name + "' already exists");
     FddModel model;
     std::string err;
     if (!decodeFdd(m.blob.data, m.blob.size, model, err))
@@ -173,23 +186,27 @@ private:
     const std::string name(m.name);
     auto it = feds.find(name);
     if (it == feds.end())
-      return reply(m.requestId, wire::Status::FederationMissing, "federation execution '" + name + "' does not exist");
+      return reply(m.requestId, wire::Status::FederationMissing,
+                   "federation execution '" + name + "' does not exist");
     if (!it->second->members.empty())
       return reply(m.requestId, wire::Status::FederatesJoined,
-                   "federation execution '" + name + "' still has " + std::to_string(it->second->members.size()) +
-                     " joined federate(s)");
+                   "federation execution '" + name + "' still has " +
+                       std::to_string(it->second->members.size()) + " joined federate(s)");
     feds.erase(it);
     hub_.info("federation execution '" + name + "' destroyed by " + peer_);
     reply(m.requestId, wire::Status::Ok, "");
   }
 
   void onJoin(const wire::Message& m) {
-    if (fed_) return reply(m.requestId, wire::Status::AlreadyJoined, "already joined to a federation execution");
+    if (fed_)
+      return reply(m.requestId, wire::Status::AlreadyJoined,
+                   "already joined to a federation execution");
     auto& feds = hub_.federations();
     const std::string name(m.name);
     auto it = feds.find(name);
     if (it == feds.end())
-      return reply(m.requestId, wire::Status::FederationMissing, "federation execution '" + name + "' does not exist");
+      return reply(m.requestId, wire::Status::FederationMissing,
+                   "federation execution '" + name + "' does not exist");
     fed_ = it->second.get();
     handle_ = fed_->nextHandle++;
     subscribed_.assign(fed_->interactions.classes.size(), false);
@@ -198,21 +215,23 @@ private:
     std::vector<unsigned char> payload(4 + fed_->model.size());
     wire::storeU32(payload.data(), handle_);
     std::copy(fed_->model.begin(), fed_->model.end(), payload.begin() + 4);
-    hub_.info("federate " + std::to_string(handle_) + " (" + std::string(m.text) + ") from " + peer_ +
-              " joined '" + name + "'");
+    hub_.info("federate " + std::to_string(handle_) + " (" + std::string(m.text) + ") from " +
+              peer_ + " joined '" + name + "'");
     reply(m.requestId, wire::Status::Ok, fed_->fddFile, payload.data(), payload.size());
   }
 
   void onInteraction(const wire::Message& m, const unsigned char* frame, std::size_t frameSize) {
     if (!fed_) return close("interaction before joining");
     const FddTree& tree = fed_->interactions;
-    if (m.handle >= tree.classes.size()) return close("interaction of unknown class " + std::to_string(m.handle));
+    if (m.handle >= tree.classes.size())
+      return close("interaction of unknown class " + std::to_string(m.handle));
     wire::ParamReader r(m);
     std::uint32_t p;
     wire::Bytes v;
     while (r.next(p, v))
       if (!tree.memberAvailable(m.handle, p))
-        return close("parameter " + std::to_string(p) + " not in class " + std::to_string(m.handle));
+        return close("parameter " + std::to_string(p) + " not in class " +
+                     std::to_string(m.handle));
     for (Session* target : fed_->interestedIn(m.handle)) {
       if (target == this) continue;
       target->enqueue(frame, frameSize);
@@ -226,8 +245,8 @@ private:
     }
   }
 
-  void reply(std::uint32_t id, wire::Status status, const std::string& text, const unsigned char* payload = nullptr,
-             std::size_t size = 0) {
+  void reply(std::uint32_t id, wire::Status status, const std::string& text,
+             const unsigned char* payload = nullptr, std::size_t size = 0) {
     ByteBuffer frame;
     wire::FrameWriter w(frame, wire::MsgType::Reply, 16 + text.size() + size);
     w.u32(id).u32(static_cast<std::uint32_t>(status)).str(text).bytes(payload, size);
@@ -254,15 +273,16 @@ private:
       if (!writingNow_) lastProgress_ = Clock::now();
     }
     writingNow_ = true;
-    socket_.async_write_some(asio::buffer(writing_.data() + written_, writing_.size() - written_),
-                             [self = shared_from_this()](const asio::error_code& ec, std::size_t n) {
-                               if (self->closed_) return;
-                               if (ec) return self->close("write: " + ec.message());
-                               self->written_ += n;
-                               self->lastProgress_ = Clock::now();
-                               if (self->queued() <= self->hub_.options().queueLimit / 4) self->wakeWaiters();
-                               self->write();
-                             });
+    socket_.async_write_some(
+        asio::buffer(writing_.data() + written_, writing_.size() - written_),
+        [self = shared_from_this()](const asio::error_code& ec, std::size_t n) {
+          if (self->closed_) return;
+          if (ec) return self->close("write: " + ec.message());
+          self->written_ += n;
+          self->lastProgress_ = Clock::now();
+          if (self->queued() <= self->hub_.options().queueLimit / 4) self->wakeWaiters();
+          self->write();
+        });
   }
 
   void wakeWaiters() {
@@ -347,7 +367,9 @@ void Hub::stop() {
   for (auto& [raw, s] : sessions) s->close("hub stopping");
 }
 
-void Hub::log(const std::string& line) const { std::cerr << "rtihub: " << line << std::endl; }
+void Hub::log(const std::string& line) const {
+  std::cerr << "rtihub: " << line << std::endl;
+}
 
 void Hub::info(const std::string& line) const {
   if (!options_.quiet) log(line);
@@ -398,4 +420,4 @@ void Hub::tick() {
   });
 }
 
-} // namespace vcrti::hub
+}  // namespace vcrti::hub

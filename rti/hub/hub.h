@@ -34,7 +34,7 @@ class Session;
 struct Federation;
 
 class Hub {
-public:
+ public:
   Hub(asio::io_context& io, const Options& options);
   ~Hub();
 
@@ -54,7 +54,7 @@ public:
   void forget(Session* s);
   std::map<std::string, std::unique_ptr<Federation>>& federations() { return federations_; }
 
-private:
+ private:
   void accept();
   void tick();
 
@@ -69,6 +69,6 @@ private:
   bool stopped_ = false;
 };
 
-} // namespace vcrti::hub
+}  // namespace vcrti::hub
 
 #endif

@@ -9,27 +9,27 @@
 namespace {
 
 const char* kUsage =
-  "usage: rtihub [--listen HOST:PORT] [--queue-limit BYTES] [--stall-timeout SECONDS] [--quiet]\n"
-  "\n"
-  "Serves HLA federation executions to federates in other processes and on other hosts.\n"
-  "Federates reach it with the federation execution name rti://HOST:PORT/Name, or with a\n"
-  "plain Name for the hub on 127.0.0.1 at the default port 15160.\n"
-  "\n"
-  "  --listen HOST:PORT       address to listen on (default 127.0.0.1:15160; port 0 picks a\n"
-  "                           free port; use [ADDR]:PORT for IPv6). Listening on anything\n"
-  "                           but loopback exposes the hub to the network: there is no\n"
-  "                           authentication.\n"
-  "  --queue-limit BYTES      bytes queued for one client above which the clients sending to\n"
-  "                           it are paused until it drains (default 8388608)\n"
-  "  --stall-timeout SECONDS  a client over its queue limit that takes no data for this long\n"
-  "                           is disconnected and resigned (default 10)\n"
-  "  --quiet                  log only dropped clients and errors\n"
-  "  --help                   this text\n"
-  "\n"
-  "On start it prints \"rtihub listening on HOST:PORT\" with the port actually bound.\n"
-  "Frames are length-prefixed and capped at 1 MiB; a client that sends a malformed or\n"
-  "oversized frame is disconnected and resigned, others are not affected. SIGINT or\n"
-  "SIGTERM stops it cleanly.\n";
+    "usage: rtihub [--listen HOST:PORT] [--queue-limit BYTES] [--stall-timeout SECONDS] [--quiet]\n"
+    "\n"
+    "Serves HLA federation executions to federates in other processes and on other hosts.\n"
+    "Federates reach it with the federation execution name rti://HOST:PORT/Name, or with a\n"
+    "plain Name for the hub on 127.0.0.1 at the default port 15160.\n"
+    "\n"
+    "  --listen HOST:PORT       address to listen on (default 127.0.0.1:15160; port 0 picks a\n"
+    "                           free port; use [ADDR]:PORT for IPv6). Listening on anything\n"
+    "                           but loopback exposes the hub to the network: there is no\n"
+    "                           authentication.\n"
+    "  --queue-limit BYTES      bytes queued for one client above which the clients sending to\n"
+    "                           it are paused until it drains (default 8388608)\n"
+    "  --stall-timeout SECONDS  a client over its queue limit that takes no data for this long\n"
+    "                           is disconnected and resigned (default 10)\n"
+    "  --quiet                  log only dropped clients and errors\n"
+    "  --help                   this text\n"
+    "\n"
+    "On start it prints \"rtihub listening on HOST:PORT\" with the port actually bound.\n"
+    "Frames are length-prefixed and capped at 1 MiB; a client that sends a malformed or\n"
+    "oversized frame is disconnected and resigned, others are not affected. SIGINT or\n"
+    "SIGTERM stops it cleanly.\n";
 
 bool parseListen(const std::string& s, std::string& host, std::uint16_t& port) {
   std::string h, p;
@@ -44,7 +44,9 @@ bool parseListen(const std::string& s, std::string& host, std::uint16_t& port) {
     h = s.substr(0, colon);
     p = s.substr(colon + 1);
   }
-  if (h.empty() || p.empty() || p.size() > 5 || p.find_first_not_of("0123456789") != std::string::npos) return false;
+  if (h.empty() || p.empty() || p.size() > 5 ||
+      p.find_first_not_of("0123456789") != std::string::npos)
+    return false;
   const unsigned long v = std::stoul(p);
   if (v > 65535) return false;
   host = h;
@@ -53,12 +55,13 @@ bool parseListen(const std::string& s, std::string& host, std::uint16_t& port) {
 }
 
 bool parseCount(const std::string& s, unsigned long long& out) {
-  if (s.empty() || s.size() > 18 || s.find_first_not_of("0123456789") != std::string::npos) return false;
+  if (s.empty() || s.size() > 18 || s.find_first_not_of("0123456789") != std::string::npos)
+    return false;
   out = std::stoull(s);
   return true;
 }
 
-} // namespace
+}  // namespace
 
 int main(int argc, char** argv) {
   vcrti::hub::Options options;
@@ -112,7 +115,8 @@ int main(int argc, char** argv) {
   try {
     hub.start();
   } catch (const std::exception& e) {
-    std::cerr << "rtihub: cannot listen on " << options.host << ":" << options.port << ": " << e.what() << "\n";
+    std::cerr << "rtihub: cannot listen on " << options.host << ":" << options.port << ": "
+              << e.what() << "\n";
     return 1;
   }
   asio::signal_set signals(io, SIGINT, SIGTERM);
@@ -123,7 +127,8 @@ int main(int argc, char** argv) {
   });
 
   const auto ep = hub.localEndpoint();
-  const std::string addr = ep.address().is_v6() ? "[" + ep.address().to_string() + "]" : ep.address().to_string();
+  const std::string addr =
+      ep.address().is_v6() ? "[" + ep.address().to_string() + "]" : ep.address().to_string();
   std::cout << "rtihub listening on " << addr << ":" << ep.port() << std::endl;
 
   io.run();

@@ -39,7 +39,8 @@ std::uint64_t valueOf(const H& h) {
 template <class H>
 H decodeHandle(VariableLengthData const& data, const wchar_t* kind) {
   if (data.size() != 8 || data.data() == nullptr)
-    throw CouldNotDecode(std::wstring(L"an encoded ") + kind + L" has 8 bytes, not " + std::to_wstring(data.size()));
+    throw CouldNotDecode(std::wstring(L"an encoded ") + kind + L" has 8 bytes, not " +
+                         std::to_wstring(data.size()));
   const auto* b = static_cast<const unsigned char*>(data.data());
   std::uint64_t v = 0;
   for (int i = 0; i < 8; ++i) v = (v << 8) | b[i];
@@ -53,7 +54,7 @@ struct FlagGuard {
   ~FlagGuard() { flag = false; }
 };
 
-} // namespace
+}  // namespace
 
 Ambassador::~Ambassador() {
   if (link_) {
@@ -88,7 +89,9 @@ void Ambassador::destroyFederationExecution(std::wstring const& federationExecut
 FederateHandle Ambassador::joinFederationExecution(std::wstring const& federateType,
                                                    std::wstring const& federationExecutionName,
                                                    FederateAmbassador& federateAmbassador) {
-  if (link_) throw FederateAlreadyExecutionMember(L"this federate has already joined a federation execution");
+  if (link_)
+    throw FederateAlreadyExecutionMember(
+        L"this federate has already joined a federation execution");
   const FederationUrl url = parseUrl(federationExecutionName);
   link_ = url.local ? joinLocalFederation(url.name) : joinHubFederation(url, federateType);
   model_ = link_->model();
@@ -121,8 +124,8 @@ void Ambassador::publishInteractionClass(InteractionClassHandle theInteraction) 
 void Ambassador::unpublishInteractionClass(InteractionClassHandle theInteraction) {
   const std::uint32_t cls = interactionClass(theInteraction, L"unpublishInteractionClass");
   if (!published_[cls])
-    throw InteractionClassNotPublished(L"interaction class " + model_->interactions.classes[cls].qualified +
-                                       L" is not published");
+    throw InteractionClassNotPublished(
+        L"interaction class " + model_->interactions.classes[cls].qualified + L" is not published");
   published_[cls] = false;
 }
 
@@ -142,17 +145,19 @@ void Ambassador::unsubscribeInteractionClass(InteractionClassHandle theClass) {
 
 // -------------------------------------------------------------------- Object management
 
-void Ambassador::sendInteraction(InteractionClassHandle theInteraction, ParameterHandleValueMap const& theParameterValues,
+void Ambassador::sendInteraction(InteractionClassHandle theInteraction,
+                                 ParameterHandleValueMap const& theParameterValues,
                                  VariableLengthData const& theUserSuppliedTag) {
   const std::uint32_t cls = interactionClass(theInteraction, L"sendInteraction");
   if (!published_[cls])
-    throw InteractionClassNotPublished(L"interaction class " + model_->interactions.classes[cls].qualified +
-                                       L" is not published");
+    throw InteractionClassNotPublished(
+        L"interaction class " + model_->interactions.classes[cls].qualified + L" is not published");
   const FddTree& tree = model_->interactions;
   for (const auto& entry : theParameterValues) {
     const std::uint64_t p = valueOf(entry.first);
     if (p > kNoClass || !tree.memberAvailable(cls, static_cast<std::uint32_t>(p)))
-      throw InteractionParameterNotDefined(entry.first.toString() + L" is not a parameter of interaction class " +
+      throw InteractionParameterNotDefined(entry.first.toString() +
+                                           L" is not a parameter of interaction class " +
                                            tree.classes[cls].qualified);
   }
   link_->send(cls, theParameterValues, theUserSuppliedTag);
@@ -171,21 +176,24 @@ std::wstring Ambassador::getObjectClassName(ObjectClassHandle theHandle) {
   return model_->objects.classes[objectClass(theHandle)].qualified;
 }
 
-AttributeHandle Ambassador::getAttributeHandle(ObjectClassHandle whichClass, std::wstring const& theAttributeName) {
+AttributeHandle Ambassador::getAttributeHandle(ObjectClassHandle whichClass,
+                                               std::wstring const& theAttributeName) {
   const std::uint32_t cls = objectClass(whichClass);
   const std::uint32_t a = model_->objects.findMember(cls, theAttributeName);
   if (a == kNoClass)
-    throw NameNotFound(L"object class " + model_->objects.classes[cls].qualified + L" has no attribute '" +
-                       theAttributeName + L"'");
+    throw NameNotFound(L"object class " + model_->objects.classes[cls].qualified +
+                       L" has no attribute '" + theAttributeName + L"'");
   return makeHandle<AttributeHandle>(a);
 }
 
 std::wstring Ambassador::getAttributeName(ObjectClassHandle whichClass, AttributeHandle theHandle) {
   const std::uint32_t cls = objectClass(whichClass);
   const std::uint64_t a = valueOf(theHandle);
-  if (a >= model_->objects.members.size()) throw InvalidAttributeHandle(theHandle.toString() + L" is not valid");
+  if (a >= model_->objects.members.size())
+    throw InvalidAttributeHandle(theHandle.toString() + L" is not valid");
   if (!model_->objects.memberAvailable(cls, static_cast<std::uint32_t>(a)))
-    throw AttributeNotDefined(theHandle.toString() + L" is not an attribute of " + model_->objects.classes[cls].qualified);
+    throw AttributeNotDefined(theHandle.toString() + L" is not an attribute of " +
+                              model_->objects.classes[cls].qualified);
   return model_->objects.members[a].name;
 }
 
@@ -200,32 +208,39 @@ std::wstring Ambassador::getInteractionClassName(InteractionClassHandle theHandl
   requireJoined(L"getInteractionClassName");
   const std::uint64_t cls = valueOf(theHandle);
   if (cls >= model_->interactions.classes.size())
-    throw InvalidInteractionClassHandle(theHandle.toString() + L" is not an interaction class of this federation");
+    throw InvalidInteractionClassHandle(theHandle.toString() +
+                                        L" is not an interaction class of this federation");
   return model_->interactions.classes[cls].qualified;
 }
 
-ParameterHandle Ambassador::getParameterHandle(InteractionClassHandle whichClass, std::wstring const& theName) {
+ParameterHandle Ambassador::getParameterHandle(InteractionClassHandle whichClass,
+                                               std::wstring const& theName) {
   requireJoined(L"getParameterHandle");
   const std::uint64_t cls = valueOf(whichClass);
   if (cls >= model_->interactions.classes.size())
-    throw InvalidInteractionClassHandle(whichClass.toString() + L" is not an interaction class of this federation");
+    throw InvalidInteractionClassHandle(whichClass.toString() +
+                                        L" is not an interaction class of this federation");
   const std::uint32_t p = model_->interactions.findMember(static_cast<std::uint32_t>(cls), theName);
   if (p == kNoClass)
-    throw NameNotFound(L"interaction class " + model_->interactions.classes[cls].qualified + L" has no parameter '" +
-                       theName + L"'");
+    throw NameNotFound(L"interaction class " + model_->interactions.classes[cls].qualified +
+                       L" has no parameter '" + theName + L"'");
   return makeHandle<ParameterHandle>(p);
 }
 
-std::wstring Ambassador::getParameterName(InteractionClassHandle whichClass, ParameterHandle theHandle) {
+std::wstring Ambassador::getParameterName(InteractionClassHandle whichClass,
+                                          ParameterHandle theHandle) {
   requireJoined(L"getParameterName");
   const std::uint64_t cls = valueOf(whichClass);
   const FddTree& tree = model_->interactions;
   if (cls >= tree.classes.size())
-    throw InvalidInteractionClassHandle(whichClass.toString() + L" is not an interaction class of this federation");
+    throw InvalidInteractionClassHandle(whichClass.toString() +
+                                        L" is not an interaction class of this federation");
   const std::uint64_t p = valueOf(theHandle);
-  if (p >= tree.members.size()) throw InvalidParameterHandle(theHandle.toString() + L" is not valid");
+  if (p >= tree.members.size())
+    throw InvalidParameterHandle(theHandle.toString() + L" is not valid");
   if (!tree.memberAvailable(static_cast<std::uint32_t>(cls), static_cast<std::uint32_t>(p)))
-    throw InteractionParameterNotDefined(theHandle.toString() + L" is not a parameter of " + tree.classes[cls].qualified);
+    throw InteractionParameterNotDefined(theHandle.toString() + L" is not a parameter of " +
+                                         tree.classes[cls].qualified);
   return tree.members[p].name;
 }
 
@@ -240,7 +255,8 @@ std::wstring Ambassador::getTransportationName(TransportationType transportation
   requireJoined(L"getTransportationName");
   if (transportationType == RELIABLE) return L"HLAreliable";
   if (transportationType == BEST_EFFORT) return L"HLAbestEffort";
-  throw InvalidTransportationType(L"unknown transportation type " + std::to_wstring(transportationType));
+  throw InvalidTransportationType(L"unknown transportation type " +
+                                  std::to_wstring(transportationType));
 }
 
 OrderType Ambassador::getOrderType(std::wstring const& orderName) {
@@ -274,7 +290,8 @@ bool Ambassador::evokeCallback(double approximateMinimumTimeInSeconds) {
   return evoke(approximateMinimumTimeInSeconds, approximateMinimumTimeInSeconds, true);
 }
 
-bool Ambassador::evokeMultipleCallbacks(double approximateMinimumTimeInSeconds, double approximateMaximumTimeInSeconds) {
+bool Ambassador::evokeMultipleCallbacks(double approximateMinimumTimeInSeconds,
+                                        double approximateMaximumTimeInSeconds) {
   return evoke(approximateMinimumTimeInSeconds, approximateMaximumTimeInSeconds, false);
 }
 
@@ -305,8 +322,10 @@ bool Ambassador::evoke(double minSeconds, double maxSeconds, bool single) {
   // the clock: its deadlines have passed as it starts.
   const bool timed = maxSeconds > 0;
   const auto start = timed ? Clock::now() : Clock::time_point();
-  const auto minEnd = start + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(minSeconds));
-  const auto maxEnd = start + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(maxSeconds));
+  const auto minEnd = start + std::chrono::duration_cast<Clock::duration>(
+                                  std::chrono::duration<double>(minSeconds));
+  const auto maxEnd = start + std::chrono::duration_cast<Clock::duration>(
+                                  std::chrono::duration<double>(maxSeconds));
 
   if (!callbacksEnabled_) {
     refill(0);
@@ -341,7 +360,8 @@ bool Ambassador::deliverOne() {
   const FddTree& tree = model_->interactions;
   while (pending()) {
     wire::Message m;
-    const wire::DecodeResult d = wire::decodeFrame(deliver_.data() + deliverPos_, deliver_.size() - deliverPos_, m);
+    const wire::DecodeResult d =
+        wire::decodeFrame(deliver_.data() + deliverPos_, deliver_.size() - deliverPos_, m);
     if (d.status != wire::DecodeStatus::Complete) {
       deliver_.clear();
       deliverPos_ = 0;
@@ -374,8 +394,10 @@ bool Ambassador::deliverOne() {
       }
     }
     rxParams_.erase(it, rxParams_.end());
-    rxTag_.setDataPointer(const_cast<unsigned char*>(m.tag.data), static_cast<unsigned long>(m.tag.size));
-    federate_->receiveInteraction(makeHandle<InteractionClassHandle>(as), rxParams_, rxTag_, RECEIVE, RELIABLE);
+    rxTag_.setDataPointer(const_cast<unsigned char*>(m.tag.data),
+                          static_cast<unsigned long>(m.tag.size));
+    federate_->receiveInteraction(makeHandle<InteractionClassHandle>(as), rxParams_, rxTag_,
+                                  RECEIVE, RELIABLE);
     return true;
   }
   return false;
@@ -404,7 +426,8 @@ ParameterHandle Ambassador::decodeParameterHandle(VariableLengthData const& v) c
 DimensionHandle Ambassador::decodeDimensionHandle(VariableLengthData const& v) const {
   return decodeHandle<DimensionHandle>(v, L"DimensionHandle");
 }
-MessageRetractionHandle Ambassador::decodeMessageRetractionHandle(VariableLengthData const& v) const {
+MessageRetractionHandle Ambassador::decodeMessageRetractionHandle(
+    VariableLengthData const& v) const {
   return decodeHandle<MessageRetractionHandle>(v, L"MessageRetractionHandle");
 }
 RegionHandle Ambassador::decodeRegionHandle(VariableLengthData const& v) const {
@@ -415,10 +438,12 @@ RegionHandle Ambassador::decodeRegionHandle(VariableLengthData const& v) const {
 
 void Ambassador::requireJoined(const wchar_t* operation) const {
   if (!link_)
-    throw FederateNotExecutionMember(std::wstring(operation) + L": this federate has not joined a federation execution");
+    throw FederateNotExecutionMember(std::wstring(operation) +
+                                     L": this federate has not joined a federation execution");
 }
 
-std::uint32_t Ambassador::interactionClass(InteractionClassHandle h, const wchar_t* operation) const {
+std::uint32_t Ambassador::interactionClass(InteractionClassHandle h,
+                                           const wchar_t* operation) const {
   requireJoined(operation);
   const std::uint64_t cls = valueOf(h);
   if (cls >= model_->interactions.classes.size())
@@ -435,7 +460,7 @@ std::uint32_t Ambassador::objectClass(ObjectClassHandle h) const {
   return static_cast<std::uint32_t>(cls);
 }
 
-} // namespace vcrti
+}  // namespace vcrti
 
 // ------------------------------------------------------------------------------ Factory
 
@@ -444,9 +469,10 @@ namespace rti1516 {
 RTIambassadorFactory::RTIambassadorFactory() = default;
 RTIambassadorFactory::~RTIambassadorFactory() = default;
 
-RTI_UNIQUE_PTR<RTIambassador> RTIambassadorFactory::createRTIambassador(std::vector<std::wstring> const&) {
+RTI_UNIQUE_PTR<RTIambassador> RTIambassadorFactory::createRTIambassador(
+    std::vector<std::wstring> const&) {
   // Nothing to configure: where a federation lives is part of its name.
   return std::make_unique<vcrti::Ambassador>();
 }
 
-} // namespace rti1516
+}  // namespace rti1516

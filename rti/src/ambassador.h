@@ -11,14 +11,15 @@
 namespace vcrti {
 
 class Ambassador final : public UnsupportedServices {
-public:
+ public:
   Ambassador() = default;
   ~Ambassador() override;
 
   void createFederationExecution(std::wstring const& federationExecutionName,
                                  std::wstring const& fullPathNameToTheFDDfile) override;
   void destroyFederationExecution(std::wstring const& federationExecutionName) override;
-  FederateHandle joinFederationExecution(std::wstring const& federateType, std::wstring const& federationExecutionName,
+  FederateHandle joinFederationExecution(std::wstring const& federateType,
+                                         std::wstring const& federationExecutionName,
                                          FederateAmbassador& federateAmbassador) override;
   void resignFederationExecution(ResignAction resignAction) override;
 
@@ -26,17 +27,21 @@ public:
   void unpublishInteractionClass(InteractionClassHandle theInteraction) override;
   void subscribeInteractionClass(InteractionClassHandle theClass, bool active) override;
   void unsubscribeInteractionClass(InteractionClassHandle theClass) override;
-  void sendInteraction(InteractionClassHandle theInteraction, ParameterHandleValueMap const& theParameterValues,
+  void sendInteraction(InteractionClassHandle theInteraction,
+                       ParameterHandleValueMap const& theParameterValues,
                        VariableLengthData const& theUserSuppliedTag) override;
 
   ObjectClassHandle getObjectClassHandle(std::wstring const& theName) override;
   std::wstring getObjectClassName(ObjectClassHandle theHandle) override;
-  AttributeHandle getAttributeHandle(ObjectClassHandle whichClass, std::wstring const& theAttributeName) override;
+  AttributeHandle getAttributeHandle(ObjectClassHandle whichClass,
+                                     std::wstring const& theAttributeName) override;
   std::wstring getAttributeName(ObjectClassHandle whichClass, AttributeHandle theHandle) override;
   InteractionClassHandle getInteractionClassHandle(std::wstring const& theName) override;
   std::wstring getInteractionClassName(InteractionClassHandle theHandle) override;
-  ParameterHandle getParameterHandle(InteractionClassHandle whichClass, std::wstring const& theName) override;
-  std::wstring getParameterName(InteractionClassHandle whichClass, ParameterHandle theHandle) override;
+  ParameterHandle getParameterHandle(InteractionClassHandle whichClass,
+                                     std::wstring const& theName) override;
+  std::wstring getParameterName(InteractionClassHandle whichClass,
+                                ParameterHandle theHandle) override;
   TransportationType getTransportationType(std::wstring const& transportationName) override;
   std::wstring getTransportationName(TransportationType transportationType) override;
   OrderType getOrderType(std::wstring const& orderName) override;
@@ -45,21 +50,25 @@ public:
   unsigned long normalizeServiceGroup(ServiceGroupIndicator theServiceGroup) override;
 
   bool evokeCallback(double approximateMinimumTimeInSeconds) override;
-  bool evokeMultipleCallbacks(double approximateMinimumTimeInSeconds, double approximateMaximumTimeInSeconds) override;
+  bool evokeMultipleCallbacks(double approximateMinimumTimeInSeconds,
+                              double approximateMaximumTimeInSeconds) override;
   void enableCallbacks() override;
   void disableCallbacks() override;
 
   FederateHandle decodeFederateHandle(VariableLengthData const& encodedValue) const override;
   ObjectClassHandle decodeObjectClassHandle(VariableLengthData const& encodedValue) const override;
-  InteractionClassHandle decodeInteractionClassHandle(VariableLengthData const& encodedValue) const override;
-  ObjectInstanceHandle decodeObjectInstanceHandle(VariableLengthData const& encodedValue) const override;
+  InteractionClassHandle decodeInteractionClassHandle(
+      VariableLengthData const& encodedValue) const override;
+  ObjectInstanceHandle decodeObjectInstanceHandle(
+      VariableLengthData const& encodedValue) const override;
   AttributeHandle decodeAttributeHandle(VariableLengthData const& encodedValue) const override;
   ParameterHandle decodeParameterHandle(VariableLengthData const& encodedValue) const override;
   DimensionHandle decodeDimensionHandle(VariableLengthData const& encodedValue) const override;
-  MessageRetractionHandle decodeMessageRetractionHandle(VariableLengthData const& encodedValue) const override;
+  MessageRetractionHandle decodeMessageRetractionHandle(
+      VariableLengthData const& encodedValue) const override;
   RegionHandle decodeRegionHandle(VariableLengthData const& encodedValue) const override;
 
-private:
+ private:
   void requireJoined(const wchar_t* operation) const;
   std::uint32_t interactionClass(InteractionClassHandle h, const wchar_t* operation) const;
   std::uint32_t objectClass(ObjectClassHandle h) const;
@@ -88,6 +97,6 @@ private:
   VariableLengthData rxTag_;
 };
 
-} // namespace vcrti
+}  // namespace vcrti
 
 #endif

@@ -25,11 +25,15 @@ Exception::Exception(Exception const&) = default;
 Exception& Exception::operator=(Exception const&) = default;
 Exception::~Exception() = default;
 
-std::wostream& operator<<(std::wostream& os, Exception const& e) { return os << e.what(); }
+std::wostream& operator<<(std::wostream& os, Exception const& e) {
+  return os << e.what();
+}
 
-#define RTI1516_DEFINE_EXCEPTION(A) \
+#define RTI1516_DEFINE_EXCEPTION(A)                    \
   A::A(std::wstring const& message) : _msg(message) {} \
-  std::wstring A::what() const noexcept { return _msg; }
+  std::wstring A::what() const noexcept {              \
+    return _msg;                                       \
+  }
 
 RTI1516_EXCEPTION_LIST(RTI1516_DEFINE_EXCEPTION)
 
@@ -42,7 +46,8 @@ VariableLengthData::VariableLengthData(void const* inData, unsigned long inSize)
   setData(inData, inSize);
 }
 
-VariableLengthData::VariableLengthData(VariableLengthData const& rhs) : _data(nullptr), _size(0), _capacity(0) {
+VariableLengthData::VariableLengthData(VariableLengthData const& rhs)
+    : _data(nullptr), _size(0), _capacity(0) {
   setData(rhs._data, rhs._size);
 }
 
@@ -53,7 +58,9 @@ VariableLengthData::VariableLengthData(VariableLengthData&& rhs) noexcept
   rhs._capacity = 0;
 }
 
-VariableLengthData::~VariableLengthData() { release(); }
+VariableLengthData::~VariableLengthData() {
+  release();
+}
 
 VariableLengthData& VariableLengthData::operator=(VariableLengthData const& rhs) {
   if (this != &rhs) setData(rhs._data, rhs._size);
@@ -107,25 +114,27 @@ void VariableLengthData::release() noexcept {
 
 // -------------------------------------------------------------------------- Handles
 
-#define RTI1516_DEFINE_HANDLE_MEMBERS(HandleKind) \
-  VariableLengthData HandleKind::encode() const { \
-    unsigned char b[8]; \
-    encode(b, sizeof b); \
-    return VariableLengthData(b, sizeof b); \
-  } \
-  unsigned long HandleKind::encode(void* buffer, unsigned long bufferSize) const { \
+#define RTI1516_DEFINE_HANDLE_MEMBERS(HandleKind)                                               \
+  VariableLengthData HandleKind::encode() const {                                               \
+    unsigned char b[8];                                                                         \
+    encode(b, sizeof b);                                                                        \
+    return VariableLengthData(b, sizeof b);                                                     \
+  }                                                                                             \
+  unsigned long HandleKind::encode(void* buffer, unsigned long bufferSize) const {              \
     if (bufferSize < 8) throw CouldNotDecode(L"buffer too small to encode a " L## #HandleKind); \
-    auto* b = static_cast<unsigned char*>(buffer); \
-    for (int i = 0; i < 8; ++i) b[i] = static_cast<unsigned char>(_value >> (56 - 8 * i)); \
-    return 8; \
-  } \
-  std::wstring HandleKind::toString() const { \
-    if (!isValid()) return L## #HandleKind L"(invalid)"; \
-    std::wostringstream os; \
-    os << L## #HandleKind << L'(' << _value << L')'; \
-    return os.str(); \
-  } \
-  std::wostream& operator<<(std::wostream& os, HandleKind const& h) { return os << h.toString(); }
+    auto* b = static_cast<unsigned char*>(buffer);                                              \
+    for (int i = 0; i < 8; ++i) b[i] = static_cast<unsigned char>(_value >> (56 - 8 * i));      \
+    return 8;                                                                                   \
+  }                                                                                             \
+  std::wstring HandleKind::toString() const {                                                   \
+    if (!isValid()) return L## #HandleKind L"(invalid)";                                        \
+    std::wostringstream os;                                                                     \
+    os << L## #HandleKind << L'(' << _value << L')';                                            \
+    return os.str();                                                                            \
+  }                                                                                             \
+  std::wostream& operator<<(std::wostream& os, HandleKind const& h) {                           \
+    return os << h.toString();                                                                  \
+  }
 
 RTI1516_DEFINE_HANDLE_MEMBERS(FederateHandle)
 RTI1516_DEFINE_HANDLE_MEMBERS(ObjectClassHandle)
@@ -140,12 +149,20 @@ RTI1516_DEFINE_HANDLE_MEMBERS(RegionHandle)
 // ------------------------------------------------------------------- Abstract bases
 
 LogicalTime::~LogicalTime() = default;
-std::wstring LogicalTime::toString() const { return L"LogicalTime"; }
-std::wostream& operator<<(std::wostream& os, LogicalTime const& t) { return os << t.toString(); }
+std::wstring LogicalTime::toString() const {
+  return L"LogicalTime";
+}
+std::wostream& operator<<(std::wostream& os, LogicalTime const& t) {
+  return os << t.toString();
+}
 
 LogicalTimeInterval::~LogicalTimeInterval() = default;
-std::wstring LogicalTimeInterval::toString() const { return L"LogicalTimeInterval"; }
-std::wostream& operator<<(std::wostream& os, LogicalTimeInterval const& t) { return os << t.toString(); }
+std::wstring LogicalTimeInterval::toString() const {
+  return L"LogicalTimeInterval";
+}
+std::wostream& operator<<(std::wostream& os, LogicalTimeInterval const& t) {
+  return os << t.toString();
+}
 
 LogicalTimeFactory::~LogicalTimeFactory() = default;
 LogicalTimeIntervalFactory::~LogicalTimeIntervalFactory() = default;
@@ -157,4 +174,4 @@ NullFederateAmbassador::~NullFederateAmbassador() = default;
 RTIambassador::RTIambassador() = default;
 RTIambassador::~RTIambassador() = default;
 
-} // namespace rti1516
+}  // namespace rti1516

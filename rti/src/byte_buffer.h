@@ -11,7 +11,7 @@
 namespace vcrti {
 
 class ByteBuffer {
-public:
+ public:
   ByteBuffer() = default;
   ByteBuffer(ByteBuffer&&) noexcept = default;
   ByteBuffer& operator=(ByteBuffer&&) noexcept = default;
@@ -69,12 +69,12 @@ public:
     std::swap(cap_, other.cap_);
   }
 
-private:
+ private:
   std::unique_ptr<unsigned char[]> buf_;
   std::size_t size_ = 0;
   std::size_t cap_ = 0;
 };
 
-} // namespace vcrti
+}  // namespace vcrti
 
 #endif

@@ -24,8 +24,10 @@ std::string indexTree(FddTree& tree, const wchar_t* rootName) {
   for (std::uint32_t i = 0; i < tree.classes.size(); ++i) {
     FddClass& c = tree.classes[i];
     if (c.name.empty()) return "class without a name";
-    if (c.name.find(L'.') != std::wstring::npos) return "class name '" + toUtf8(c.name) + "' contains '.'";
-    if (i != 0 && (c.parent == kNoClass || c.parent >= i)) return "class '" + toUtf8(c.name) + "' has no valid parent";
+    if (c.name.find(L'.') != std::wstring::npos)
+      return "class name '" + toUtf8(c.name) + "' contains '.'";
+    if (i != 0 && (c.parent == kNoClass || c.parent >= i))
+      return "class '" + toUtf8(c.name) + "' has no valid parent";
     c.all.clear();
     if (i == 0) {
       c.qualified = c.name;
@@ -48,10 +50,13 @@ std::string indexTree(FddTree& tree, const wchar_t* rootName) {
     memberNames.clear();
     for (std::uint32_t other : c.all) memberNames.insert(tree.members[other].name);
     for (std::uint32_t m : c.declared) {
-      if (m >= tree.members.size() || tree.members[m].owner != i) return "member table inconsistent";
-      if (tree.members[m].name.empty()) return "class '" + toUtf8(c.qualified) + "' has a member without a name";
+      if (m >= tree.members.size() || tree.members[m].owner != i)
+        return "member table inconsistent";
+      if (tree.members[m].name.empty())
+        return "class '" + toUtf8(c.qualified) + "' has a member without a name";
       if (!memberNames.insert(tree.members[m].name).second)
-        return "'" + toUtf8(tree.members[m].name) + "' declared twice in class '" + toUtf8(c.qualified) + "'";
+        return "'" + toUtf8(tree.members[m].name) + "' declared twice in class '" +
+               toUtf8(c.qualified) + "'";
       c.all.push_back(m);
     }
     if (!tree.byName.emplace(c.qualified, i).second)
@@ -77,7 +82,7 @@ void encodeTree(const FddTree& tree, wire::FrameWriter& w) {
 }
 
 class Reader {
-public:
+ public:
   Reader(const unsigned char* p, std::size_t n) : p_(p), left_(n) {}
   bool u32(std::uint32_t& v) {
     if (left_ < 4) return false;
@@ -96,7 +101,7 @@ public:
   }
   std::size_t left() const { return left_; }
 
-private:
+ private:
   const unsigned char* p_;
   std::size_t left_;
 };
@@ -110,7 +115,8 @@ bool decodeTree(Reader& r, FddTree& tree) {
   for (std::uint32_t i = 0; i < count; ++i) {
     FddClass& c = tree.classes[i];
     std::uint32_t members;
-    if (!r.str(c.name) || !r.u32(c.parent) || !r.u32(members) || members > r.left() / 4) return false;
+    if (!r.str(c.name) || !r.u32(c.parent) || !r.u32(members) || members > r.left() / 4)
+      return false;
     c.declared.clear();
     for (std::uint32_t k = 0; k < members; ++k) {
       FddMember m;
@@ -123,7 +129,7 @@ bool decodeTree(Reader& r, FddTree& tree) {
   return true;
 }
 
-} // namespace
+}  // namespace
 
 std::uint32_t FddTree::findClass(const std::wstring& name) const {
   auto it = byName.find(name);
@@ -169,4 +175,4 @@ bool decodeFdd(const unsigned char* data, std::size_t size, FddModel& out, std::
   return error.empty();
 }
 
-} // namespace vcrti
+}  // namespace vcrti

@@ -21,26 +21,26 @@ constexpr std::uint32_t kNoClass = 0xFFFFFFFFu;
 // members and its full name, so a deep or wide model costs far more than its bytes: a
 // one-megabyte model sent to the hub could otherwise demand gigabytes and hours. Real
 // object models stay orders of magnitude below these.
-constexpr std::uint32_t kMaxClassDepth = 64;           // classes below the root
+constexpr std::uint32_t kMaxClassDepth = 64;            // classes below the root
 constexpr std::size_t kMaxInheritedMembers = 1u << 18;  // all classes' member lists together
 constexpr std::size_t kMaxNameCharacters = 1u << 20;    // all classes' qualified names together
 
 struct FddClass {
-  std::wstring name;                 // as declared
-  std::uint32_t parent = kNoClass;   // always lower than the class's own index
+  std::wstring name;                    // as declared
+  std::uint32_t parent = kNoClass;      // always lower than the class's own index
   std::vector<std::uint32_t> declared;  // members declared here (parameters or attributes)
   // Derived by FddModel::index():
-  std::wstring qualified;            // "HLAinteractionRoot.A.B"
-  std::vector<std::uint32_t> all;    // inherited members first, then declared ones
+  std::wstring qualified;          // "HLAinteractionRoot.A.B"
+  std::vector<std::uint32_t> all;  // inherited members first, then declared ones
 };
 
 struct FddMember {
   std::wstring name;
-  std::uint32_t owner = kNoClass;    // the declaring class
+  std::uint32_t owner = kNoClass;  // the declaring class
 };
 
 struct FddTree {
-  std::vector<FddClass> classes;     // [0] is the root
+  std::vector<FddClass> classes;  // [0] is the root
   std::vector<FddMember> members;
 
   // cls is ancestor or itself; both indexes must be valid.
@@ -77,6 +77,6 @@ struct FddModel {
 void encodeFdd(const FddModel& model, ByteBuffer& out);
 bool decodeFdd(const unsigned char* data, std::size_t size, FddModel& out, std::string& error);
 
-} // namespace vcrti
+}  // namespace vcrti
 
 #endif

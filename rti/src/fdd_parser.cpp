@@ -6,11 +6,11 @@
 
 #include <pugixml.hpp>
 
+#include <sys/stat.h>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <sstream>
-#include <sys/stat.h>
 
 namespace vcrti {
 
@@ -51,11 +51,12 @@ std::wstring nameOf(const pugi::xml_node& n) {
   return b == std::string::npos ? std::wstring() : fromUtf8(name.substr(b, e - b + 1));
 }
 
-void readClass(const pugi::xml_node& node, std::uint32_t parent, FddTree& tree, const char* classTag,
-               const char* memberTag, std::uint32_t depth = 0) {
+void readClass(const pugi::xml_node& node, std::uint32_t parent, FddTree& tree,
+               const char* classTag, const char* memberTag, std::uint32_t depth = 0) {
   // Each level is a call: the nesting a file may have is bounded before the stack is.
   if (depth > kMaxClassDepth)
-    throw FddError{std::string("<") + classTag + "> nested more than " + std::to_string(kMaxClassDepth) + " deep"};
+    throw FddError{std::string("<") + classTag + "> nested more than " +
+                   std::to_string(kMaxClassDepth) + " deep"};
   const auto index = static_cast<std::uint32_t>(tree.classes.size());
   tree.classes.emplace_back();
   tree.classes[index].name = nameOf(node);
@@ -77,8 +78,8 @@ void readClass(const pugi::xml_node& node, std::uint32_t parent, FddTree& tree, 
     if (is(c, classTag)) readClass(c, index, tree, classTag, memberTag, depth + 1);
 }
 
-void readTree(const pugi::xml_node& section, FddTree& tree, const char* classTag, const char* memberTag,
-              const wchar_t* rootName) {
+void readTree(const pugi::xml_node& section, FddTree& tree, const char* classTag,
+              const char* memberTag, const wchar_t* rootName) {
   int roots = 0;
   if (section) {
     for (pugi::xml_node c : section.children()) {
@@ -103,14 +104,15 @@ std::size_t lineOf(const std::string& text, std::ptrdiff_t offset) {
   return line;
 }
 
-} // namespace
+}  // namespace
 
 FddModel parseFddText(const std::string& xml, const std::wstring& name) {
   auto fail = [&](const std::string& why) -> rti1516::ErrorReadingFDD {
     return rti1516::ErrorReadingFDD(L"error reading FDD file '" + name + L"': " + fromUtf8(why));
   };
   pugi::xml_document doc;
-  pugi::xml_parse_result res = doc.load_buffer(xml.data(), xml.size(), pugi::parse_default, pugi::encoding_auto);
+  pugi::xml_parse_result res =
+      doc.load_buffer(xml.data(), xml.size(), pugi::parse_default, pugi::encoding_auto);
   if (!res) {
     std::ostringstream os;
     os << "not well-formed XML (" << res.description() << ") at line " << lineOf(xml, res.offset);
@@ -123,7 +125,8 @@ FddModel parseFddText(const std::string& xml, const std::wstring& name) {
   FddModel model;
   model.fileName = name;
   try {
-    readTree(child(root, "interactions"), model.interactions, "interactionClass", "parameter", L"HLAinteractionRoot");
+    readTree(child(root, "interactions"), model.interactions, "interactionClass", "parameter",
+             L"HLAinteractionRoot");
     readTree(child(root, "objects"), model.objects, "objectClass", "attribute", L"HLAobjectRoot");
   } catch (const FddError& e) {
     throw fail(e.what);
@@ -137,16 +140,16 @@ FddModel parseFddFile(const std::wstring& path) {
   const std::string native = toUtf8(path);
   struct stat st;
   if (path.empty() || ::stat(native.c_str(), &st) != 0 || !S_ISREG(st.st_mode)) {
-    const std::string why = path.empty() ? "no file name given"
-                            : (::stat(native.c_str(), &st) != 0) ? std::strerror(errno) : "not a regular file";
+    const std::string why = path.empty()                         ? "no file name given"
+                            : (::stat(native.c_str(), &st) != 0) ? std::strerror(errno)
+                                                                 : "not a regular file";
     throw rti1516::CouldNotOpenFDD(L"cannot open FDD file '" + path + L"': " + fromUtf8(why));
   }
   std::ifstream in(native, std::ios::binary);
   std::ostringstream content;
   content << in.rdbuf();
-  if (!in || in.bad())
-    throw rti1516::CouldNotOpenFDD(L"cannot read FDD file '" + path + L"'");
+  if (!in || in.bad()) throw rti1516::CouldNotOpenFDD(L"cannot read FDD file '" + path + L"'");
   return parseFddText(content.str(), path);
 }
 
-} // namespace vcrti
+}  // namespace vcrti

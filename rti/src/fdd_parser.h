@@ -15,6 +15,6 @@ FddModel parseFddFile(const std::wstring& path);
 // The same on text already in memory; `name` stands for the file in messages.
 FddModel parseFddText(const std::string& xml, const std::wstring& name);
 
-} // namespace vcrti
+}  // namespace vcrti
 
 #endif

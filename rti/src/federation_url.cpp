@@ -86,4 +86,4 @@ bool parseFederationUrl(const std::wstring& text, FederationUrl& out, std::wstri
   return true;
 }
 
-} // namespace vcrti
+}  // namespace vcrti

@@ -12,15 +12,15 @@ namespace vcrti {
 //   Name                   at the hub on this host, default port
 struct FederationUrl {
   bool local = false;
-  std::string host;       // hub mode
-  std::uint16_t port = 0; // hub mode
-  std::wstring name;      // the federation's own name
+  std::string host;               // hub mode
+  std::uint16_t port = 0;         // hub mode
+  std::wstring name;              // the federation's own name
   std::wstring endpoint() const;  // "host:port", for messages
 };
 
 // Returns false, with the reason, when the name cannot be used.
 bool parseFederationUrl(const std::wstring& text, FederationUrl& out, std::wstring& why);
 
-} // namespace vcrti
+}  // namespace vcrti
 
 #endif

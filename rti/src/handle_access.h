@@ -9,11 +9,15 @@ namespace rti1516 {
 
 struct HandleAccess {
   template <class H>
-  static H make(unsigned long long value) noexcept { return H(value); }
+  static H make(unsigned long long value) noexcept {
+    return H(value);
+  }
   template <class H>
-  static unsigned long long value(const H& h) noexcept { return h._value; }
+  static unsigned long long value(const H& h) noexcept {
+    return h._value;
+  }
 };
 
-} // namespace rti1516
+}  // namespace rti1516
 
 #endif

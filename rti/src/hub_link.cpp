@@ -45,7 +45,7 @@ struct Reply {
 // One TCP connection to the hub, used by one federate. Every socket operation happens
 // under mu_, from the application's thread or from the flusher.
 class HubConnection {
-public:
+ public:
   explicit HubConnection(const FederationUrl& url) : endpoint_(url.endpoint()) { connect(url); }
   ~HubConnection() {
     stopFlusher();
@@ -60,7 +60,9 @@ public:
     }
   }
 
-  void startFlusher() { flusher_ = std::thread([this] { flushLoop(); }); }
+  void startFlusher() {
+    flusher_ = std::thread([this] { flushLoop(); });
+  }
 
   void stopFlusher() {
     if (!flusher_.joinable()) return;
@@ -80,13 +82,15 @@ public:
     wire::FrameWriter w(out_, type);
     w.u32(id);
     fill(w);
-    if (!w.finish()) throw rti1516::RTIinternalError(L"request to the RTI hub exceeds the frame size limit");
+    if (!w.finish())
+      throw rti1516::RTIinternalError(L"request to the RTI hub exceeds the frame size limit");
     flushLocked();
     const auto deadline = Clock::now() + kReplyTimeout;
     for (;;) {
       Reply r;
       if (takeReplyLocked(id, r)) return r;
-      const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+      const auto left =
+          std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
       if (left.count() <= 0) fail("no answer from the RTI hub");
       waitReadableLocked(static_cast<int>(left.count()) + 1);
       readAvailableLocked();
@@ -116,7 +120,8 @@ public:
     if (waitSeconds <= 0) return false;
     const auto deadline = Clock::now() + std::chrono::duration<double>(waitSeconds);
     for (;;) {
-      const auto left = std::chrono::duration_cast<std::chrono::microseconds>(deadline - Clock::now());
+      const auto left =
+          std::chrono::duration_cast<std::chrono::microseconds>(deadline - Clock::now());
       if (left.count() <= 0) return false;
       // Wait unlocked, so that another thread can send meanwhile. Whoever reads first
       // (this thread or a blocked writer) leaves the frames in rx_ for us.
@@ -131,7 +136,7 @@ public:
     }
   }
 
-private:
+ private:
   [[noreturn]] void fail(const std::string& why) {
     broken_ = true;
     brokenWhy_ = L"connection to the RTI hub at " + endpoint_ + L" lost: " + fromUtf8(why);
@@ -150,8 +155,8 @@ private:
     const std::string port = std::to_string(url.port);
     int rc = ::getaddrinfo(url.host.c_str(), port.c_str(), &hints, &res);
     if (rc != 0)
-      throw rti1516::RTIinternalError(L"cannot resolve RTI hub host '" + fromUtf8(url.host) + L"': " +
-                                      fromUtf8(::gai_strerror(rc)));
+      throw rti1516::RTIinternalError(L"cannot resolve RTI hub host '" + fromUtf8(url.host) +
+                                      L"': " + fromUtf8(::gai_strerror(rc)));
     std::string lastError = "no address";
     for (addrinfo* ai = res; ai; ai = ai->ai_next) {
       int fd = ::socket(ai->ai_family, ai->ai_socktype | SOCK_CLOEXEC, ai->ai_protocol);
@@ -168,7 +173,8 @@ private:
     }
     ::freeaddrinfo(res);
     if (fd_ < 0)
-      throw rti1516::RTIinternalError(L"cannot connect to the RTI hub at " + endpoint_ + L": " + fromUtf8(lastError));
+      throw rti1516::RTIinternalError(L"cannot connect to the RTI hub at " + endpoint_ + L": " +
+                                      fromUtf8(lastError));
     // Batching is done here, so the kernel should not hold segments back as well.
     int one = 1;
     ::setsockopt(fd_, IPPROTO_TCP, TCP_NODELAY, &one, sizeof one);
@@ -247,7 +253,8 @@ private:
       const std::uint32_t body = wire::loadU32(rx_.data() + end);
       if (body == 0 || body > wire::kMaxFrameBody) fail("corrupt frame from the hub");
       if (rx_.size() - end - wire::kLengthPrefix < body) break;
-      if (static_cast<wire::MsgType>(rx_.data()[end + wire::kLengthPrefix]) != wire::MsgType::Interaction)
+      if (static_cast<wire::MsgType>(rx_.data()[end + wire::kLengthPrefix]) !=
+          wire::MsgType::Interaction)
         fail("unexpected message from the hub");
       end += wire::kLengthPrefix + body;
     }
@@ -270,13 +277,15 @@ private:
       wire::Message m;
       wire::DecodeResult d = wire::decodeFrame(rx_.data() + pos, rx_.size() - pos, m);
       if (d.status == wire::DecodeStatus::Incomplete) return false;
-      if (d.status == wire::DecodeStatus::Malformed) fail(std::string("corrupt frame from the hub: ") + d.error);
+      if (d.status == wire::DecodeStatus::Malformed)
+        fail(std::string("corrupt frame from the hub: ") + d.error);
       if (m.type == wire::MsgType::Reply) {
         if (m.requestId != id) fail("reply out of order");
         r.status = static_cast<wire::Status>(m.handle);
         r.text = fromUtf8(m.text);
         r.payload.assign(reinterpret_cast<const char*>(m.blob.data), m.blob.size);
-        std::memmove(rx_.data() + pos, rx_.data() + pos + d.frameSize, rx_.size() - pos - d.frameSize);
+        std::memmove(rx_.data() + pos, rx_.data() + pos + d.frameSize,
+                     rx_.size() - pos - d.frameSize);
         rx_.resize(rx_.size() - d.frameSize);
         return true;
       }
@@ -300,18 +309,25 @@ private:
 
 [[noreturn]] void throwFor(const Reply& r) {
   switch (r.status) {
-  case wire::Status::FederationExists: throw rti1516::FederationExecutionAlreadyExists(r.text);
-  case wire::Status::FederationMissing: throw rti1516::FederationExecutionDoesNotExist(r.text);
-  case wire::Status::FederatesJoined: throw rti1516::FederatesCurrentlyJoined(r.text);
-  case wire::Status::AlreadyJoined: throw rti1516::FederateAlreadyExecutionMember(r.text);
-  case wire::Status::NotJoined: throw rti1516::FederateNotExecutionMember(r.text);
-  default: throw rti1516::RTIinternalError(L"RTI hub: " + r.text);
+    case wire::Status::FederationExists:
+      throw rti1516::FederationExecutionAlreadyExists(r.text);
+    case wire::Status::FederationMissing:
+      throw rti1516::FederationExecutionDoesNotExist(r.text);
+    case wire::Status::FederatesJoined:
+      throw rti1516::FederatesCurrentlyJoined(r.text);
+    case wire::Status::AlreadyJoined:
+      throw rti1516::FederateAlreadyExecutionMember(r.text);
+    case wire::Status::NotJoined:
+      throw rti1516::FederateNotExecutionMember(r.text);
+    default:
+      throw rti1516::RTIinternalError(L"RTI hub: " + r.text);
   }
 }
 
 class HubLink final : public Link {
-public:
-  HubLink(std::unique_ptr<HubConnection> conn, std::uint64_t handle, std::shared_ptr<const FddModel> model)
+ public:
+  HubLink(std::unique_ptr<HubConnection> conn, std::uint64_t handle,
+          std::shared_ptr<const FddModel> model)
       : conn_(std::move(conn)), handle_(handle), model_(std::move(model)) {
     conn_->startFlusher();
   }
@@ -329,7 +345,9 @@ public:
     conn_->post([&](ByteBuffer& out) { encodeInteraction(out, cls, params, tag); });
   }
 
-  bool fetch(ByteBuffer& into, double waitSeconds) override { return conn_->fetch(into, waitSeconds); }
+  bool fetch(ByteBuffer& into, double waitSeconds) override {
+    return conn_->fetch(into, waitSeconds);
+  }
 
   void resign() override {
     Reply r = conn_->request(wire::MsgType::Resign, [](wire::FrameWriter&) {});
@@ -337,7 +355,7 @@ public:
     if (r.status != wire::Status::Ok) throwFor(r);
   }
 
-private:
+ private:
   void requestClass(wire::MsgType type, std::uint32_t cls) {
     Reply r = conn_->request(type, [&](wire::FrameWriter& w) { w.u32(cls); });
     if (r.status != wire::Status::Ok) throwFor(r);
@@ -348,13 +366,14 @@ private:
   std::shared_ptr<const FddModel> model_;
 };
 
-} // namespace
+}  // namespace
 
 void createHubFederation(const FederationUrl& url, const FddModel& model) {
   ByteBuffer blob;
   encodeFdd(model, blob);
   if (blob.size() > wire::kMaxFrameBody / 2)
-    throw rti1516::ErrorReadingFDD(L"FDD file '" + model.fileName + L"' is too large to share through the hub");
+    throw rti1516::ErrorReadingFDD(L"FDD file '" + model.fileName +
+                                   L"' is too large to share through the hub");
   HubConnection conn(url);
   const std::string name = toUtf8(url.name), file = toUtf8(model.fileName);
   Reply r = conn.request(wire::MsgType::Create, [&](wire::FrameWriter& w) {
@@ -370,10 +389,12 @@ void destroyHubFederation(const FederationUrl& url) {
   if (r.status != wire::Status::Ok) throwFor(r);
 }
 
-std::unique_ptr<Link> joinHubFederation(const FederationUrl& url, const std::wstring& federateType) {
+std::unique_ptr<Link> joinHubFederation(const FederationUrl& url,
+                                        const std::wstring& federateType) {
   auto conn = std::make_unique<HubConnection>(url);
   const std::string name = toUtf8(url.name), type = toUtf8(federateType);
-  Reply r = conn->request(wire::MsgType::Join, [&](wire::FrameWriter& w) { w.str(name).str(type); });
+  Reply r =
+      conn->request(wire::MsgType::Join, [&](wire::FrameWriter& w) { w.str(name).str(type); });
   if (r.status != wire::Status::Ok) throwFor(r);
   // Payload: the federate's handle, then the federation's object model.
   const auto* p = reinterpret_cast<const unsigned char*>(r.payload.data());
@@ -385,4 +406,4 @@ std::unique_ptr<Link> joinHubFederation(const FederationUrl& url, const std::wst
   return std::make_unique<HubLink>(std::move(conn), wire::loadU32(p), std::move(model));
 }
 
-} // namespace vcrti
+}  // namespace vcrti

@@ -12,6 +12,6 @@ void createHubFederation(const FederationUrl& url, const FddModel& model);
 void destroyHubFederation(const FederationUrl& url);
 std::unique_ptr<Link> joinHubFederation(const FederationUrl& url, const std::wstring& federateType);
 
-} // namespace vcrti
+}  // namespace vcrti
 
 #endif

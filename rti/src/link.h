@@ -15,7 +15,7 @@
 namespace vcrti {
 
 class Link {
-public:
+ public:
   virtual ~Link() = default;
 
   virtual std::uint64_t federateHandle() const = 0;
@@ -38,9 +38,10 @@ public:
 };
 
 // Appends one Interaction frame. Throws RTIinternalError when it would exceed the cap.
-void encodeInteraction(ByteBuffer& out, std::uint32_t cls, const rti1516::ParameterHandleValueMap& params,
+void encodeInteraction(ByteBuffer& out, std::uint32_t cls,
+                       const rti1516::ParameterHandleValueMap& params,
                        const rti1516::VariableLengthData& tag);
 
-} // namespace vcrti
+}  // namespace vcrti
 
 #endif

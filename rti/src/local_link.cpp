@@ -21,7 +21,7 @@ struct Member {
   std::uint64_t handle = 0;
   std::vector<bool> subscribed;  // per interaction class; guarded by the federation's mutex
 
-  std::mutex mu;                 // guards the inbox
+  std::mutex mu;  // guards the inbox
   std::condition_variable arrived;
   ByteBuffer inbox;
   bool waiting = false;
@@ -63,7 +63,7 @@ Registry& registry() {
 }
 
 class LocalLink final : public Link {
-public:
+ public:
   LocalLink(std::shared_ptr<Federation> fed, std::shared_ptr<Member> self)
       : fed_(std::move(fed)), self_(std::move(self)) {}
   ~LocalLink() override {
@@ -108,7 +108,8 @@ public:
     if (waitSeconds <= 0 && !self_->hasMail.load(std::memory_order_acquire)) return false;
     std::unique_lock<std::mutex> lock(self_->mu);
     if (self_->inbox.empty() && waitSeconds > 0) {
-      const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(waitSeconds);
+      const auto deadline =
+          std::chrono::steady_clock::now() + std::chrono::duration<double>(waitSeconds);
       self_->waiting = true;
       self_->arrived.wait_until(lock, deadline, [&] { return !self_->inbox.empty(); });
       self_->waiting = false;
@@ -132,7 +133,7 @@ public:
     fed_.reset();
   }
 
-private:
+ private:
   // With the receiver's inbox lock held, after appending.
   static void deliverTo(Member& m) {
     m.hasMail.store(true, std::memory_order_release);
@@ -151,7 +152,7 @@ private:
   ByteBuffer scratch_;
 };
 
-} // namespace
+}  // namespace
 
 void createLocalFederation(const std::wstring& name, std::shared_ptr<const FddModel> model) {
   auto fed = std::make_shared<Federation>();
@@ -160,7 +161,8 @@ void createLocalFederation(const std::wstring& name, std::shared_ptr<const FddMo
   Registry& r = registry();
   std::lock_guard<std::mutex> lock(r.mu);
   if (!r.federations.emplace(name, std::move(fed)).second)
-    throw rti1516::FederationExecutionAlreadyExists(L"federation execution '" + name + L"' already exists");
+    throw rti1516::FederationExecutionAlreadyExists(L"federation execution '" + name +
+                                                    L"' already exists");
 }
 
 void destroyLocalFederation(const std::wstring& name) {
@@ -168,13 +170,15 @@ void destroyLocalFederation(const std::wstring& name) {
   std::lock_guard<std::mutex> lock(r.mu);
   auto it = r.federations.find(name);
   if (it == r.federations.end())
-    throw rti1516::FederationExecutionDoesNotExist(L"federation execution '" + name + L"' does not exist");
+    throw rti1516::FederationExecutionDoesNotExist(L"federation execution '" + name +
+                                                   L"' does not exist");
   // Erasing may free the federation, mutex and all: it must outlive the lock held on it.
   const std::shared_ptr<Federation> doomed = it->second;
   std::lock_guard<std::mutex> fedLock(doomed->mu);
   if (!doomed->members.empty())
     throw rti1516::FederatesCurrentlyJoined(L"federation execution '" + name + L"' still has " +
-                                            std::to_wstring(doomed->members.size()) + L" joined federate(s)");
+                                            std::to_wstring(doomed->members.size()) +
+                                            L" joined federate(s)");
   r.federations.erase(it);
 }
 
@@ -185,7 +189,8 @@ std::unique_ptr<Link> joinLocalFederation(const std::wstring& name) {
     std::lock_guard<std::mutex> lock(r.mu);
     auto it = r.federations.find(name);
     if (it == r.federations.end())
-      throw rti1516::FederationExecutionDoesNotExist(L"federation execution '" + name + L"' does not exist");
+      throw rti1516::FederationExecutionDoesNotExist(L"federation execution '" + name +
+                                                     L"' does not exist");
     fed = it->second;
   }
   auto self = std::make_shared<Member>();
@@ -198,12 +203,14 @@ std::unique_ptr<Link> joinLocalFederation(const std::wstring& name) {
   return std::make_unique<LocalLink>(std::move(fed), std::move(self));
 }
 
-void encodeInteraction(ByteBuffer& out, std::uint32_t cls, const rti1516::ParameterHandleValueMap& params,
+void encodeInteraction(ByteBuffer& out, std::uint32_t cls,
+                       const rti1516::ParameterHandleValueMap& params,
                        const rti1516::VariableLengthData& tag) {
   std::size_t total = wire::kInteractionFixed + tag.size();
   for (const auto& [handle, value] : params) total += wire::kParamFixed + value.size();
   if (total - wire::kLengthPrefix > wire::kMaxFrameBody)
-    throw rti1516::RTIinternalError(L"interaction of " + std::to_wstring(total) + L" bytes exceeds the limit of " +
+    throw rti1516::RTIinternalError(L"interaction of " + std::to_wstring(total) +
+                                    L" bytes exceeds the limit of " +
                                     std::to_wstring(wire::kMaxFrameBody) + L" bytes");
   unsigned char* p = out.grow(total);
   wire::storeU32(p, static_cast<std::uint32_t>(total - wire::kLengthPrefix));
@@ -223,4 +230,4 @@ void encodeInteraction(ByteBuffer& out, std::uint32_t cls, const rti1516::Parame
   }
 }
 
-} // namespace vcrti
+}  // namespace vcrti

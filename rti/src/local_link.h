@@ -16,6 +16,6 @@ void createLocalFederation(const std::wstring& name, std::shared_ptr<const FddMo
 void destroyLocalFederation(const std::wstring& name);
 std::unique_ptr<Link> joinLocalFederation(const std::wstring& name);
 
-} // namespace vcrti
+}  // namespace vcrti
 
 #endif

@@ -6,7 +6,7 @@ namespace {
 
 // Bounds-checked cursor over one frame body: every read either fits or fails.
 class Cursor {
-public:
+ public:
   Cursor(const unsigned char* p, std::size_t n) : p_(p), end_(p + n) {}
   bool u8(std::uint8_t& v) {
     if (left() < 1) return false;
@@ -37,7 +37,7 @@ public:
   const unsigned char* pos() const { return p_; }
   void skip(std::size_t n) { p_ += n; }
 
-private:
+ private:
   const unsigned char* p_;
   const unsigned char* end_;
 };
@@ -48,48 +48,51 @@ const char* decodeBody(Cursor& c, Message& m) {
   m = Message{};
   m.type = static_cast<MsgType>(type);
   switch (m.type) {
-  case MsgType::Create:
-    if (!c.u32(m.requestId) || !c.str(m.name) || !c.str(m.text) || !c.bytes(m.blob)) return "truncated create";
-    break;
-  case MsgType::Destroy:
-    if (!c.u32(m.requestId) || !c.str(m.name)) return "truncated destroy";
-    break;
-  case MsgType::Join:
-    if (!c.u32(m.requestId) || !c.str(m.name) || !c.str(m.text)) return "truncated join";
-    break;
-  case MsgType::Resign:
-    if (!c.u32(m.requestId)) return "truncated resign";
-    break;
-  case MsgType::Subscribe:
-  case MsgType::Unsubscribe:
-    if (!c.u32(m.requestId) || !c.u32(m.handle)) return "truncated subscription";
-    break;
-  case MsgType::Interaction: {
-    if (!c.u32(m.handle) || !c.bytes(m.tag) || !c.u32(m.paramCount)) return "truncated interaction";
-    // Each entry takes at least 8 bytes: a count that cannot fit is rejected before the
-    // walk, so a hostile count costs nothing.
-    if (m.paramCount > c.left() / kParamFixed) return "parameter count exceeds frame";
-    const unsigned char* start = c.pos();
-    for (std::uint32_t i = 0; i < m.paramCount; ++i) {
-      std::uint32_t handle;
-      Bytes value;
-      if (!c.u32(handle) || !c.bytes(value)) return "truncated parameter";
+    case MsgType::Create:
+      if (!c.u32(m.requestId) || !c.str(m.name) || !c.str(m.text) || !c.bytes(m.blob))
+        return "truncated create";
+      break;
+    case MsgType::Destroy:
+      if (!c.u32(m.requestId) || !c.str(m.name)) return "truncated destroy";
+      break;
+    case MsgType::Join:
+      if (!c.u32(m.requestId) || !c.str(m.name) || !c.str(m.text)) return "truncated join";
+      break;
+    case MsgType::Resign:
+      if (!c.u32(m.requestId)) return "truncated resign";
+      break;
+    case MsgType::Subscribe:
+    case MsgType::Unsubscribe:
+      if (!c.u32(m.requestId) || !c.u32(m.handle)) return "truncated subscription";
+      break;
+    case MsgType::Interaction: {
+      if (!c.u32(m.handle) || !c.bytes(m.tag) || !c.u32(m.paramCount))
+        return "truncated interaction";
+      // Each entry takes at least 8 bytes: a count that cannot fit is rejected before the
+      // walk, so a hostile count costs nothing.
+      if (m.paramCount > c.left() / kParamFixed) return "parameter count exceeds frame";
+      const unsigned char* start = c.pos();
+      for (std::uint32_t i = 0; i < m.paramCount; ++i) {
+        std::uint32_t handle;
+        Bytes value;
+        if (!c.u32(handle) || !c.bytes(value)) return "truncated parameter";
+      }
+      m.params.data = start;
+      m.params.size = static_cast<std::size_t>(c.pos() - start);
+      break;
     }
-    m.params.data = start;
-    m.params.size = static_cast<std::size_t>(c.pos() - start);
-    break;
-  }
-  case MsgType::Reply:
-    if (!c.u32(m.requestId) || !c.u32(m.handle) || !c.str(m.text) || !c.bytes(m.blob)) return "truncated reply";
-    break;
-  default:
-    return "unknown message type";
+    case MsgType::Reply:
+      if (!c.u32(m.requestId) || !c.u32(m.handle) || !c.str(m.text) || !c.bytes(m.blob))
+        return "truncated reply";
+      break;
+    default:
+      return "unknown message type";
   }
   if (c.left() != 0) return "trailing bytes in frame";
   return nullptr;
 }
 
-} // namespace
+}  // namespace
 
 DecodeResult decodeFrame(const unsigned char* data, std::size_t size, Message& out) {
   if (size < kLengthPrefix) return {DecodeStatus::Incomplete, 0, nullptr};
@@ -140,4 +143,4 @@ bool FrameWriter::finish() {
   return true;
 }
 
-} // namespace vcrti::wire
+}  // namespace vcrti::wire

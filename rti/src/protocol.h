@@ -25,14 +25,15 @@ constexpr std::uint32_t kMaxFrameBody = 1u << 20;
 constexpr std::uint16_t kDefaultHubPort = 15160;
 
 enum class MsgType : std::uint8_t {
-  Create = 1,      // requestId, federation, fdd file name, fdd model     -> Reply
-  Destroy = 2,     // requestId, federation                               -> Reply
-  Join = 3,        // requestId, federation, federate type                -> Reply(handle; fdd name, model)
-  Resign = 4,      // requestId                                           -> Reply
-  Subscribe = 5,   // requestId, interaction class                       -> Reply
-  Unsubscribe = 6, // requestId, interaction class                       -> Reply
-  Interaction = 7, // class, tag, parameters
-  Reply = 8,       // requestId, status, text, payload
+  Create = 1,   // requestId, federation, fdd file name, fdd model     -> Reply
+  Destroy = 2,  // requestId, federation                               -> Reply
+  Join =
+      3,  // requestId, federation, federate type                -> Reply(handle; fdd name, model)
+  Resign = 4,       // requestId                                           -> Reply
+  Subscribe = 5,    // requestId, interaction class                       -> Reply
+  Unsubscribe = 6,  // requestId, interaction class                       -> Reply
+  Interaction = 7,  // class, tag, parameters
+  Reply = 8,        // requestId, status, text, payload
 };
 
 enum class Status : std::uint32_t {
@@ -61,12 +62,12 @@ struct Message {
   Bytes blob;                // fdd model (Create), payload (Reply)
   Bytes tag;                 // Interaction
   std::uint32_t paramCount = 0;
-  Bytes params;              // Interaction: paramCount checked entries
+  Bytes params;  // Interaction: paramCount checked entries
 };
 
 // Walks the checked parameter entries of an Interaction.
 class ParamReader {
-public:
+ public:
   explicit ParamReader(const Message& m) : p_(m.params.data), left_(m.paramCount) {}
   bool next(std::uint32_t& handle, Bytes& value) {
     if (left_ == 0) return false;
@@ -81,10 +82,11 @@ public:
     return true;
   }
 
-private:
+ private:
   static std::uint32_t le(std::uint32_t v) {
     const auto* b = reinterpret_cast<const unsigned char*>(&v);
-    return std::uint32_t(b[0]) | std::uint32_t(b[1]) << 8 | std::uint32_t(b[2]) << 16 | std::uint32_t(b[3]) << 24;
+    return std::uint32_t(b[0]) | std::uint32_t(b[1]) << 8 | std::uint32_t(b[2]) << 16 |
+           std::uint32_t(b[3]) << 24;
   }
   const unsigned char* p_;
   std::uint32_t left_;
@@ -104,16 +106,16 @@ DecodeResult decodeFrame(const unsigned char* data, std::size_t size, Message& o
 
 // Appends one frame to a buffer. Fields are written in the order of MsgType's comments.
 class FrameWriter {
-public:
+ public:
   FrameWriter(ByteBuffer& out, MsgType type, std::size_t expectedBody = 64);
   FrameWriter& u32(std::uint32_t v);
   FrameWriter& bytes(const void* p, std::size_t n);  // length-prefixed
   FrameWriter& str(std::string_view s) { return bytes(s.data(), s.size()); }
-  FrameWriter& raw(const void* p, std::size_t n);    // no length
+  FrameWriter& raw(const void* p, std::size_t n);  // no length
   // Patches the length. Returns false, and removes the frame, when it exceeds the cap.
   bool finish();
 
-private:
+ private:
   ByteBuffer& out_;
   std::size_t start_;
   bool overflow_ = false;
@@ -127,13 +129,14 @@ inline void storeU32(unsigned char* p, std::uint32_t v) {
 }
 
 inline std::uint32_t loadU32(const unsigned char* p) {
-  return std::uint32_t(p[0]) | std::uint32_t(p[1]) << 8 | std::uint32_t(p[2]) << 16 | std::uint32_t(p[3]) << 24;
+  return std::uint32_t(p[0]) | std::uint32_t(p[1]) << 8 | std::uint32_t(p[2]) << 16 |
+         std::uint32_t(p[3]) << 24;
 }
 
 // Bytes of an Interaction frame's fixed part: prefix, type, class, tag length, count.
 constexpr std::size_t kInteractionFixed = kLengthPrefix + 1 + 4 + 4 + 4;
 constexpr std::size_t kParamFixed = 8;
 
-} // namespace vcrti::wire
+}  // namespace vcrti::wire
 
 #endif

@@ -39,11 +39,27 @@ std::wstring fromUtf8(std::string_view text) {
     std::uint32_t c;
     std::size_t extra;
     std::uint32_t min;
-    if (b < 0x80) { c = b; extra = 0; min = 0; }
-    else if ((b & 0xE0) == 0xC0) { c = b & 0x1F; extra = 1; min = 0x80; }
-    else if ((b & 0xF0) == 0xE0) { c = b & 0x0F; extra = 2; min = 0x800; }
-    else if ((b & 0xF8) == 0xF0) { c = b & 0x07; extra = 3; min = 0x10000; }
-    else { out += wchar_t(0xFFFD); ++i; continue; }
+    if (b < 0x80) {
+      c = b;
+      extra = 0;
+      min = 0;
+    } else if ((b & 0xE0) == 0xC0) {
+      c = b & 0x1F;
+      extra = 1;
+      min = 0x80;
+    } else if ((b & 0xF0) == 0xE0) {
+      c = b & 0x0F;
+      extra = 2;
+      min = 0x800;
+    } else if ((b & 0xF8) == 0xF0) {
+      c = b & 0x07;
+      extra = 3;
+      min = 0x10000;
+    } else {
+      out += wchar_t(0xFFFD);
+      ++i;
+      continue;
+    }
     if (extra && i + extra >= n) {
       out += wchar_t(0xFFFD);
       break;
@@ -51,10 +67,17 @@ std::wstring fromUtf8(std::string_view text) {
     bool ok = true;
     for (std::size_t k = 1; k <= extra; ++k) {
       auto cb = static_cast<unsigned char>(text[i + k]);
-      if ((cb & 0xC0) != 0x80) { ok = false; break; }
+      if ((cb & 0xC0) != 0x80) {
+        ok = false;
+        break;
+      }
       c = (c << 6) | (cb & 0x3F);
     }
-    if (!ok) { out += wchar_t(0xFFFD); ++i; continue; }
+    if (!ok) {
+      out += wchar_t(0xFFFD);
+      ++i;
+      continue;
+    }
     if (c < min || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) c = 0xFFFD;
     out += static_cast<wchar_t>(c);
     i += extra + 1;
@@ -62,4 +85,4 @@ std::wstring fromUtf8(std::string_view text) {
   return out;
 }
 
-} // namespace vcrti
+}  // namespace vcrti

@@ -11,6 +11,6 @@ std::string toUtf8(std::wstring_view text);
 // Invalid sequences become U+FFFD: names from the wire are never trusted to be valid.
 std::wstring fromUtf8(std::string_view text);
 
-} // namespace vcrti
+}  // namespace vcrti
 
 #endif

@@ -2,659 +2,588 @@
 
 namespace vcrti {
 
-void UnsupportedServices::notSupported(const wchar_t* operation)
-{
+void UnsupportedServices::notSupported(const wchar_t* operation) {
   throw RTIinternalError(std::wstring(operation) + L" is not supported by this RTI");
 }
 
-void UnsupportedServices::createFederationExecution(std::wstring const &, std::wstring const &)
-{
+void UnsupportedServices::createFederationExecution(std::wstring const&, std::wstring const&) {
   notSupported(L"createFederationExecution");
 }
 
-void UnsupportedServices::destroyFederationExecution(std::wstring const &)
-{
+void UnsupportedServices::destroyFederationExecution(std::wstring const&) {
   notSupported(L"destroyFederationExecution");
 }
 
-FederateHandle UnsupportedServices::joinFederationExecution(std::wstring const &, std::wstring const &, FederateAmbassador &)
-{
+FederateHandle UnsupportedServices::joinFederationExecution(std::wstring const&,
+                                                            std::wstring const&,
+                                                            FederateAmbassador&) {
   notSupported(L"joinFederationExecution");
 }
 
-void UnsupportedServices::resignFederationExecution(ResignAction)
-{
+void UnsupportedServices::resignFederationExecution(ResignAction) {
   notSupported(L"resignFederationExecution");
 }
 
-void UnsupportedServices::registerFederationSynchronizationPoint(std::wstring const &, VariableLengthData const &)
-{
+void UnsupportedServices::registerFederationSynchronizationPoint(std::wstring const&,
+                                                                 VariableLengthData const&) {
   notSupported(L"registerFederationSynchronizationPoint");
 }
 
-void UnsupportedServices::registerFederationSynchronizationPoint(std::wstring const &, VariableLengthData const &, FederateHandleSet const &)
-{
+void UnsupportedServices::registerFederationSynchronizationPoint(std::wstring const&,
+                                                                 VariableLengthData const&,
+                                                                 FederateHandleSet const&) {
   notSupported(L"registerFederationSynchronizationPoint");
 }
 
-void UnsupportedServices::synchronizationPointAchieved(std::wstring const &)
-{
+void UnsupportedServices::synchronizationPointAchieved(std::wstring const&) {
   notSupported(L"synchronizationPointAchieved");
 }
 
-void UnsupportedServices::requestFederationSave(std::wstring const &)
-{
+void UnsupportedServices::requestFederationSave(std::wstring const&) {
   notSupported(L"requestFederationSave");
 }
 
-void UnsupportedServices::requestFederationSave(std::wstring const &, LogicalTime const &)
-{
+void UnsupportedServices::requestFederationSave(std::wstring const&, LogicalTime const&) {
   notSupported(L"requestFederationSave");
 }
 
-void UnsupportedServices::federateSaveBegun()
-{
+void UnsupportedServices::federateSaveBegun() {
   notSupported(L"federateSaveBegun");
 }
 
-void UnsupportedServices::federateSaveComplete()
-{
+void UnsupportedServices::federateSaveComplete() {
   notSupported(L"federateSaveComplete");
 }
 
-void UnsupportedServices::federateSaveNotComplete()
-{
+void UnsupportedServices::federateSaveNotComplete() {
   notSupported(L"federateSaveNotComplete");
 }
 
-void UnsupportedServices::queryFederationSaveStatus()
-{
+void UnsupportedServices::queryFederationSaveStatus() {
   notSupported(L"queryFederationSaveStatus");
 }
 
-void UnsupportedServices::requestFederationRestore(std::wstring const &)
-{
+void UnsupportedServices::requestFederationRestore(std::wstring const&) {
   notSupported(L"requestFederationRestore");
 }
 
-void UnsupportedServices::federateRestoreComplete()
-{
+void UnsupportedServices::federateRestoreComplete() {
   notSupported(L"federateRestoreComplete");
 }
 
-void UnsupportedServices::federateRestoreNotComplete()
-{
+void UnsupportedServices::federateRestoreNotComplete() {
   notSupported(L"federateRestoreNotComplete");
 }
 
-void UnsupportedServices::queryFederationRestoreStatus()
-{
+void UnsupportedServices::queryFederationRestoreStatus() {
   notSupported(L"queryFederationRestoreStatus");
 }
 
-void UnsupportedServices::publishObjectClassAttributes(ObjectClassHandle, AttributeHandleSet const &)
-{
+void UnsupportedServices::publishObjectClassAttributes(ObjectClassHandle,
+                                                       AttributeHandleSet const&) {
   notSupported(L"publishObjectClassAttributes");
 }
 
-void UnsupportedServices::unpublishObjectClass(ObjectClassHandle)
-{
+void UnsupportedServices::unpublishObjectClass(ObjectClassHandle) {
   notSupported(L"unpublishObjectClass");
 }
 
-void UnsupportedServices::unpublishObjectClassAttributes(ObjectClassHandle, AttributeHandleSet const &)
-{
+void UnsupportedServices::unpublishObjectClassAttributes(ObjectClassHandle,
+                                                         AttributeHandleSet const&) {
   notSupported(L"unpublishObjectClassAttributes");
 }
 
-void UnsupportedServices::publishInteractionClass(InteractionClassHandle)
-{
+void UnsupportedServices::publishInteractionClass(InteractionClassHandle) {
   notSupported(L"publishInteractionClass");
 }
 
-void UnsupportedServices::unpublishInteractionClass(InteractionClassHandle)
-{
+void UnsupportedServices::unpublishInteractionClass(InteractionClassHandle) {
   notSupported(L"unpublishInteractionClass");
 }
 
-void UnsupportedServices::subscribeObjectClassAttributes(ObjectClassHandle, AttributeHandleSet const &, bool)
-{
+void UnsupportedServices::subscribeObjectClassAttributes(ObjectClassHandle,
+                                                         AttributeHandleSet const&, bool) {
   notSupported(L"subscribeObjectClassAttributes");
 }
 
-void UnsupportedServices::unsubscribeObjectClass(ObjectClassHandle)
-{
+void UnsupportedServices::unsubscribeObjectClass(ObjectClassHandle) {
   notSupported(L"unsubscribeObjectClass");
 }
 
-void UnsupportedServices::unsubscribeObjectClassAttributes(ObjectClassHandle, AttributeHandleSet const &)
-{
+void UnsupportedServices::unsubscribeObjectClassAttributes(ObjectClassHandle,
+                                                           AttributeHandleSet const&) {
   notSupported(L"unsubscribeObjectClassAttributes");
 }
 
-void UnsupportedServices::subscribeInteractionClass(InteractionClassHandle, bool)
-{
+void UnsupportedServices::subscribeInteractionClass(InteractionClassHandle, bool) {
   notSupported(L"subscribeInteractionClass");
 }
 
-void UnsupportedServices::unsubscribeInteractionClass(InteractionClassHandle)
-{
+void UnsupportedServices::unsubscribeInteractionClass(InteractionClassHandle) {
   notSupported(L"unsubscribeInteractionClass");
 }
 
-void UnsupportedServices::reserveObjectInstanceName(std::wstring const &)
-{
+void UnsupportedServices::reserveObjectInstanceName(std::wstring const&) {
   notSupported(L"reserveObjectInstanceName");
 }
 
-ObjectInstanceHandle UnsupportedServices::registerObjectInstance(ObjectClassHandle)
-{
+ObjectInstanceHandle UnsupportedServices::registerObjectInstance(ObjectClassHandle) {
   notSupported(L"registerObjectInstance");
 }
 
-ObjectInstanceHandle UnsupportedServices::registerObjectInstance(ObjectClassHandle, std::wstring const &)
-{
+ObjectInstanceHandle UnsupportedServices::registerObjectInstance(ObjectClassHandle,
+                                                                 std::wstring const&) {
   notSupported(L"registerObjectInstance");
 }
 
-void UnsupportedServices::updateAttributeValues(ObjectInstanceHandle, AttributeHandleValueMap const &, VariableLengthData const &)
-{
+void UnsupportedServices::updateAttributeValues(ObjectInstanceHandle,
+                                                AttributeHandleValueMap const&,
+                                                VariableLengthData const&) {
   notSupported(L"updateAttributeValues");
 }
 
-MessageRetractionHandle UnsupportedServices::updateAttributeValues(ObjectInstanceHandle, AttributeHandleValueMap const &, VariableLengthData const &, LogicalTime const &)
-{
+MessageRetractionHandle UnsupportedServices::updateAttributeValues(ObjectInstanceHandle,
+                                                                   AttributeHandleValueMap const&,
+                                                                   VariableLengthData const&,
+                                                                   LogicalTime const&) {
   notSupported(L"updateAttributeValues");
 }
 
-void UnsupportedServices::sendInteraction(InteractionClassHandle, ParameterHandleValueMap const &, VariableLengthData const &)
-{
+void UnsupportedServices::sendInteraction(InteractionClassHandle, ParameterHandleValueMap const&,
+                                          VariableLengthData const&) {
   notSupported(L"sendInteraction");
 }
 
-MessageRetractionHandle UnsupportedServices::sendInteraction(InteractionClassHandle, ParameterHandleValueMap const &, VariableLengthData const &, LogicalTime const &)
-{
+MessageRetractionHandle UnsupportedServices::sendInteraction(InteractionClassHandle,
+                                                             ParameterHandleValueMap const&,
+                                                             VariableLengthData const&,
+                                                             LogicalTime const&) {
   notSupported(L"sendInteraction");
 }
 
-void UnsupportedServices::deleteObjectInstance(ObjectInstanceHandle, VariableLengthData const &)
-{
+void UnsupportedServices::deleteObjectInstance(ObjectInstanceHandle, VariableLengthData const&) {
   notSupported(L"deleteObjectInstance");
 }
 
-MessageRetractionHandle UnsupportedServices::deleteObjectInstance(ObjectInstanceHandle, VariableLengthData const &, LogicalTime const &)
-{
+MessageRetractionHandle UnsupportedServices::deleteObjectInstance(ObjectInstanceHandle,
+                                                                  VariableLengthData const&,
+                                                                  LogicalTime const&) {
   notSupported(L"deleteObjectInstance");
 }
 
-void UnsupportedServices::localDeleteObjectInstance(ObjectInstanceHandle)
-{
+void UnsupportedServices::localDeleteObjectInstance(ObjectInstanceHandle) {
   notSupported(L"localDeleteObjectInstance");
 }
 
-void UnsupportedServices::changeAttributeTransportationType(ObjectInstanceHandle, AttributeHandleSet const &, TransportationType)
-{
+void UnsupportedServices::changeAttributeTransportationType(ObjectInstanceHandle,
+                                                            AttributeHandleSet const&,
+                                                            TransportationType) {
   notSupported(L"changeAttributeTransportationType");
 }
 
-void UnsupportedServices::changeInteractionTransportationType(InteractionClassHandle, TransportationType)
-{
+void UnsupportedServices::changeInteractionTransportationType(InteractionClassHandle,
+                                                              TransportationType) {
   notSupported(L"changeInteractionTransportationType");
 }
 
-void UnsupportedServices::requestAttributeValueUpdate(ObjectInstanceHandle, AttributeHandleSet const &, VariableLengthData const &)
-{
+void UnsupportedServices::requestAttributeValueUpdate(ObjectInstanceHandle,
+                                                      AttributeHandleSet const&,
+                                                      VariableLengthData const&) {
   notSupported(L"requestAttributeValueUpdate");
 }
 
-void UnsupportedServices::requestAttributeValueUpdate(ObjectClassHandle, AttributeHandleSet const &, VariableLengthData const &)
-{
+void UnsupportedServices::requestAttributeValueUpdate(ObjectClassHandle, AttributeHandleSet const&,
+                                                      VariableLengthData const&) {
   notSupported(L"requestAttributeValueUpdate");
 }
 
-void UnsupportedServices::unconditionalAttributeOwnershipDivestiture(ObjectInstanceHandle, AttributeHandleSet const &)
-{
+void UnsupportedServices::unconditionalAttributeOwnershipDivestiture(ObjectInstanceHandle,
+                                                                     AttributeHandleSet const&) {
   notSupported(L"unconditionalAttributeOwnershipDivestiture");
 }
 
-void UnsupportedServices::negotiatedAttributeOwnershipDivestiture(ObjectInstanceHandle, AttributeHandleSet const &, VariableLengthData const &)
-{
+void UnsupportedServices::negotiatedAttributeOwnershipDivestiture(ObjectInstanceHandle,
+                                                                  AttributeHandleSet const&,
+                                                                  VariableLengthData const&) {
   notSupported(L"negotiatedAttributeOwnershipDivestiture");
 }
 
-void UnsupportedServices::confirmDivestiture(ObjectInstanceHandle, AttributeHandleSet const &, VariableLengthData const &)
-{
+void UnsupportedServices::confirmDivestiture(ObjectInstanceHandle, AttributeHandleSet const&,
+                                             VariableLengthData const&) {
   notSupported(L"confirmDivestiture");
 }
 
-void UnsupportedServices::attributeOwnershipAcquisition(ObjectInstanceHandle, AttributeHandleSet const &, VariableLengthData const &)
-{
+void UnsupportedServices::attributeOwnershipAcquisition(ObjectInstanceHandle,
+                                                        AttributeHandleSet const&,
+                                                        VariableLengthData const&) {
   notSupported(L"attributeOwnershipAcquisition");
 }
 
-void UnsupportedServices::attributeOwnershipAcquisitionIfAvailable(ObjectInstanceHandle, AttributeHandleSet const &)
-{
+void UnsupportedServices::attributeOwnershipAcquisitionIfAvailable(ObjectInstanceHandle,
+                                                                   AttributeHandleSet const&) {
   notSupported(L"attributeOwnershipAcquisitionIfAvailable");
 }
 
-void UnsupportedServices::attributeOwnershipDivestitureIfWanted(ObjectInstanceHandle, AttributeHandleSet const &, AttributeHandleSet &)
-{
+void UnsupportedServices::attributeOwnershipDivestitureIfWanted(ObjectInstanceHandle,
+                                                                AttributeHandleSet const&,
+                                                                AttributeHandleSet&) {
   notSupported(L"attributeOwnershipDivestitureIfWanted");
 }
 
-void UnsupportedServices::cancelNegotiatedAttributeOwnershipDivestiture(ObjectInstanceHandle, AttributeHandleSet const &)
-{
+void UnsupportedServices::cancelNegotiatedAttributeOwnershipDivestiture(ObjectInstanceHandle,
+                                                                        AttributeHandleSet const&) {
   notSupported(L"cancelNegotiatedAttributeOwnershipDivestiture");
 }
 
-void UnsupportedServices::cancelAttributeOwnershipAcquisition(ObjectInstanceHandle, AttributeHandleSet const &)
-{
+void UnsupportedServices::cancelAttributeOwnershipAcquisition(ObjectInstanceHandle,
+                                                              AttributeHandleSet const&) {
   notSupported(L"cancelAttributeOwnershipAcquisition");
 }
 
-void UnsupportedServices::queryAttributeOwnership(ObjectInstanceHandle, AttributeHandle)
-{
+void UnsupportedServices::queryAttributeOwnership(ObjectInstanceHandle, AttributeHandle) {
   notSupported(L"queryAttributeOwnership");
 }
 
-bool UnsupportedServices::isAttributeOwnedByFederate(ObjectInstanceHandle, AttributeHandle)
-{
+bool UnsupportedServices::isAttributeOwnedByFederate(ObjectInstanceHandle, AttributeHandle) {
   notSupported(L"isAttributeOwnedByFederate");
 }
 
-void UnsupportedServices::enableTimeRegulation(LogicalTimeInterval const &)
-{
+void UnsupportedServices::enableTimeRegulation(LogicalTimeInterval const&) {
   notSupported(L"enableTimeRegulation");
 }
 
-void UnsupportedServices::disableTimeRegulation()
-{
+void UnsupportedServices::disableTimeRegulation() {
   notSupported(L"disableTimeRegulation");
 }
 
-void UnsupportedServices::enableTimeConstrained()
-{
+void UnsupportedServices::enableTimeConstrained() {
   notSupported(L"enableTimeConstrained");
 }
 
-void UnsupportedServices::disableTimeConstrained()
-{
+void UnsupportedServices::disableTimeConstrained() {
   notSupported(L"disableTimeConstrained");
 }
 
-void UnsupportedServices::timeAdvanceRequest(LogicalTime const &)
-{
+void UnsupportedServices::timeAdvanceRequest(LogicalTime const&) {
   notSupported(L"timeAdvanceRequest");
 }
 
-void UnsupportedServices::timeAdvanceRequestAvailable(LogicalTime const &)
-{
+void UnsupportedServices::timeAdvanceRequestAvailable(LogicalTime const&) {
   notSupported(L"timeAdvanceRequestAvailable");
 }
 
-void UnsupportedServices::nextMessageRequest(LogicalTime const &)
-{
+void UnsupportedServices::nextMessageRequest(LogicalTime const&) {
   notSupported(L"nextMessageRequest");
 }
 
-void UnsupportedServices::nextMessageRequestAvailable(LogicalTime const &)
-{
+void UnsupportedServices::nextMessageRequestAvailable(LogicalTime const&) {
   notSupported(L"nextMessageRequestAvailable");
 }
 
-void UnsupportedServices::flushQueueRequest(LogicalTime const &)
-{
+void UnsupportedServices::flushQueueRequest(LogicalTime const&) {
   notSupported(L"flushQueueRequest");
 }
 
-void UnsupportedServices::enableAsynchronousDelivery()
-{
+void UnsupportedServices::enableAsynchronousDelivery() {
   notSupported(L"enableAsynchronousDelivery");
 }
 
-void UnsupportedServices::disableAsynchronousDelivery()
-{
+void UnsupportedServices::disableAsynchronousDelivery() {
   notSupported(L"disableAsynchronousDelivery");
 }
 
-bool UnsupportedServices::queryGALT(LogicalTime &)
-{
+bool UnsupportedServices::queryGALT(LogicalTime&) {
   notSupported(L"queryGALT");
 }
 
-void UnsupportedServices::queryLogicalTime(LogicalTime &)
-{
+void UnsupportedServices::queryLogicalTime(LogicalTime&) {
   notSupported(L"queryLogicalTime");
 }
 
-bool UnsupportedServices::queryLITS(LogicalTime &)
-{
+bool UnsupportedServices::queryLITS(LogicalTime&) {
   notSupported(L"queryLITS");
 }
 
-void UnsupportedServices::modifyLookahead(LogicalTimeInterval const &)
-{
+void UnsupportedServices::modifyLookahead(LogicalTimeInterval const&) {
   notSupported(L"modifyLookahead");
 }
 
-void UnsupportedServices::queryLookahead(LogicalTimeInterval &)
-{
+void UnsupportedServices::queryLookahead(LogicalTimeInterval&) {
   notSupported(L"queryLookahead");
 }
 
-void UnsupportedServices::retract(MessageRetractionHandle)
-{
+void UnsupportedServices::retract(MessageRetractionHandle) {
   notSupported(L"retract");
 }
 
-void UnsupportedServices::changeAttributeOrderType(ObjectInstanceHandle, AttributeHandleSet const &, OrderType)
-{
+void UnsupportedServices::changeAttributeOrderType(ObjectInstanceHandle, AttributeHandleSet const&,
+                                                   OrderType) {
   notSupported(L"changeAttributeOrderType");
 }
 
-void UnsupportedServices::changeInteractionOrderType(InteractionClassHandle, OrderType)
-{
+void UnsupportedServices::changeInteractionOrderType(InteractionClassHandle, OrderType) {
   notSupported(L"changeInteractionOrderType");
 }
 
-RegionHandle UnsupportedServices::createRegion(DimensionHandleSet const &)
-{
+RegionHandle UnsupportedServices::createRegion(DimensionHandleSet const&) {
   notSupported(L"createRegion");
 }
 
-void UnsupportedServices::commitRegionModifications(RegionHandleSet const &)
-{
+void UnsupportedServices::commitRegionModifications(RegionHandleSet const&) {
   notSupported(L"commitRegionModifications");
 }
 
-void UnsupportedServices::deleteRegion(RegionHandle)
-{
+void UnsupportedServices::deleteRegion(RegionHandle) {
   notSupported(L"deleteRegion");
 }
 
-ObjectInstanceHandle UnsupportedServices::registerObjectInstanceWithRegions(ObjectClassHandle, AttributeHandleSetRegionHandleSetPairVector const &)
-{
+ObjectInstanceHandle UnsupportedServices::registerObjectInstanceWithRegions(
+    ObjectClassHandle, AttributeHandleSetRegionHandleSetPairVector const&) {
   notSupported(L"registerObjectInstanceWithRegions");
 }
 
-ObjectInstanceHandle UnsupportedServices::registerObjectInstanceWithRegions(ObjectClassHandle, AttributeHandleSetRegionHandleSetPairVector const &, std::wstring const &)
-{
+ObjectInstanceHandle UnsupportedServices::registerObjectInstanceWithRegions(
+    ObjectClassHandle, AttributeHandleSetRegionHandleSetPairVector const&, std::wstring const&) {
   notSupported(L"registerObjectInstanceWithRegions");
 }
 
-void UnsupportedServices::associateRegionsForUpdates(ObjectInstanceHandle, AttributeHandleSetRegionHandleSetPairVector const &)
-{
+void UnsupportedServices::associateRegionsForUpdates(
+    ObjectInstanceHandle, AttributeHandleSetRegionHandleSetPairVector const&) {
   notSupported(L"associateRegionsForUpdates");
 }
 
-void UnsupportedServices::unassociateRegionsForUpdates(ObjectInstanceHandle, AttributeHandleSetRegionHandleSetPairVector const &)
-{
+void UnsupportedServices::unassociateRegionsForUpdates(
+    ObjectInstanceHandle, AttributeHandleSetRegionHandleSetPairVector const&) {
   notSupported(L"unassociateRegionsForUpdates");
 }
 
-void UnsupportedServices::subscribeObjectClassAttributesWithRegions(ObjectClassHandle, AttributeHandleSetRegionHandleSetPairVector const &, bool)
-{
+void UnsupportedServices::subscribeObjectClassAttributesWithRegions(
+    ObjectClassHandle, AttributeHandleSetRegionHandleSetPairVector const&, bool) {
   notSupported(L"subscribeObjectClassAttributesWithRegions");
 }
 
-void UnsupportedServices::unsubscribeObjectClassAttributesWithRegions(ObjectClassHandle, AttributeHandleSetRegionHandleSetPairVector const &)
-{
+void UnsupportedServices::unsubscribeObjectClassAttributesWithRegions(
+    ObjectClassHandle, AttributeHandleSetRegionHandleSetPairVector const&) {
   notSupported(L"unsubscribeObjectClassAttributesWithRegions");
 }
 
-void UnsupportedServices::subscribeInteractionClassWithRegions(InteractionClassHandle, RegionHandleSet const &, bool)
-{
+void UnsupportedServices::subscribeInteractionClassWithRegions(InteractionClassHandle,
+                                                               RegionHandleSet const&, bool) {
   notSupported(L"subscribeInteractionClassWithRegions");
 }
 
-void UnsupportedServices::unsubscribeInteractionClassWithRegions(InteractionClassHandle, RegionHandleSet const &)
-{
+void UnsupportedServices::unsubscribeInteractionClassWithRegions(InteractionClassHandle,
+                                                                 RegionHandleSet const&) {
   notSupported(L"unsubscribeInteractionClassWithRegions");
 }
 
-void UnsupportedServices::sendInteractionWithRegions(InteractionClassHandle, ParameterHandleValueMap const &, RegionHandleSet const &, VariableLengthData const &)
-{
+void UnsupportedServices::sendInteractionWithRegions(InteractionClassHandle,
+                                                     ParameterHandleValueMap const&,
+                                                     RegionHandleSet const&,
+                                                     VariableLengthData const&) {
   notSupported(L"sendInteractionWithRegions");
 }
 
-MessageRetractionHandle UnsupportedServices::sendInteractionWithRegions(InteractionClassHandle, ParameterHandleValueMap const &, RegionHandleSet const &, VariableLengthData const &, LogicalTime const &)
-{
+MessageRetractionHandle UnsupportedServices::sendInteractionWithRegions(
+    InteractionClassHandle, ParameterHandleValueMap const&, RegionHandleSet const&,
+    VariableLengthData const&, LogicalTime const&) {
   notSupported(L"sendInteractionWithRegions");
 }
 
-void UnsupportedServices::requestAttributeValueUpdateWithRegions(ObjectClassHandle, AttributeHandleSetRegionHandleSetPairVector const &, VariableLengthData const &)
-{
+void UnsupportedServices::requestAttributeValueUpdateWithRegions(
+    ObjectClassHandle, AttributeHandleSetRegionHandleSetPairVector const&,
+    VariableLengthData const&) {
   notSupported(L"requestAttributeValueUpdateWithRegions");
 }
 
-ObjectClassHandle UnsupportedServices::getObjectClassHandle(std::wstring const &)
-{
+ObjectClassHandle UnsupportedServices::getObjectClassHandle(std::wstring const&) {
   notSupported(L"getObjectClassHandle");
 }
 
-std::wstring UnsupportedServices::getObjectClassName(ObjectClassHandle)
-{
+std::wstring UnsupportedServices::getObjectClassName(ObjectClassHandle) {
   notSupported(L"getObjectClassName");
 }
 
-AttributeHandle UnsupportedServices::getAttributeHandle(ObjectClassHandle, std::wstring const &)
-{
+AttributeHandle UnsupportedServices::getAttributeHandle(ObjectClassHandle, std::wstring const&) {
   notSupported(L"getAttributeHandle");
 }
 
-std::wstring UnsupportedServices::getAttributeName(ObjectClassHandle, AttributeHandle)
-{
+std::wstring UnsupportedServices::getAttributeName(ObjectClassHandle, AttributeHandle) {
   notSupported(L"getAttributeName");
 }
 
-InteractionClassHandle UnsupportedServices::getInteractionClassHandle(std::wstring const &)
-{
+InteractionClassHandle UnsupportedServices::getInteractionClassHandle(std::wstring const&) {
   notSupported(L"getInteractionClassHandle");
 }
 
-std::wstring UnsupportedServices::getInteractionClassName(InteractionClassHandle)
-{
+std::wstring UnsupportedServices::getInteractionClassName(InteractionClassHandle) {
   notSupported(L"getInteractionClassName");
 }
 
-ParameterHandle UnsupportedServices::getParameterHandle(InteractionClassHandle, std::wstring const &)
-{
+ParameterHandle UnsupportedServices::getParameterHandle(InteractionClassHandle,
+                                                        std::wstring const&) {
   notSupported(L"getParameterHandle");
 }
 
-std::wstring UnsupportedServices::getParameterName(InteractionClassHandle, ParameterHandle)
-{
+std::wstring UnsupportedServices::getParameterName(InteractionClassHandle, ParameterHandle) {
   notSupported(L"getParameterName");
 }
 
-ObjectInstanceHandle UnsupportedServices::getObjectInstanceHandle(std::wstring const &)
-{
+ObjectInstanceHandle UnsupportedServices::getObjectInstanceHandle(std::wstring const&) {
   notSupported(L"getObjectInstanceHandle");
 }
 
-std::wstring UnsupportedServices::getObjectInstanceName(ObjectInstanceHandle)
-{
+std::wstring UnsupportedServices::getObjectInstanceName(ObjectInstanceHandle) {
   notSupported(L"getObjectInstanceName");
 }
 
-DimensionHandle UnsupportedServices::getDimensionHandle(std::wstring const &)
-{
+DimensionHandle UnsupportedServices::getDimensionHandle(std::wstring const&) {
   notSupported(L"getDimensionHandle");
 }
 
-std::wstring UnsupportedServices::getDimensionName(DimensionHandle)
-{
+std::wstring UnsupportedServices::getDimensionName(DimensionHandle) {
   notSupported(L"getDimensionName");
 }
 
-unsigned long UnsupportedServices::getDimensionUpperBound(DimensionHandle)
-{
+unsigned long UnsupportedServices::getDimensionUpperBound(DimensionHandle) {
   notSupported(L"getDimensionUpperBound");
 }
 
-DimensionHandleSet UnsupportedServices::getAvailableDimensionsForClassAttribute(ObjectClassHandle, AttributeHandle)
-{
+DimensionHandleSet UnsupportedServices::getAvailableDimensionsForClassAttribute(ObjectClassHandle,
+                                                                                AttributeHandle) {
   notSupported(L"getAvailableDimensionsForClassAttribute");
 }
 
-ObjectClassHandle UnsupportedServices::getKnownObjectClassHandle(ObjectInstanceHandle)
-{
+ObjectClassHandle UnsupportedServices::getKnownObjectClassHandle(ObjectInstanceHandle) {
   notSupported(L"getKnownObjectClassHandle");
 }
 
-DimensionHandleSet UnsupportedServices::getAvailableDimensionsForInteractionClass(InteractionClassHandle)
-{
+DimensionHandleSet UnsupportedServices::getAvailableDimensionsForInteractionClass(
+    InteractionClassHandle) {
   notSupported(L"getAvailableDimensionsForInteractionClass");
 }
 
-TransportationType UnsupportedServices::getTransportationType(std::wstring const &)
-{
+TransportationType UnsupportedServices::getTransportationType(std::wstring const&) {
   notSupported(L"getTransportationType");
 }
 
-std::wstring UnsupportedServices::getTransportationName(TransportationType)
-{
+std::wstring UnsupportedServices::getTransportationName(TransportationType) {
   notSupported(L"getTransportationName");
 }
 
-OrderType UnsupportedServices::getOrderType(std::wstring const &)
-{
+OrderType UnsupportedServices::getOrderType(std::wstring const&) {
   notSupported(L"getOrderType");
 }
 
-std::wstring UnsupportedServices::getOrderName(OrderType)
-{
+std::wstring UnsupportedServices::getOrderName(OrderType) {
   notSupported(L"getOrderName");
 }
 
-void UnsupportedServices::enableObjectClassRelevanceAdvisorySwitch()
-{
+void UnsupportedServices::enableObjectClassRelevanceAdvisorySwitch() {
   notSupported(L"enableObjectClassRelevanceAdvisorySwitch");
 }
 
-void UnsupportedServices::disableObjectClassRelevanceAdvisorySwitch()
-{
+void UnsupportedServices::disableObjectClassRelevanceAdvisorySwitch() {
   notSupported(L"disableObjectClassRelevanceAdvisorySwitch");
 }
 
-void UnsupportedServices::enableAttributeRelevanceAdvisorySwitch()
-{
+void UnsupportedServices::enableAttributeRelevanceAdvisorySwitch() {
   notSupported(L"enableAttributeRelevanceAdvisorySwitch");
 }
 
-void UnsupportedServices::disableAttributeRelevanceAdvisorySwitch()
-{
+void UnsupportedServices::disableAttributeRelevanceAdvisorySwitch() {
   notSupported(L"disableAttributeRelevanceAdvisorySwitch");
 }
 
-void UnsupportedServices::enableAttributeScopeAdvisorySwitch()
-{
+void UnsupportedServices::enableAttributeScopeAdvisorySwitch() {
   notSupported(L"enableAttributeScopeAdvisorySwitch");
 }
 
-void UnsupportedServices::disableAttributeScopeAdvisorySwitch()
-{
+void UnsupportedServices::disableAttributeScopeAdvisorySwitch() {
   notSupported(L"disableAttributeScopeAdvisorySwitch");
 }
 
-void UnsupportedServices::enableInteractionRelevanceAdvisorySwitch()
-{
+void UnsupportedServices::enableInteractionRelevanceAdvisorySwitch() {
   notSupported(L"enableInteractionRelevanceAdvisorySwitch");
 }
 
-void UnsupportedServices::disableInteractionRelevanceAdvisorySwitch()
-{
+void UnsupportedServices::disableInteractionRelevanceAdvisorySwitch() {
   notSupported(L"disableInteractionRelevanceAdvisorySwitch");
 }
 
-DimensionHandleSet UnsupportedServices::getDimensionHandleSet(RegionHandle)
-{
+DimensionHandleSet UnsupportedServices::getDimensionHandleSet(RegionHandle) {
   notSupported(L"getDimensionHandleSet");
 }
 
-RangeBounds UnsupportedServices::getRangeBounds(RegionHandle, DimensionHandle)
-{
+RangeBounds UnsupportedServices::getRangeBounds(RegionHandle, DimensionHandle) {
   notSupported(L"getRangeBounds");
 }
 
-void UnsupportedServices::setRangeBounds(RegionHandle, DimensionHandle, RangeBounds const &)
-{
+void UnsupportedServices::setRangeBounds(RegionHandle, DimensionHandle, RangeBounds const&) {
   notSupported(L"setRangeBounds");
 }
 
-unsigned long UnsupportedServices::normalizeFederateHandle(FederateHandle)
-{
+unsigned long UnsupportedServices::normalizeFederateHandle(FederateHandle) {
   notSupported(L"normalizeFederateHandle");
 }
 
-unsigned long UnsupportedServices::normalizeServiceGroup(ServiceGroupIndicator)
-{
+unsigned long UnsupportedServices::normalizeServiceGroup(ServiceGroupIndicator) {
   notSupported(L"normalizeServiceGroup");
 }
 
-bool UnsupportedServices::evokeCallback(double)
-{
+bool UnsupportedServices::evokeCallback(double) {
   notSupported(L"evokeCallback");
 }
 
-bool UnsupportedServices::evokeMultipleCallbacks(double, double)
-{
+bool UnsupportedServices::evokeMultipleCallbacks(double, double) {
   notSupported(L"evokeMultipleCallbacks");
 }
 
-void UnsupportedServices::enableCallbacks()
-{
+void UnsupportedServices::enableCallbacks() {
   notSupported(L"enableCallbacks");
 }
 
-void UnsupportedServices::disableCallbacks()
-{
+void UnsupportedServices::disableCallbacks() {
   notSupported(L"disableCallbacks");
 }
 
-FederateHandle UnsupportedServices::decodeFederateHandle(VariableLengthData const &) const
-{
+FederateHandle UnsupportedServices::decodeFederateHandle(VariableLengthData const&) const {
   notSupported(L"decodeFederateHandle");
 }
 
-ObjectClassHandle UnsupportedServices::decodeObjectClassHandle(VariableLengthData const &) const
-{
+ObjectClassHandle UnsupportedServices::decodeObjectClassHandle(VariableLengthData const&) const {
   notSupported(L"decodeObjectClassHandle");
 }
 
-InteractionClassHandle UnsupportedServices::decodeInteractionClassHandle(VariableLengthData const &) const
-{
+InteractionClassHandle UnsupportedServices::decodeInteractionClassHandle(
+    VariableLengthData const&) const {
   notSupported(L"decodeInteractionClassHandle");
 }
 
-ObjectInstanceHandle UnsupportedServices::decodeObjectInstanceHandle(VariableLengthData const &) const
-{
+ObjectInstanceHandle UnsupportedServices::decodeObjectInstanceHandle(
+    VariableLengthData const&) const {
   notSupported(L"decodeObjectInstanceHandle");
 }
 
-AttributeHandle UnsupportedServices::decodeAttributeHandle(VariableLengthData const &) const
-{
+AttributeHandle UnsupportedServices::decodeAttributeHandle(VariableLengthData const&) const {
   notSupported(L"decodeAttributeHandle");
 }
 
-ParameterHandle UnsupportedServices::decodeParameterHandle(VariableLengthData const &) const
-{
+ParameterHandle UnsupportedServices::decodeParameterHandle(VariableLengthData const&) const {
   notSupported(L"decodeParameterHandle");
 }
 
-DimensionHandle UnsupportedServices::decodeDimensionHandle(VariableLengthData const &) const
-{
+DimensionHandle UnsupportedServices::decodeDimensionHandle(VariableLengthData const&) const {
   notSupported(L"decodeDimensionHandle");
 }
 
-MessageRetractionHandle UnsupportedServices::decodeMessageRetractionHandle(VariableLengthData const &) const
-{
+MessageRetractionHandle UnsupportedServices::decodeMessageRetractionHandle(
+    VariableLengthData const&) const {
   notSupported(L"decodeMessageRetractionHandle");
 }
 
-RegionHandle UnsupportedServices::decodeRegionHandle(VariableLengthData const &) const
-{
+RegionHandle UnsupportedServices::decodeRegionHandle(VariableLengthData const&) const {
   notSupported(L"decodeRegionHandle");
 }
 
-} // namespace vcrti
+}  // namespace vcrti

@@ -13,7 +13,8 @@ void onPdu(const DtVistrelControlPdu& pdu, void*) {
 
 int main(int argc, char** argv) {
   if (argc < 2) return 2;
-  DtExerciseConn viewerConn("thread://Consumer", "viewer", static_cast<DtFomMapper*>(nullptr), argv[1]);
+  DtExerciseConn viewerConn("thread://Consumer", "viewer", static_cast<DtFomMapper*>(nullptr),
+                            argv[1]);
   DtVistrelRemoteController listener(&viewerConn);
   listener.addViewModeChangeCallback(&onPdu, nullptr, "0:0:0");
   DtVistrelRemoteController controller("thread://Consumer", "controller",

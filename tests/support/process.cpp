@@ -21,9 +21,11 @@ void closeFd(int& fd) {
 
 }  // namespace
 
-ChildProcess::ChildProcess(const std::string& path, const std::vector<std::string>& args, bool mergeStderr) {
+ChildProcess::ChildProcess(const std::string& path, const std::vector<std::string>& args,
+                           bool mergeStderr) {
   int in[2], out[2];
-  if (::pipe2(in, O_CLOEXEC) != 0) throw std::runtime_error("pipe: " + std::string(std::strerror(errno)));
+  if (::pipe2(in, O_CLOEXEC) != 0)
+    throw std::runtime_error("pipe: " + std::string(std::strerror(errno)));
   if (::pipe2(out, O_CLOEXEC) != 0) {
     ::close(in[0]);
     ::close(in[1]);
@@ -102,10 +104,12 @@ bool ChildProcess::readLine(std::string& line, std::chrono::milliseconds timeout
   return true;
 }
 
-bool ChildProcess::waitForLine(const std::string& text, std::string& line, std::chrono::milliseconds timeout) {
+bool ChildProcess::waitForLine(const std::string& text, std::string& line,
+                               std::chrono::milliseconds timeout) {
   const auto deadline = std::chrono::steady_clock::now() + timeout;
   for (;;) {
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+        deadline - std::chrono::steady_clock::now());
     if (left.count() < 0 || !readLine(line, left)) return false;
     if (line.find(text) != std::string::npos) return true;
   }
@@ -122,7 +126,8 @@ bool ChildProcess::writeLine(const std::string& line) {
   std::size_t done = 0;
   while (done < data.size()) {
     // MSG_NOSIGNAL does not apply to pipes; a closed reader must not kill the test.
-    struct sigaction ignore {}, old {};
+    struct sigaction ignore {
+    }, old{};
     ignore.sa_handler = SIG_IGN;
     ::sigaction(SIGPIPE, &ignore, &old);
     ssize_t n = ::write(stdinFd_, data.data() + done, data.size() - done);
@@ -134,7 +139,9 @@ bool ChildProcess::writeLine(const std::string& line) {
   return true;
 }
 
-void ChildProcess::closeStdin() { closeFd(stdinFd_); }
+void ChildProcess::closeStdin() {
+  closeFd(stdinFd_);
+}
 
 void ChildProcess::kill(int signal) {
   if (!reaped_ && pid_ > 0) ::kill(pid_, signal);
@@ -157,20 +164,28 @@ int ChildProcess::wait(std::chrono::milliseconds timeout) {
   }
 }
 
-bool ChildProcess::running() { return wait(std::chrono::milliseconds(0)) == -1 && !reaped_; }
+bool ChildProcess::running() {
+  return wait(std::chrono::milliseconds(0)) == -1 && !reaped_;
+}
 
-std::string binaryPath(const std::string& name) { return std::string(VC_BINARY_DIR) + "/bin/" + name; }
+std::string binaryPath(const std::string& name) {
+  return std::string(VC_BINARY_DIR) + "/bin/" + name;
+}
 
-bool hubAvailable() { return ::access(binaryPath("rtihub").c_str(), X_OK) == 0; }
+bool hubAvailable() {
+  return ::access(binaryPath("rtihub").c_str(), X_OK) == 0;
+}
 
-std::unique_ptr<ChildProcess> startHub(std::uint16_t& port, const std::vector<std::string>& extraArgs,
+std::unique_ptr<ChildProcess> startHub(std::uint16_t& port,
+                                       const std::vector<std::string>& extraArgs,
                                        int maxOpenFiles) {
   std::vector<std::string> args{"--listen", "127.0.0.1:0"};
   args.insert(args.end(), extraArgs.begin(), extraArgs.end());
   std::unique_ptr<ChildProcess> hub;
   if (maxOpenFiles > 0) {
-    args.insert(args.begin(), {"-c", "ulimit -n " + std::to_string(maxOpenFiles) + " && exec \"$0\" \"$@\"",
-                               binaryPath("rtihub")});
+    args.insert(args.begin(),
+                {"-c", "ulimit -n " + std::to_string(maxOpenFiles) + " && exec \"$0\" \"$@\"",
+                 binaryPath("rtihub")});
     hub = std::make_unique<ChildProcess>("/bin/sh", args, true);
   } else {
     hub = std::make_unique<ChildProcess>(binaryPath("rtihub"), args, true);

@@ -29,7 +29,8 @@ class ChildProcess {
   // Starts `path` with `args`. Its stdout (and stderr too when mergeStderr is set) is
   // collected line by line in the background, so the child never blocks on a full pipe;
   // otherwise stderr goes to the test's stderr. Throws std::runtime_error on failure.
-  ChildProcess(const std::string& path, const std::vector<std::string>& args, bool mergeStderr = false);
+  ChildProcess(const std::string& path, const std::vector<std::string>& args,
+               bool mergeStderr = false);
   // Kills the child (SIGKILL) if it still runs, and reaps it.
   ~ChildProcess();
   ChildProcess(const ChildProcess&) = delete;
@@ -82,7 +83,8 @@ bool hubAvailable();
 // "rtihub listening on" line, and returns the running hub (stderr merged into its lines).
 // Throws std::runtime_error when it does not come up within a few seconds.
 // With maxOpenFiles above zero the hub runs with that limit on its file descriptors.
-std::unique_ptr<ChildProcess> startHub(std::uint16_t& port, const std::vector<std::string>& extraArgs = {},
+std::unique_ptr<ChildProcess> startHub(std::uint16_t& port,
+                                       const std::vector<std::string>& extraArgs = {},
                                        int maxOpenFiles = 0);
 
 // "rti://127.0.0.1:<port>/<federation>"

@@ -12,11 +12,21 @@ namespace wire {
 inline const unsigned char* at(const void* p, size_t offset) {
   return static_cast<const unsigned char*>(p) + offset;
 }
-inline uint32_t u8(const void* p, size_t o) { return *at(p, o); }
-inline uint32_t u16(const void* p, size_t o) { return (uint32_t(*at(p, o)) << 8) | *at(p, o + 1); }
-inline uint32_t u32(const void* p, size_t o) { return (u16(p, o) << 16) | u16(p, o + 2); }
-inline int32_t i32(const void* p, size_t o) { return static_cast<int32_t>(u32(p, o)); }
-inline uint64_t u64(const void* p, size_t o) { return (uint64_t(u32(p, o)) << 32) | u32(p, o + 4); }
+inline uint32_t u8(const void* p, size_t o) {
+  return *at(p, o);
+}
+inline uint32_t u16(const void* p, size_t o) {
+  return (uint32_t(*at(p, o)) << 8) | *at(p, o + 1);
+}
+inline uint32_t u32(const void* p, size_t o) {
+  return (u16(p, o) << 16) | u16(p, o + 2);
+}
+inline int32_t i32(const void* p, size_t o) {
+  return static_cast<int32_t>(u32(p, o));
+}
+inline uint64_t u64(const void* p, size_t o) {
+  return (uint64_t(u32(p, o)) << 32) | u32(p, o + 4);
+}
 inline float f32(const void* p, size_t o) {
   uint32_t b = u32(p, o);
   float f;
@@ -42,7 +52,9 @@ inline bool zero(const void* p, size_t o, size_t n) {
 }
 
 /// Big-endian writers, for building received bytes by hand.
-inline void put8(std::vector<unsigned char>& b, size_t o, uint32_t v) { b.at(o) = uint8_t(v); }
+inline void put8(std::vector<unsigned char>& b, size_t o, uint32_t v) {
+  b.at(o) = uint8_t(v);
+}
 inline void put16(std::vector<unsigned char>& b, size_t o, uint32_t v) {
   b.at(o) = uint8_t(v >> 8);
   b.at(o + 1) = uint8_t(v);

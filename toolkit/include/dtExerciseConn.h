@@ -129,22 +129,26 @@ class DT_EXPORT DtExerciseConn {
     static Inter* from(DtInteraction* inter) { return dynamic_cast<Inter*>(inter); }
   };
   template <typename Inter>
-  struct Downcast<Inter, std::void_t<decltype(static_cast<Inter*>(std::declval<DtInteraction*>()))>> {
+  struct Downcast<Inter,
+                  std::void_t<decltype(static_cast<Inter*>(std::declval<DtInteraction*>()))>> {
     static Inter* from(DtInteraction* inter) {
-      return typeid(*inter) == typeid(Inter) ? static_cast<Inter*>(inter) : dynamic_cast<Inter*>(inter);
+      return typeid(*inter) == typeid(Inter) ? static_cast<Inter*>(inter)
+                                             : dynamic_cast<Inter*>(inter);
     }
   };
   template <typename Inter>
   static void invokeAs(void (*fn)(), DtInteraction* inter, void* usr) {
     if (!inter) return;
-    if (Inter* typed = Downcast<Inter>::from(inter)) reinterpret_cast<void (*)(Inter*, void*)>(fn)(typed, usr);
+    if (Inter* typed = Downcast<Inter>::from(inter))
+      reinterpret_cast<void (*)(Inter*, void*)>(fn)(typed, usr);
   }
   static void invokePlain(void (*fn)(), DtInteraction* inter, void* usr);
 
   void join(const char* fedFileName, DtExerciseConnStatus* status);
   void addTypedCallback(const char* className, void (*fn)(), Invoker invoke, void* usr);
   void removeTypedCallback(const char* className, void (*fn)(), void* usr);
-  void deliver(rti1516::InteractionClassHandle handle, const rti1516::ParameterHandleValueMap& values);
+  void deliver(rti1516::InteractionClassHandle handle,
+               const rti1516::ParameterHandleValueMap& values);
   /// False when the object model has no description for the class.
   bool buildRoute(rti1516::InteractionClassHandle handle, Route& route);
   void fail(const std::string& why);

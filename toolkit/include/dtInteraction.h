@@ -105,7 +105,8 @@ class DT_EXPORT DtInteractionWithEncDec : public DtInteraction {
 /// parameter.
 class DT_EXPORT DtInteractionDecoder {
  public:
-  using ParameterFcn = void (*)(DtInteraction* inter, const rti1516::ParameterHandleValueMap& values,
+  using ParameterFcn = void (*)(DtInteraction* inter,
+                                const rti1516::ParameterHandleValueMap& values,
                                 rti1516::ParameterHandle handle);
 
   DtInteractionDecoder(DtExerciseConn* conn, DtInterClassDesc* classDesc);
@@ -136,7 +137,8 @@ class DT_EXPORT DtInteractionDecoder {
 /// Encodes interactions of one class into parameter sets, one function per parameter.
 class DT_EXPORT DtInteractionEncoder {
  public:
-  using ParameterFcn = void (*)(const DtInteraction* inter, rti1516::ParameterHandleValueMap& values,
+  using ParameterFcn = void (*)(const DtInteraction* inter,
+                                rti1516::ParameterHandleValueMap& values,
                                 rti1516::ParameterHandle handle);
 
   DtInteractionEncoder(DtExerciseConn* conn, DtInterClassDesc* classDesc);

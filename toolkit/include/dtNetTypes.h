@@ -10,9 +10,15 @@
 // and from the host value, so a struct of them has the exact layout of the wire.
 
 namespace DtByteOrder {
-inline uint16_t toNet16(uint16_t v) { return __builtin_bswap16(v); }
-inline uint32_t toNet32(uint32_t v) { return __builtin_bswap32(v); }
-inline uint64_t toNet64(uint64_t v) { return __builtin_bswap64(v); }
+inline uint16_t toNet16(uint16_t v) {
+  return __builtin_bswap16(v);
+}
+inline uint32_t toNet32(uint32_t v) {
+  return __builtin_bswap32(v);
+}
+inline uint64_t toNet64(uint64_t v) {
+  return __builtin_bswap64(v);
+}
 inline uint32_t floatBits(float f) {
   uint32_t b;
   std::memcpy(&b, &f, 4);

@@ -17,4 +17,6 @@ DtNetGlobalObjectDesignator& DtNetGlobalObjectDesignator::operator=(const DtStri
   return *this;
 }
 
-DtString DtNetGlobalObjectDesignator::string() const { return decode(bytes_); }
+DtString DtNetGlobalObjectDesignator::string() const {
+  return decode(bytes_);
+}

@@ -26,7 +26,9 @@ DtBufferPlaceHolder::DtBufferPlaceHolder(size_t capacity)
   if (!data_) throw std::bad_alloc();
 }
 
-DtBufferPlaceHolder::~DtBufferPlaceHolder() { std::free(data_); }
+DtBufferPlaceHolder::~DtBufferPlaceHolder() {
+  std::free(data_);
+}
 
 // ---------------------------------------------------------------- spare blocks
 
@@ -135,7 +137,9 @@ DtBaseMsg& DtBaseMsg::operator=(const DtBaseMsg& other) {
   return *this;
 }
 
-DtBaseMsg::~DtBaseMsg() { release(); }
+DtBaseMsg::~DtBaseMsg() {
+  release();
+}
 
 void DtBaseMsg::release() {
   if (owned_) {
@@ -217,7 +221,8 @@ void DtBaseMsg::allocate(int length, DtBufferPlaceHolder* holder) {
   length_ = n;
 }
 
-void DtBaseMsg::adopt(const void* bytes, size_t available, int length, DtBufferPlaceHolder* holder) {
+void DtBaseMsg::adopt(const void* bytes, size_t available, int length,
+                      DtBufferPlaceHolder* holder) {
   int n = clampLength(length);
   size_t copy = bytes ? available : 0;
   size_t room = static_cast<size_t>(n) > available ? static_cast<size_t>(n) : available;
@@ -252,8 +257,11 @@ void DtBaseMsg::insertBytes(int offset, int count) {
   if (at > grown) at = grown;
   reserve(static_cast<size_t>(grown));
   int inserted = grown - old;  // what the length limit lets us insert
-  if (at < old && inserted > 0) std::memmove(bytes_ + at + inserted, bytes_ + at, static_cast<size_t>(old - at));
-  if (inserted > 0) std::memset(bytes_ + at, 0, static_cast<size_t>(at + inserted <= grown ? inserted : grown - at));
+  if (at < old && inserted > 0)
+    std::memmove(bytes_ + at + inserted, bytes_ + at, static_cast<size_t>(old - at));
+  if (inserted > 0)
+    std::memset(bytes_ + at, 0,
+                static_cast<size_t>(at + inserted <= grown ? inserted : grown - at));
   written(static_cast<size_t>(grown));
   length_ = grown;
   lengthChanged();
@@ -353,7 +361,9 @@ void DtPdu::initHeader() {
   lengthChanged();
 }
 
-void DtPdu::lengthChanged() { writeU16(8, static_cast<unsigned int>(length())); }
+void DtPdu::lengthChanged() {
+  writeU16(8, static_cast<unsigned int>(length()));
+}
 
 int DtPdu::headerLength(const void* bytes) {
   const unsigned char* b = static_cast<const unsigned char*>(bytes);

@@ -33,8 +33,12 @@ class DtExerciseConn::Ambassador : public rti1516::NullFederateAmbassador {
 };
 
 namespace {
-std::string text(const char* s) { return s ? s : ""; }
-std::string what(const rti1516::Exception& e) { return dtwide::narrow(e.what()); }
+std::string text(const char* s) {
+  return s ? s : "";
+}
+std::string what(const rti1516::Exception& e) {
+  return dtwide::narrow(e.what());
+}
 }  // namespace
 
 DtExerciseConn::DtExerciseConn(const char* execName, const char* federateName, DtFomMapper* mapper,
@@ -101,11 +105,13 @@ void DtExerciseConn::fail(const std::string& why) {
 
 // ------------------------------------------------------------------ tables
 
-void DtExerciseConn::addDecoder(rti1516::InteractionClassHandle handle, DtInteractionDecoder* decoder) {
+void DtExerciseConn::addDecoder(rti1516::InteractionClassHandle handle,
+                                DtInteractionDecoder* decoder) {
   decoders_[handle].reset(decoder);
 }
 
-void DtExerciseConn::addEncoder(rti1516::InteractionClassHandle handle, DtInteractionEncoder* encoder) {
+void DtExerciseConn::addEncoder(rti1516::InteractionClassHandle handle,
+                                DtInteractionEncoder* encoder) {
   encoders_[handle].reset(encoder);
 }
 
@@ -158,7 +164,8 @@ bool DtExerciseConn::sendInteraction(const DtInteraction& inter) {
   } catch (const rti1516::Exception& e) {
     sendValues_.clear();
     lost_ = true;
-    fail("sending " + std::string(desc->name()) + " to federation \"" + execName_ + "\" failed: " + what(e));
+    fail("sending " + std::string(desc->name()) + " to federation \"" + execName_ +
+         "\" failed: " + what(e));
     return false;
   }
 }
@@ -177,7 +184,8 @@ void DtExerciseConn::removeInteractionCallback(const char* className, Callback c
   removeTypedCallback(className, reinterpret_cast<void (*)()>(cb), usr);
 }
 
-void DtExerciseConn::addTypedCallback(const char* className, void (*fn)(), Invoker invoke, void* usr) {
+void DtExerciseConn::addTypedCallback(const char* className, void (*fn)(), Invoker invoke,
+                                      void* usr) {
   callbacks_.push_back(CallbackEntry{text(className), fn, invoke, usr});
   routesStale_ = true;
   DtInterClassDesc* desc = mapper_ ? mapper_->interClassDesc(className) : nullptr;
@@ -187,7 +195,8 @@ void DtExerciseConn::addTypedCallback(const char* className, void (*fn)(), Invok
     try {
       rti_->subscribeInteractionClass(desc->handle(), true);
     } catch (const rti1516::Exception& e) {
-      fail("subscribing to " + text(className) + " in federation \"" + execName_ + "\" failed: " + what(e));
+      fail("subscribing to " + text(className) + " in federation \"" + execName_ +
+           "\" failed: " + what(e));
     }
   }
 }

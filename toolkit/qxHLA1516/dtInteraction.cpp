@@ -44,7 +44,9 @@ void DtFomMapper::attach(rti1516::RTIambassador* rti) {
   byName_.clear();
 }
 
-std::string DtFomMapper::fomName(const char* name) const { return name ? name : ""; }
+std::string DtFomMapper::fomName(const char* name) const {
+  return name ? name : "";
+}
 
 DtInterClassDesc* DtFomMapper::interClassDesc(const char* name) {
   if (!rti_ || !name) return nullptr;
@@ -57,7 +59,8 @@ DtInterClassDesc* DtFomMapper::interClassDesc(const char* name) {
   }
   std::unique_ptr<DtInterClassDesc> desc;
   try {
-    rti1516::InteractionClassHandle handle = rti_->getInteractionClassHandle(dtwide::widen(fomName(name)));
+    rti1516::InteractionClassHandle handle =
+        rti_->getInteractionClassHandle(dtwide::widen(fomName(name)));
     desc.reset(new DtInterClassDesc(rti_, fomName(name), handle));
   } catch (const rti1516::Exception&) {
     // Not in the object model: remembered as null so the RTI is asked only once.
@@ -78,8 +81,12 @@ DtInteraction::DtInteraction(const DtInteraction&) = default;
 DtInteraction& DtInteraction::operator=(const DtInteraction&) = default;
 DtInteraction::~DtInteraction() = default;
 void DtInteraction::printData() const {}
-const char* DtInteraction::name() const { return "DtInteraction"; }
-const char* DtInteraction::interactionClassToUse(DtExerciseConn*) const { return ""; }
+const char* DtInteraction::name() const {
+  return "DtInteraction";
+}
+const char* DtInteraction::interactionClassToUse(DtExerciseConn*) const {
+  return "";
+}
 
 DtInterClassDesc* DtInteraction::classDesc(DtExerciseConn* conn) const {
   if (!conn || !conn->fomMapper()) return nullptr;
@@ -88,10 +95,15 @@ DtInterClassDesc* DtInteraction::classDesc(DtExerciseConn* conn) const {
 
 DtInteractionWithEncDec::DtInteractionWithEncDec() = default;
 DtInteractionWithEncDec::DtInteractionWithEncDec(const DtInteractionWithEncDec&) = default;
-DtInteractionWithEncDec& DtInteractionWithEncDec::operator=(const DtInteractionWithEncDec&) = default;
+DtInteractionWithEncDec& DtInteractionWithEncDec::operator=(const DtInteractionWithEncDec&) =
+    default;
 DtInteractionWithEncDec::~DtInteractionWithEncDec() = default;
-DtInteractionDecoder* DtInteractionWithEncDec::createDecoder(DtExerciseConn*) const { return nullptr; }
-DtInteractionEncoder* DtInteractionWithEncDec::createEncoder(DtExerciseConn*) const { return nullptr; }
+DtInteractionDecoder* DtInteractionWithEncDec::createDecoder(DtExerciseConn*) const {
+  return nullptr;
+}
+DtInteractionEncoder* DtInteractionWithEncDec::createEncoder(DtExerciseConn*) const {
+  return nullptr;
+}
 
 // ------------------------------------------------------------------ decoder, encoder
 

@@ -3,7 +3,9 @@
 #include <string>
 
 namespace dtwide {
-inline std::wstring widen(const std::string& s) { return std::wstring(s.begin(), s.end()); }
+inline std::wstring widen(const std::string& s) {
+  return std::wstring(s.begin(), s.end());
+}
 inline std::string narrow(const std::wstring& s) {
   std::string out;
   out.reserve(s.size());

@@ -21,7 +21,9 @@ void DtOutputStream::write(const char* text, size_t length) const {
   std::fwrite(text, 1, length, file);
 }
 
-void DtOutputStream::write(const char* text) const { write(text, std::strlen(text)); }
+void DtOutputStream::write(const char* text) const {
+  write(text, std::strlen(text));
+}
 
 void DtOutputStream::operator()(const char* format, ...) const {
   char small[512];
@@ -70,7 +72,9 @@ void dumpLine(const char* label, const char* value) {
 }
 }  // namespace
 
-void DtDumpString(const char* label, const char* text) { dumpLine(label, text); }
+void DtDumpString(const char* label, const char* text) {
+  dumpLine(label, text);
+}
 
 void DtDumpEnum(const char* label, const char* name, long value) {
   char text[256];
@@ -90,7 +94,9 @@ void DtDumpFloat(const char* label, double value) {
   dumpLine(label, text);
 }
 
-void DtDumpBoolean(const char* label, bool value) { dumpLine(label, value ? "true" : "false"); }
+void DtDumpBoolean(const char* label, bool value) {
+  dumpLine(label, value ? "true" : "false");
+}
 
 void DtDumpHexWord(const char* label, unsigned long value) {
   char text[32];
@@ -110,4 +116,6 @@ void DtDumpHexBytes(const char* label, const void* bytes, size_t count) {
   dumpLine(label, text.c_str());
 }
 
-void DtDumpText(const char* text) { DtDumpOut.write(text ? text : ""); }
+void DtDumpText(const char* text) {
+  DtDumpOut.write(text ? text : "");
+}

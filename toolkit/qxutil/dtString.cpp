@@ -2,4 +2,6 @@
 
 #include <ostream>
 
-std::ostream& operator<<(std::ostream& out, const DtString& s) { return out << s.stdString(); }
+std::ostream& operator<<(std::ostream& out, const DtString& s) {
+  return out << s.stdString();
+}

@@ -10,5 +10,9 @@ DtString vectorText(double a, double b, double c) {
 }
 }  // namespace
 
-DtString DtVector64::string() const { return vectorText(v_[0], v_[1], v_[2]); }
-DtString DtTaitBryan::string() const { return vectorText(a_[0], a_[1], a_[2]); }
+DtString DtVector64::string() const {
+  return vectorText(v_[0], v_[1], v_[2]);
+}
+DtString DtTaitBryan::string() const {
+  return vectorText(a_[0], a_[1], a_[2]);
+}

@@ -9,15 +9,18 @@ std::unique_ptr<Endpoint> makeLibraryEndpoint(const Settings& settings, Handler&
 void destroyRawFederation(const Settings& settings);
 
 std::unique_ptr<Endpoint> makeEndpoint(const Settings& settings, Handler& handler) {
-  return settings.library ? makeLibraryEndpoint(settings, handler) : makeRawEndpoint(settings, handler);
+  return settings.library ? makeLibraryEndpoint(settings, handler)
+                          : makeRawEndpoint(settings, handler);
 }
 
-void destroyFederation(const Settings& settings) { destroyRawFederation(settings); }
+void destroyFederation(const Settings& settings) {
+  destroyRawFederation(settings);
+}
 
 std::uint64_t nowNs() {
-  return static_cast<std::uint64_t>(
-      std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now().time_since_epoch())
-          .count());
+  return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::nanoseconds>(
+                                        std::chrono::steady_clock::now().time_since_epoch())
+                                        .count());
 }
 
 }  // namespace vcbench

@@ -32,8 +32,8 @@ class Handler {
 struct Settings {
   std::string federation;
   std::string fdd;
-  std::string federate;   // federate name (and controller id in library mode)
-  int size = 312;         // bytes of each data interaction and ping (raw mode)
+  std::string federate;  // federate name (and controller id in library mode)
+  int size = 312;        // bytes of each data interaction and ping (raw mode)
   bool library = false;
 };
 

@@ -21,12 +21,14 @@ class LibraryEndpoint : public Endpoint {
   LibraryEndpoint(const Settings& settings, Handler& handler) : handler_(handler) {
     DtExerciseConnStatus status;
     conn_ = std::make_unique<DtExerciseConn>(settings.federation.c_str(), settings.federate.c_str(),
-                                             static_cast<DtFomMapper*>(nullptr), settings.fdd.c_str(),
-                                             &status);
+                                             static_cast<DtFomMapper*>(nullptr),
+                                             settings.fdd.c_str(), &status);
     if (!status.ok) throw std::runtime_error(status.message.c_str());
-    controller_ = std::make_unique<DtVistrelRemoteController>(conn_.get(), DtVistrelRemoteController::SEND_TO_ALL);
+    controller_ = std::make_unique<DtVistrelRemoteController>(
+        conn_.get(), DtVistrelRemoteController::SEND_TO_ALL);
     controller_->setControllerId(settings.federate.c_str());
-    controller_->addViewModeChangeCallback(&LibraryEndpoint::onPdu, this, DtVistrelRemoteController::SEND_TO_ALL);
+    controller_->addViewModeChangeCallback(&LibraryEndpoint::onPdu, this,
+                                           DtVistrelRemoteController::SEND_TO_ALL);
   }
 
   ~LibraryEndpoint() override {

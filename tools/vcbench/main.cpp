@@ -27,7 +27,9 @@ std::string defaultFdd() {
 }
 
 // The library's banner and notes would mix with the figures on stdout.
-void toStderr(void*, const char* text, size_t length) { std::fwrite(text, 1, length, stderr); }
+void toStderr(void*, const char* text, size_t length) {
+  std::fwrite(text, 1, length, stderr);
+}
 
 double percentile(std::vector<double> values, double p) {
   if (values.empty()) return 0;
@@ -40,8 +42,8 @@ void printSender(const RunSettings& run, const SenderResult& r) {
   if (run.count > 0)
     std::printf("throughput=%.0f interactions/s\n", static_cast<double>(run.count) / r.seconds);
   if (!r.oneWayUs.empty()) {
-    std::printf("latency p50=%.2f us p99=%.2f us (one-way, %zu single pings)\n", percentile(r.oneWayUs, 0.50),
-                percentile(r.oneWayUs, 0.99), r.oneWayUs.size());
+    std::printf("latency p50=%.2f us p99=%.2f us (one-way, %zu single pings)\n",
+                percentile(r.oneWayUs, 0.50), percentile(r.oneWayUs, 0.99), r.oneWayUs.size());
     std::printf("round-trip p50=%.2f us p99=%.2f us\n", percentile(r.roundTripUs, 0.50),
                 percentile(r.roundTripUs, 0.99));
   }
@@ -51,8 +53,10 @@ void printSender(const RunSettings& run, const SenderResult& r) {
 void printReceiver(const ReceiverResult& r, bool alone) {
   if (alone && r.seconds > 0)
     std::printf("received=%llu in %.3f s: throughput=%.0f interactions/s\n",
-                static_cast<unsigned long long>(r.received), r.seconds, static_cast<double>(r.received) / r.seconds);
-  if (r.outOfOrder) std::printf("out of order: %llu\n", static_cast<unsigned long long>(r.outOfOrder));
+                static_cast<unsigned long long>(r.received), r.seconds,
+                static_cast<double>(r.received) / r.seconds);
+  if (r.outOfOrder)
+    std::printf("out of order: %llu\n", static_cast<unsigned long long>(r.outOfOrder));
   std::fflush(stdout);
 }
 
@@ -131,19 +135,25 @@ int runBoth(const Settings& settings, const RunSettings& run) {
 int main(int argc, char** argv) {
   DtInfo.setSink(&toStderr, nullptr);
 
-  DtCmdLine::Command cli("vcbench",
-                         "Measures the throughput and the latency of control interactions through a federation.");
+  DtCmdLine::Command cli(
+      "vcbench",
+      "Measures the throughput and the latency of control interactions through a federation.");
   cli.option("federation", Type::Text,
-             "federation: thread://NAME in this process, rti://HOST:PORT/NAME through a hub, or what the RTI "
+             "federation: thread://NAME in this process, rti://HOST:PORT/NAME through a hub, or "
+             "what the RTI "
              "vcbench was built against understands")
       .shortName('f')
       .placeholder("URL")
       .defaultValue("thread://vcbench");
-  cli.option("fdd", Type::Text, "object model file that defines ViewControl").placeholder("FILE").defaultValue(defaultFdd());
-  cli.option("role", Type::Text, "both: two federates in this process; send or recv: one end each, in two processes")
+  cli.option("fdd", Type::Text, "object model file that defines ViewControl")
+      .placeholder("FILE")
+      .defaultValue(defaultFdd());
+  cli.option("role", Type::Text,
+             "both: two federates in this process; send or recv: one end each, in two processes")
       .choices({"both", "send", "recv"})
       .defaultValue("both");
-  cli.option("name", Type::Text, "federate name, to which the sender adds -send and the receiver -recv")
+  cli.option("name", Type::Text,
+             "federate name, to which the sender adds -send and the receiver -recv")
       .placeholder("NAME")
       .defaultValue("vcbench");
   cli.option("count", Type::Integer, "interactions in the throughput run (0: none)")
@@ -154,7 +164,8 @@ int main(int argc, char** argv) {
       .shortName('s')
       .range(36, 65535)
       .defaultValue("312");
-  cli.option("batch", Type::Integer, "interactions sent back to back; the receiver acknowledges each batch")
+  cli.option("batch", Type::Integer,
+             "interactions sent back to back; the receiver acknowledges each batch")
       .shortName('b')
       .range(1, 1e9)
       .defaultValue("256");
@@ -166,13 +177,15 @@ int main(int argc, char** argv) {
       .range(0, 1e9)
       .defaultValue("10000");
   cli.option("library", Type::Flag,
-             "go through DtVistrelRemoteController on both ends (orbit commands, 312 bytes) instead of raw "
+             "go through DtVistrelRemoteController on both ends (orbit commands, 312 bytes) "
+             "instead of raw "
              "interactions")
       .shortName('l');
-  cli.option("spin", Type::Real,
-             "microseconds to go on polling without sleeping after the last message before waiting in "
-             "the RTI (0: wait at once); by default 50 in a thread:// federation, where each end has a "
-             "core of its own, and 0 otherwise, so that a hub on the same cores gets its turn")
+  cli.option(
+         "spin", Type::Real,
+         "microseconds to go on polling without sleeping after the last message before waiting in "
+         "the RTI (0: wait at once); by default 50 in a thread:// federation, where each end has a "
+         "core of its own, and 0 otherwise, so that a hub on the same cores gets its turn")
       .placeholder("US")
       .range(0, 1e9);
   cli.option("timeout", Type::Real, "seconds of silence from the other end before giving up")
@@ -210,12 +223,14 @@ int main(int argc, char** argv) {
 
   std::string role = args.text("role");
   if (role == "recv")  // the sender says how many and in what batches
-    std::fprintf(stderr, "vcbench: recv %s%s\n", settings.library ? "library " : "raw ", settings.federation.c_str());
+    std::fprintf(stderr, "vcbench: recv %s%s\n", settings.library ? "library " : "raw ",
+                 settings.federation.c_str());
   else
-    std::fprintf(stderr, "vcbench: %s %s%s, %d-byte interactions, %llu in batches of %llu, %llu pings\n",
-                 role.c_str(), settings.library ? "library " : "raw ", settings.federation.c_str(),
-                 settings.library ? 312 : settings.size, static_cast<unsigned long long>(run.count),
-                 static_cast<unsigned long long>(run.batch), static_cast<unsigned long long>(run.pings));
+    std::fprintf(
+        stderr, "vcbench: %s %s%s, %d-byte interactions, %llu in batches of %llu, %llu pings\n",
+        role.c_str(), settings.library ? "library " : "raw ", settings.federation.c_str(),
+        settings.library ? 312 : settings.size, static_cast<unsigned long long>(run.count),
+        static_cast<unsigned long long>(run.batch), static_cast<unsigned long long>(run.pings));
   try {
     if (role == "send") return runSender(settings, run);
     if (role == "recv") return runReceiver(settings, run);

@@ -13,7 +13,9 @@ namespace vcbench {
 
 namespace {
 
-std::wstring wide(const std::string& s) { return std::wstring(s.begin(), s.end()); }
+std::wstring wide(const std::string& s) {
+  return std::wstring(s.begin(), s.end());
+}
 
 std::string narrow(const std::wstring& s) {
   std::string out;
@@ -48,7 +50,8 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
     wire::mark(data_.data(), Kind::Data, 0, 0);
     dataValues_[param_].setDataPointer(data_.data(), static_cast<unsigned long>(data_.size()));
     pingValues_[param_].setDataPointer(ping_.data(), static_cast<unsigned long>(ping_.size()));
-    controlValues_[param_].setDataPointer(control_.data(), static_cast<unsigned long>(control_.size()));
+    controlValues_[param_].setDataPointer(control_.data(),
+                                          static_cast<unsigned long>(control_.size()));
   }
 
   ~RawEndpoint() override {
@@ -81,7 +84,8 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
     rti_->evokeMultipleCallbacks(0.0, 0.001);
   }
 
-  void receiveInteraction(rti1516::InteractionClassHandle, rti1516::ParameterHandleValueMap const& values,
+  void receiveInteraction(rti1516::InteractionClassHandle,
+                          rti1516::ParameterHandleValueMap const& values,
                           rti1516::VariableLengthData const&, rti1516::OrderType,
                           rti1516::TransportationType) override {
     auto it = values.find(param_);

@@ -37,7 +37,8 @@ void Peer::waitFor(Done done, const char* what) {
     if (quietSince == 0) quietSince = now;
     double quiet = secondsBetween(quietSince, now);
     if (spinning && quiet > run_.spinSeconds) spinning = false;
-    if (quiet > run_.timeout) throw std::runtime_error(std::string("nothing heard for too long while ") + what);
+    if (quiet > run_.timeout)
+      throw std::runtime_error(std::string("nothing heard for too long while ") + what);
   }
 }
 
@@ -46,7 +47,9 @@ void Peer::waitFor(Done done, const char* what) {
 void Sender::onMessage(const Message& m) {
   ++heard_;
   switch (m.kind) {
-    case Kind::Ready: ready_ = true; break;
+    case Kind::Ready:
+      ready_ = true;
+      break;
     case Kind::Ack:
       if (m.a > acked_) acked_ = m.a;
       break;
@@ -56,7 +59,8 @@ void Sender::onMessage(const Message& m) {
         receivedAt_ = m.b;
       }
       break;
-    default: break;
+    default:
+      break;
   }
 }
 
@@ -94,7 +98,8 @@ SenderResult Sender::run() {
     endpoint_->send(Kind::Ping, i, sentAt);
     waitFor([&] { return answered_; }, "pinging");
     std::uint64_t back = nowNs();
-    result.oneWayUs.push_back(static_cast<double>(static_cast<std::int64_t>(receivedAt_ - sentAt)) * 1e-3);
+    result.oneWayUs.push_back(static_cast<double>(static_cast<std::int64_t>(receivedAt_ - sentAt)) *
+                              1e-3);
     result.roundTripUs.push_back(static_cast<double>(back - sentAt) * 1e-3);
   }
   endpoint_->send(Kind::Done, 0, 0);
@@ -127,8 +132,11 @@ void Receiver::onMessage(const Message& m) {
       endpoint_->send(Kind::Pong, m.a, nowNs());
       ++result_.pings;
       break;
-    case Kind::Done: done_ = true; break;
-    default: break;
+    case Kind::Done:
+      done_ = true;
+      break;
+    default:
+      break;
   }
 }
 

@@ -16,14 +16,14 @@ struct RunSettings {
   std::uint64_t window = 32;
   std::uint64_t pings = 10000;
   double spinSeconds = 50e-6;  // polling without sleeping after the last message
-  double timeout = 60.0;   // seconds without progress before giving up
-  bool checkOrder = true;  // the stream carries sequence numbers
+  double timeout = 60.0;       // seconds without progress before giving up
+  bool checkOrder = true;      // the stream carries sequence numbers
 };
 
 struct SenderResult {
-  double seconds = 0;                  // first send to last acknowledgement
-  std::vector<double> oneWayUs;        // ping sent to ping received, per ping
-  std::vector<double> roundTripUs;     // ping sent to answer received
+  double seconds = 0;               // first send to last acknowledgement
+  std::vector<double> oneWayUs;     // ping sent to ping received, per ping
+  std::vector<double> roundTripUs;  // ping sent to answer received
 };
 
 struct ReceiverResult {

@@ -33,7 +33,9 @@ inline std::vector<unsigned char> buffer(size_t size) {
   return b;
 }
 
-inline void setA(unsigned char* p, std::uint64_t a) { std::memcpy(p + kAOffset, &a, 8); }
+inline void setA(unsigned char* p, std::uint64_t a) {
+  std::memcpy(p + kAOffset, &a, 8);
+}
 
 inline void mark(unsigned char* p, Kind kind, std::uint64_t a, std::uint64_t b) {
   p[kKindOffset] = static_cast<unsigned char>(kind);
@@ -44,7 +46,8 @@ inline void mark(unsigned char* p, Kind kind, std::uint64_t a, std::uint64_t b) 
 /// False for values that are not vcbench messages.
 inline bool read(const void* data, size_t size, Message& m) {
   const auto* p = static_cast<const unsigned char*>(data);
-  if (!p || size < kMessageSize || std::memcmp(p + kMarkerOffset, kMarker, sizeof kMarker) != 0) return false;
+  if (!p || size < kMessageSize || std::memcmp(p + kMarkerOffset, kMarker, sizeof kMarker) != 0)
+    return false;
   m.kind = static_cast<Kind>(p[kKindOffset]);
   std::memcpy(&m.a, p + kAOffset, 8);
   std::memcpy(&m.b, p + kBOffset, 8);

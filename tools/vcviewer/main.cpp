@@ -18,7 +18,9 @@ namespace {
 
 volatile std::sig_atomic_t g_stopSignal = 0;
 
-void onSignal(int signal) { g_stopSignal = signal; }
+void onSignal(int signal) {
+  g_stopSignal = signal;
+}
 
 void installSignals() {
   struct sigaction action {};
@@ -31,7 +33,9 @@ void installSignals() {
 
 // Standard output carries the viewer's lines only; what the library has to say goes to
 // standard error.
-void toStderr(void*, const char* text, size_t length) { std::fwrite(text, 1, length, stderr); }
+void toStderr(void*, const char* text, size_t length) {
+  std::fwrite(text, 1, length, stderr);
+}
 
 void printLine(const std::string& line) {
   std::fwrite(line.data(), 1, line.size(), stdout);
@@ -44,13 +48,16 @@ bool fileExists(const std::string& path) {
   return ::stat(path.c_str(), &st) == 0;
 }
 
-std::string defaultFdd() { return fileExists(VC_DEFAULT_FDD) ? VC_DEFAULT_FDD : VC_INSTALLED_FDD; }
+std::string defaultFdd() {
+  return fileExists(VC_DEFAULT_FDD) ? VC_DEFAULT_FDD : VC_INSTALLED_FDD;
+}
 
 // Standard input of a job started in the background by a script is /dev/null, and a
 // service may have none at all: its end means nothing then, and the viewer runs on until
 // it is told to stop.
 bool stdinUsable() {
-  struct stat in {}, null {};
+  struct stat in {
+  }, null{};
   if (::fstat(0, &in) != 0) return false;
   return !(::stat("/dev/null", &null) == 0 && in.st_dev == null.st_dev && in.st_ino == null.st_ino);
 }
@@ -91,21 +98,27 @@ void received(DtVistrelControlInteraction* inter, void* usr) {
 
 DtCmdLine::Command commandLine() {
   using DtCmdLine::Type;
-  DtCmdLine::Command cli("vcviewer",
-                         "A headless stand-in for a viewer: applies the control PDUs addressed to it, "
-                         "answers state requests and draws its scene as SVG.");
+  DtCmdLine::Command cli(
+      "vcviewer",
+      "A headless stand-in for a viewer: applies the control PDUs addressed to it, "
+      "answers state requests and draws its scene as SVG.");
   cli.option("id", Type::Text, "the viewer id this viewer answers to").placeholder("ID").required();
-  cli.option("federation", Type::Text, "federation to join: thread://Name, rti://host:port/Name, or a name on the local hub")
+  cli.option("federation", Type::Text,
+             "federation to join: thread://Name, rti://host:port/Name, or a name on the local hub")
       .shortName('f')
       .placeholder("URL")
       .defaultValue("VistrelControl");
-  cli.option("fdd", Type::Text, "FDD file with the ViewControl interaction (default: the one shipped)")
+  cli.option("fdd", Type::Text,
+             "FDD file with the ViewControl interaction (default: the one shipped)")
       .placeholder("FILE");
-  cli.option("name", Type::Text, "federate name, which also signs the answers (default: vcviewer-ID)")
+  cli.option("name", Type::Text,
+             "federate name, which also signs the answers (default: vcviewer-ID)")
       .placeholder("FEDERATE");
-  cli.option("svg", Type::Text, "write the scene here on request and when stopping").placeholder("FILE");
+  cli.option("svg", Type::Text, "write the scene here on request and when stopping")
+      .placeholder("FILE");
   cli.option("quiet", Type::Flag, "print no line per command").shortName('q');
-  cli.option("verbose", Type::Flag, "also print a line for each PDU meant for another viewer").shortName('v');
+  cli.option("verbose", Type::Flag, "also print a line for each PDU meant for another viewer")
+      .shortName('v');
   cli.option("stdin", Type::Flag, "read requests from standard input; its end stops the viewer")
       .defaultValue("true");
   cli.details(
@@ -137,7 +150,8 @@ int main(int argc, char** argv) {
   installSignals();
 
   DtExerciseConnStatus status;
-  DtExerciseConn conn(url.c_str(), name.c_str(), static_cast<DtFomMapper*>(nullptr), fdd.c_str(), &status);
+  DtExerciseConn conn(url.c_str(), name.c_str(), static_cast<DtFomMapper*>(nullptr), fdd.c_str(),
+                      &status);
   if (!status.ok) {
     std::fprintf(stderr, "vcviewer: cannot join %s: %s\n", url.c_str(), status.message.c_str());
     return 1;
@@ -197,7 +211,8 @@ int main(int argc, char** argv) {
       } else if (request == "quit") {
         why = "quit";
       } else if (!request.empty()) {
-        std::fprintf(stderr, "vcviewer: unknown request '%s' (svg, state, quit)\n", request.c_str());
+        std::fprintf(stderr, "vcviewer: unknown request '%s' (svg, state, quit)\n",
+                     request.c_str());
       }
     }
   }

@@ -2,20 +2,20 @@
 #ifndef RTI_RTI1516_h
 #define RTI_RTI1516_h
 
-#include <RTI/SpecificConfig.h>
 #include <RTI/Enums.h>
 #include <RTI/Exception.h>
-#include <RTI/VariableLengthData.h>
-#include <RTI/Handle.h>
-#include <RTI/Typedefs.h>
-#include <RTI/RangeBounds.h>
-#include <RTI/LogicalTime.h>
-#include <RTI/LogicalTimeInterval.h>
-#include <RTI/LogicalTimeFactory.h>
-#include <RTI/LogicalTimeIntervalFactory.h>
 #include <RTI/FederateAmbassador.h>
+#include <RTI/Handle.h>
+#include <RTI/LogicalTime.h>
+#include <RTI/LogicalTimeFactory.h>
+#include <RTI/LogicalTimeInterval.h>
+#include <RTI/LogicalTimeIntervalFactory.h>
 #include <RTI/NullFederateAmbassador.h>
 #include <RTI/RTIambassador.h>
 #include <RTI/RTIambassadorFactory.h>
+#include <RTI/RangeBounds.h>
+#include <RTI/SpecificConfig.h>
+#include <RTI/Typedefs.h>
+#include <RTI/VariableLengthData.h>
 
 #endif

@@ -9,11 +9,11 @@
 // visibility and still export exactly the API (type information included, so that
 // exceptions thrown inside the RTI are caught by their type in the application).
 #if defined(_WIN32)
-#  define RTI_EXPORT
-#  define FEDTIME_EXPORT
+#define RTI_EXPORT
+#define FEDTIME_EXPORT
 #else
-#  define RTI_EXPORT __attribute__((visibility("default")))
-#  define FEDTIME_EXPORT __attribute__((visibility("default")))
+#define RTI_EXPORT __attribute__((visibility("default")))
+#define FEDTIME_EXPORT __attribute__((visibility("default")))
 #endif
 
 // The 2000 C++ API hands ownership back in std::auto_ptr, which C++17 removed. These

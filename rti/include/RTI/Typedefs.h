@@ -1,32 +1,31 @@
 #ifndef RTI_Typedefs_h
 #define RTI_Typedefs_h
 
-#include <RTI/Handle.h>
 #include <RTI/Enums.h>
+#include <RTI/Handle.h>
 #include <RTI/VariableLengthData.h>
 #include <map>
 #include <set>
 #include <utility>
 #include <vector>
 
-namespace rti1516
-{
-  typedef std::set<AttributeHandle> AttributeHandleSet;
-  typedef std::set<FederateHandle> FederateHandleSet;
-  typedef std::set<DimensionHandle> DimensionHandleSet;
-  typedef std::set<RegionHandle> RegionHandleSet;
+namespace rti1516 {
+typedef std::set<AttributeHandle> AttributeHandleSet;
+typedef std::set<FederateHandle> FederateHandleSet;
+typedef std::set<DimensionHandle> DimensionHandleSet;
+typedef std::set<RegionHandle> RegionHandleSet;
 
-  typedef std::map<AttributeHandle, VariableLengthData> AttributeHandleValueMap;
-  typedef std::map<ParameterHandle, VariableLengthData> ParameterHandleValueMap;
+typedef std::map<AttributeHandle, VariableLengthData> AttributeHandleValueMap;
+typedef std::map<ParameterHandle, VariableLengthData> ParameterHandleValueMap;
 
-  typedef std::pair<AttributeHandleSet, RegionHandleSet> AttributeSetRegionSetPair;
-  typedef std::vector<AttributeSetRegionSetPair> AttributeHandleSetRegionHandleSetPairVector;
+typedef std::pair<AttributeHandleSet, RegionHandleSet> AttributeSetRegionSetPair;
+typedef std::vector<AttributeSetRegionSetPair> AttributeHandleSetRegionHandleSetPairVector;
 
-  typedef std::pair<FederateHandle, SaveStatus> FederateHandleSaveStatusPair;
-  typedef std::vector<FederateHandleSaveStatusPair> FederateHandleSaveStatusPairVector;
+typedef std::pair<FederateHandle, SaveStatus> FederateHandleSaveStatusPair;
+typedef std::vector<FederateHandleSaveStatusPair> FederateHandleSaveStatusPairVector;
 
-  typedef std::pair<FederateHandle, RestoreStatus> FederateHandleRestoreStatusPair;
-  typedef std::vector<FederateHandleRestoreStatusPair> FederateHandleRestoreStatusPairVector;
-}
+typedef std::pair<FederateHandle, RestoreStatus> FederateHandleRestoreStatusPair;
+typedef std::vector<FederateHandleRestoreStatusPair> FederateHandleRestoreStatusPairVector;
+}  // namespace rti1516
 
 #endif

@@ -3,50 +3,47 @@
 
 #include <RTI/SpecificConfig.h>
 
-namespace rti1516
-{
-  // A run of bytes that either owns its storage or refers to the caller's.
-  //
-  // setDataPointer() makes it refer to memory that the caller keeps alive, which is how
-  // the RTI hands received values to callbacks without copying them; copying such an
-  // object always yields an owning copy. takeDataPointer() adopts memory that must have
-  // been allocated with new char[].
-  class RTI_EXPORT VariableLengthData
-  {
-  public:
-    VariableLengthData() noexcept;
-    VariableLengthData(void const * inData, unsigned long inSize);
-    VariableLengthData(VariableLengthData const & rhs);
-    VariableLengthData(VariableLengthData && rhs) noexcept;
-    ~VariableLengthData();
+namespace rti1516 {
+// A run of bytes that either owns its storage or refers to the caller's.
+//
+// setDataPointer() makes it refer to memory that the caller keeps alive, which is how
+// the RTI hands received values to callbacks without copying them; copying such an
+// object always yields an owning copy. takeDataPointer() adopts memory that must have
+// been allocated with new char[].
+class RTI_EXPORT VariableLengthData {
+ public:
+  VariableLengthData() noexcept;
+  VariableLengthData(void const* inData, unsigned long inSize);
+  VariableLengthData(VariableLengthData const& rhs);
+  VariableLengthData(VariableLengthData&& rhs) noexcept;
+  ~VariableLengthData();
 
-    VariableLengthData & operator=(VariableLengthData const & rhs);
-    VariableLengthData & operator=(VariableLengthData && rhs) noexcept;
+  VariableLengthData& operator=(VariableLengthData const& rhs);
+  VariableLengthData& operator=(VariableLengthData&& rhs) noexcept;
 
-    void const * data() const noexcept { return _data; }
-    unsigned long size() const noexcept { return _size; }
+  void const* data() const noexcept { return _data; }
+  unsigned long size() const noexcept { return _size; }
 
-    // Copies; reuses the current allocation when it is owned and large enough.
-    void setData(void const * inData, unsigned long inSize);
+  // Copies; reuses the current allocation when it is owned and large enough.
+  void setData(void const* inData, unsigned long inSize);
 
-    // Refers to the caller's bytes without copying; the caller keeps them alive.
-    void setDataPointer(void * inData, unsigned long inSize) noexcept
-    {
-      release();
-      _data = static_cast<char *>(inData);
-      _size = inSize;
-    }
+  // Refers to the caller's bytes without copying; the caller keeps them alive.
+  void setDataPointer(void* inData, unsigned long inSize) noexcept {
+    release();
+    _data = static_cast<char*>(inData);
+    _size = inSize;
+  }
 
-    // Adopts the caller's bytes (allocated with new char[]).
-    void takeDataPointer(void * inData, unsigned long inSize) noexcept;
+  // Adopts the caller's bytes (allocated with new char[]).
+  void takeDataPointer(void* inData, unsigned long inSize) noexcept;
 
-  private:
-    void release() noexcept;
+ private:
+  void release() noexcept;
 
-    char * _data;
-    unsigned long _size;
-    unsigned long _capacity; // non-zero only when the bytes are owned
-  };
-}
+  char* _data;
+  unsigned long _size;
+  unsigned long _capacity;  // non-zero only when the bytes are owned
+};
+}  // namespace rti1516
 
 #endif

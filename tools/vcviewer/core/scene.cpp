@@ -134,7 +134,9 @@ Drawing layer(const DtVdcLayerPduBase& pdu) {
   return d;
 }
 
-const char* typeName(int type) { return DtVistrelDrawControlPdu::typeString(type); }
+const char* typeName(int type) {
+  return DtVistrelDrawControlPdu::typeString(type);
+}
 
 std::string idPair(unsigned int group, unsigned int attribute) {
   return std::to_string(group) + "/" + std::to_string(attribute);
@@ -157,7 +159,8 @@ bool Drawing::is2D() const {
 }
 
 bool Drawing::isLine() const {
-  return (type >= DtVdcLine && type <= DtVdc3DLine) || (type >= DtVdcSegmentedLine && type <= DtVdc3DSegmentedLine);
+  return (type >= DtVdcLine && type <= DtVdc3DLine) ||
+         (type >= DtVdcSegmentedLine && type <= DtVdc3DSegmentedLine);
 }
 
 std::string Scene::apply(const DtVistrelDrawControlPdu& pdu) {
@@ -174,11 +177,12 @@ std::string Scene::apply(const DtVistrelDrawControlPdu& pdu) {
     Drawing d = attribute(*p);
     // Panels and their templates are drawing objects; the attributes of a template are
     // numbered within it and would clash with the drawing objects' ids.
-    if (d.type == DtVdcAttributeGroup || d.type == DtVdcAttributeGroupTemplate) return store(std::move(d));
+    if (d.type == DtVdcAttributeGroup || d.type == DtVdcAttributeGroupTemplate)
+      return store(std::move(d));
     return storeAttribute(std::move(d));
   }
-  return "draw ignored " + std::to_string(pdu.objectId()) + " command=" +
-         std::to_string(static_cast<int>(pdu.viewerCommand()));
+  return "draw ignored " + std::to_string(pdu.objectId()) +
+         " command=" + std::to_string(static_cast<int>(pdu.viewerCommand()));
 }
 
 std::string Scene::store(Drawing d) {
@@ -209,7 +213,8 @@ std::string Scene::storeAttribute(Drawing d) {
   std::vector<Drawing>& list = attributes_[d.attributeGroup];
   auto it = std::find_if(list.begin(), list.end(), [&](const Drawing& a) { return a.id == d.id; });
   std::string line = std::string("draw ") + (it == list.end() ? "add " : "update ") +
-                     idPair(d.attributeGroup, d.id) + " " + typeName(d.type) + " name=" + quoted(d.text);
+                     idPair(d.attributeGroup, d.id) + " " + typeName(d.type) +
+                     " name=" + quoted(d.text);
   if (d.type == DtVdcAttributeGraphicSingleValue && d.hasRange)
     line += " range=" + number(d.rangeMin) + ".." + number(d.rangeMax);
   if (it == list.end() && attributeCount_ >= kMaxEntries)
@@ -252,7 +257,8 @@ std::string Scene::applyCommand(const DtVdcCommandPduBase& pdu) {
     case DtVdcCommandHide:
     case DtVdcCommandShow:
       if (known) it->second.hidden = type == DtVdcCommandHide;
-      return std::string("draw ") + (type == DtVdcCommandHide ? "hide " : "show ") + std::to_string(id) + unknown;
+      return std::string("draw ") + (type == DtVdcCommandHide ? "hide " : "show ") +
+             std::to_string(id) + unknown;
     case DtVdcCommandAddToLayer:
     case DtVdcCommandRemoveFromLayer:
       if (known) {
@@ -262,7 +268,8 @@ std::string Scene::applyCommand(const DtVdcCommandPduBase& pdu) {
           it->second.layers.erase(layerId);
         }
       }
-      return std::string("draw ") + (type == DtVdcCommandAddToLayer ? "addtolayer " : "removefromlayer ") +
+      return std::string("draw ") +
+             (type == DtVdcCommandAddToLayer ? "addtolayer " : "removefromlayer ") +
              std::to_string(id) + " layer=" + std::to_string(layerId) + unknown;
     case DtVdcCommandShowAttribute:
     case DtVdcCommandHideAttribute:
@@ -270,7 +277,8 @@ std::string Scene::applyCommand(const DtVdcCommandPduBase& pdu) {
     case DtVdcCommandHideTemplateAttribute: {
       // The attribute is the object id; its group (or template) travels as the layer id.
       bool hide = type == DtVdcCommandHideAttribute || type == DtVdcCommandHideTemplateAttribute;
-      bool ofTemplate = type == DtVdcCommandShowTemplateAttribute || type == DtVdcCommandHideTemplateAttribute;
+      bool ofTemplate =
+          type == DtVdcCommandShowTemplateAttribute || type == DtVdcCommandHideTemplateAttribute;
       auto owner = drawings_.find(layerId);
       if (owner != drawings_.end()) {
         if (hide) {
@@ -279,8 +287,9 @@ std::string Scene::applyCommand(const DtVdcCommandPduBase& pdu) {
           owner->second.hiddenAttributes.erase(id);
         }
       }
-      return std::string("draw ") + (hide ? "hide" : "show") + (ofTemplate ? "templateattribute " : "attribute ") +
-             idPair(layerId, id) + (owner == drawings_.end() ? " unknown" : "");
+      return std::string("draw ") + (hide ? "hide" : "show") +
+             (ofTemplate ? "templateattribute " : "attribute ") + idPair(layerId, id) +
+             (owner == drawings_.end() ? " unknown" : "");
     }
     default:
       return "draw command " + std::to_string(id) + " type=" + std::to_string(type) + " ignored";

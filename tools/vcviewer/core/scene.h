@@ -54,7 +54,7 @@ struct Drawing {
   DtTaitBryan rotation;
   std::vector<DtVector64> points;  // triangle corners, area points
   std::string texture;
-  std::string text;  // text drawings; the name of attributes, templates and layers
+  std::string text;                 // text drawings; the name of attributes, templates and layers
   unsigned int attributeGroup = 0;  // attributes: their group template; groups: theirs
   bool hasRange = false;
   double rangeMin = 0, rangeMax = 0;
@@ -104,7 +104,7 @@ class Scene {
   AttributeValue* valueSlot(unsigned int group, unsigned int attribute);
 
   std::map<unsigned int, Drawing> drawings_;
-  std::map<unsigned int, std::vector<Drawing>> attributes_;  // by group template id
+  std::map<unsigned int, std::vector<Drawing>> attributes_;                // by group template id
   std::map<unsigned int, std::map<unsigned int, AttributeValue>> values_;  // by group id
   size_t attributeCount_ = 0;
   size_t valueCount_ = 0;

@@ -9,8 +9,12 @@ namespace {
 using P = const DtOptionsPdu&;
 using Reader = std::string (*)(P);
 
-std::string onOff(bool on) { return on ? "on" : "off"; }
-std::string text(const DtString& s) { return quoted(s.stdString()); }
+std::string onOff(bool on) {
+  return on ? "on" : "off";
+}
+std::string text(const DtString& s) {
+  return quoted(s.stdString());
+}
 
 std::string overlayText(P p) {
   int v = p.overlayOption();
@@ -37,7 +41,8 @@ struct ValueOption {
 const ValueOption kValueOptions[] = {
     {DtOptOverlay, "overlay", overlayText},
     {DtOptLocatorRange, "locatorrange", [](P p) { return number(p.locatorRange()); }},
-    {DtOptSmoothing, "smoothing", [](P p) { return std::to_string(static_cast<int>(p.smoothing())); }},
+    {DtOptSmoothing, "smoothing",
+     [](P p) { return std::to_string(static_cast<int>(p.smoothing())); }},
     {DtOptSmoothingPeriod, "smoothingperiod", [](P p) { return number(p.smoothingPeriod()); }},
     {DtOptSound, "sound", [](P p) { return onOff(p.sound()); }},
     {DtOptEntityLabels, "entitylabels", [](P p) { return onOff(p.entityLabels()); }},
@@ -45,7 +50,8 @@ const ValueOption kValueOptions[] = {
     {DtOptTrajectoryHistory, "trajectoryhistory", [](P p) { return onOff(p.trajectoryHistory()); }},
     {DtOptRecording, "recording", [](P p) { return onOff(p.recording()); }},
     {DtOptAggregateLevel, "aggregatelevel", [](P p) { return std::to_string(p.aggregateLevel()); }},
-    {DtOptAggregateHighestOnly, "aggregatehighestonly", [](P p) { return onOff(p.aggregateHighestOnly()); }},
+    {DtOptAggregateHighestOnly, "aggregatehighestonly",
+     [](P p) { return onOff(p.aggregateHighestOnly()); }},
     {DtOptAggregatesAltitudeControlled, "aggregatesaltitudecontrolled",
      [](P p) { return onOff(p.aggregatesAltitudeControlled()); }},
     {DtOptNestedAggregates, "nestedaggregates", [](P p) { return onOff(p.nestedAggregates()); }},
@@ -53,7 +59,8 @@ const ValueOption kValueOptions[] = {
     {DtOptGroundClamping, "groundclamping", [](P p) { return onOff(p.groundClamping()); }},
     {DtOptClampRange, "clamprange", [](P p) { return number(p.clampRange()); }},
     {DtOptFollowGround, "followground", [](P p) { return onOff(p.followGround()); }},
-    {DtOptConstrainWithFloor, "constrainwithfloor", [](P p) { return onOff(p.constrainWithFloor()); }},
+    {DtOptConstrainWithFloor, "constrainwithfloor",
+     [](P p) { return onOff(p.constrainWithFloor()); }},
     {DtOptFloor, "floor", [](P p) { return number(p.floor()); }},
     {DtOptTimeOfDay, "timeofday", [](P p) { return number(p.timeOfDay()); }},
     {DtOptNearClip, "nearclip", [](P p) { return number(p.nearClip()); }},
@@ -76,19 +83,24 @@ const ValueOption kValueOptions[] = {
     {DtOptClouds, "clouds", [](P p) { return onOff(p.clouds()); }},
     {DtOptSkyDome, "skydome", [](P p) { return onOff(p.skyDome()); }},
     {DtOptMirroring, "mirroring", [](P p) { return onOff(p.mirroring()); }},
-    {DtOptMirrorMessageEveryFrame, "mirrormessageeveryframe", [](P p) { return onOff(p.mirrorMessageEveryFrame()); }},
+    {DtOptMirrorMessageEveryFrame, "mirrormessageeveryframe",
+     [](P p) { return onOff(p.mirrorMessageEveryFrame()); }},
     {DtOptBroadcasting, "broadcasting", [](P p) { return onOff(p.broadcasting()); }},
     {DtOptClusteringLabels, "clusteringlabels", [](P p) { return onOff(p.clusteringLabels()); }},
-    {DtOptTacticalGraphicsLabels, "tacticalgraphicslabels", [](P p) { return onOff(p.tacticalGraphicsLabels()); }},
+    {DtOptTacticalGraphicsLabels, "tacticalgraphicslabels",
+     [](P p) { return onOff(p.tacticalGraphicsLabels()); }},
     {DtOptTacticalGraphics, "tacticalgraphics", [](P p) { return onOff(p.tacticalGraphics()); }},
     {DtOptShowAggregates, "showaggregates", [](P p) { return onOff(p.showAggregates()); }},
     {DtOptShowEmitters, "showemitters", [](P p) { return onOff(p.showEmitters()); }},
     {DtOptVideoCaptureCommand, "videocapturecommand", captureText},
-    {DtOptVideoCaptureFilename, "videocapturefilename", [](P p) { return text(p.videoCaptureFilename()); }},
-    {DtOptVideoCaptureDirectory, "videocapturedirectory", [](P p) { return text(p.videoCaptureDirectory()); }},
+    {DtOptVideoCaptureFilename, "videocapturefilename",
+     [](P p) { return text(p.videoCaptureFilename()); }},
+    {DtOptVideoCaptureDirectory, "videocapturedirectory",
+     [](P p) { return text(p.videoCaptureDirectory()); }},
     {DtOptVideoCaptureFilenameBase, "videocapturefilenamebase",
      [](P p) { return text(p.videoCaptureFilenameBase()); }},
-    {DtOptVideoCaptureRecordInsets, "videocapturerecordinsets", [](P p) { return onOff(p.videoCaptureRecordInsets()); }},
+    {DtOptVideoCaptureRecordInsets, "videocapturerecordinsets",
+     [](P p) { return onOff(p.videoCaptureRecordInsets()); }},
     {DtOptVideoCaptureFramesPerSecond, "videocaptureframespersecond",
      [](P p) { return std::to_string(p.videoCaptureFramesPerSecond()); }},
     {DtOptConstrainedToAll, "constrainedtoall", [](P p) { return onOff(p.constrainedToAll()); }},
@@ -121,10 +133,18 @@ std::string Settings::apply(const DtOptionsPdu& pdu) {
     }
     // One-shot commands, and the settings that others depend on.
     switch (k) {
-      case DtOptStepsize: stepsize_ = pdu.stepsize(); break;
-      case DtOptTurnrate: turnrate_ = pdu.turnrate(); break;
-      case DtOptCurrentModelSet: modelSetStep_ = 0; break;
-      case DtOptCurrentTextureSet: textureSetStep_ = 0; break;
+      case DtOptStepsize:
+        stepsize_ = pdu.stepsize();
+        break;
+      case DtOptTurnrate:
+        turnrate_ = pdu.turnrate();
+        break;
+      case DtOptCurrentModelSet:
+        modelSetStep_ = 0;
+        break;
+      case DtOptCurrentTextureSet:
+        textureSetStep_ = 0;
+        break;
       case DtOptIncrementStepsize:
       case DtOptDecrementStepsize:
         stepsize_ = k == DtOptIncrementStepsize ? stepsize_ * 2 : stepsize_ / 2;
@@ -158,7 +178,8 @@ std::string Settings::apply(const DtOptionsPdu& pdu) {
         line += " exit";
         known = true;
         break;
-      default: break;
+      default:
+        break;
     }
     if (!known) line += " unknown" + std::to_string(k);
   }

@@ -43,7 +43,8 @@ size_t utf8Length(const unsigned char* s, size_t left, unsigned int& codePoint) 
     if ((s[i] & 0xC0) != 0x80) return 0;
     codePoint = (codePoint << 6) | (s[i] & 0x3F);
   }
-  if (codePoint < min || codePoint > 0x10FFFF || (codePoint >= 0xD800 && codePoint <= 0xDFFF)) return 0;
+  if (codePoint < min || codePoint > 0x10FFFF || (codePoint >= 0xD800 && codePoint <= 0xDFFF))
+    return 0;
   return n;
 }
 
@@ -56,8 +57,9 @@ bool allowedInXml(unsigned int c) {
 
 SvgCanvas::SvgCanvas(double width, double height, const std::string& title) {
   out_ = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-  out_ += "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" + num(width) + "\" height=\"" + num(height) +
-          "\" viewBox=\"0 0 " + num(width) + " " + num(height) + "\" font-family=\"sans-serif\">\n";
+  out_ += "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" + num(width) + "\" height=\"" +
+          num(height) + "\" viewBox=\"0 0 " + num(width) + " " + num(height) +
+          "\" font-family=\"sans-serif\">\n";
   out_ += "<title>" + escape(title) + "</title>\n";
 }
 
@@ -74,12 +76,23 @@ std::string SvgCanvas::escape(const std::string& text) {
       continue;
     }
     switch (c) {
-      case '&': out += "&amp;"; break;
-      case '<': out += "&lt;"; break;
-      case '>': out += "&gt;"; break;
-      case '"': out += "&quot;"; break;
-      case '\'': out += "&apos;"; break;
-      default: out.append(text, i, n);
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '"':
+        out += "&quot;";
+        break;
+      case '\'':
+        out += "&apos;";
+        break;
+      default:
+        out.append(text, i, n);
     }
     i += n;
   }
@@ -101,13 +114,13 @@ std::string SvgCanvas::styleAttributes(const Style& style) const {
 }
 
 void SvgCanvas::rect(double x, double y, double w, double h, const Style& style) {
-  out_ += "<rect x=\"" + num(x) + "\" y=\"" + num(y) + "\" width=\"" + num(w) + "\" height=\"" + num(h) + "\"" +
-          styleAttributes(style) + "/>\n";
+  out_ += "<rect x=\"" + num(x) + "\" y=\"" + num(y) + "\" width=\"" + num(w) + "\" height=\"" +
+          num(h) + "\"" + styleAttributes(style) + "/>\n";
 }
 
 void SvgCanvas::line(Pt a, Pt b, const Style& style) {
-  out_ += "<line x1=\"" + num(a.x) + "\" y1=\"" + num(a.y) + "\" x2=\"" + num(b.x) + "\" y2=\"" + num(b.y) + "\"" +
-          styleAttributes(style) + "/>\n";
+  out_ += "<line x1=\"" + num(a.x) + "\" y1=\"" + num(a.y) + "\" x2=\"" + num(b.x) + "\" y2=\"" +
+          num(b.y) + "\"" + styleAttributes(style) + "/>\n";
 }
 
 void SvgCanvas::polyline(const std::vector<Pt>& pts, const Style& style) {
@@ -119,21 +132,24 @@ void SvgCanvas::polygon(const std::vector<Pt>& pts, const Style& style) {
 }
 
 void SvgCanvas::ellipse(Pt c, double rx, double ry, double degrees, const Style& style) {
-  out_ += "<ellipse cx=\"" + num(c.x) + "\" cy=\"" + num(c.y) + "\" rx=\"" + num(rx) + "\" ry=\"" + num(ry) + "\"";
-  if (degrees != 0) out_ += " transform=\"rotate(" + num(degrees) + " " + num(c.x) + " " + num(c.y) + ")\"";
+  out_ += "<ellipse cx=\"" + num(c.x) + "\" cy=\"" + num(c.y) + "\" rx=\"" + num(rx) + "\" ry=\"" +
+          num(ry) + "\"";
+  if (degrees != 0)
+    out_ += " transform=\"rotate(" + num(degrees) + " " + num(c.x) + " " + num(c.y) + ")\"";
   out_ += styleAttributes(style) + "/>\n";
 }
 
 void SvgCanvas::box(Pt c, double w, double h, double degrees, const Style& style) {
-  out_ += "<rect x=\"" + num(c.x - w / 2) + "\" y=\"" + num(c.y - h / 2) + "\" width=\"" + num(w) + "\" height=\"" +
-          num(h) + "\"";
-  if (degrees != 0) out_ += " transform=\"rotate(" + num(degrees) + " " + num(c.x) + " " + num(c.y) + ")\"";
+  out_ += "<rect x=\"" + num(c.x - w / 2) + "\" y=\"" + num(c.y - h / 2) + "\" width=\"" + num(w) +
+          "\" height=\"" + num(h) + "\"";
+  if (degrees != 0)
+    out_ += " transform=\"rotate(" + num(degrees) + " " + num(c.x) + " " + num(c.y) + ")\"";
   out_ += styleAttributes(style) + "/>\n";
 }
 
 void SvgCanvas::text(Pt at, const std::string& content, const TextStyle& style) {
-  out_ += "<text x=\"" + num(at.x) + "\" y=\"" + num(at.y) + "\" font-size=\"" + num(style.size) + "\" fill=\"" +
-          escape(style.fill) + "\"";
+  out_ += "<text x=\"" + num(at.x) + "\" y=\"" + num(at.y) + "\" font-size=\"" + num(style.size) +
+          "\" fill=\"" + escape(style.fill) + "\"";
   if (style.bold) out_ += " font-weight=\"bold\"";
   if (style.anchor != "start") out_ += " text-anchor=\"" + escape(style.anchor) + "\"";
   if (!style.halo.empty())
@@ -144,7 +160,10 @@ void SvgCanvas::text(Pt at, const std::string& content, const TextStyle& style) 
 void SvgCanvas::beginGroup(const std::string& id, const std::string& tooltip, bool flashing) {
   out_ += "<g id=\"" + escape(id) + "\">";
   if (!tooltip.empty()) out_ += "<title>" + escape(tooltip) + "</title>";
-  if (flashing) out_ += "<animate attributeName=\"opacity\" values=\"1;0.2;1\" dur=\"1s\" repeatCount=\"indefinite\"/>";
+  if (flashing)
+    out_ +=
+        "<animate attributeName=\"opacity\" values=\"1;0.2;1\" dur=\"1s\" "
+        "repeatCount=\"indefinite\"/>";
   out_ += "\n";
   ++open_;
 }
@@ -157,12 +176,15 @@ void SvgCanvas::endGroup() {
 
 void SvgCanvas::beginClip(double x, double y, double w, double h) {
   std::string id = "clip" + std::to_string(++clips_);
-  out_ += "<clipPath id=\"" + id + "\"><rect x=\"" + num(x) + "\" y=\"" + num(y) + "\" width=\"" + num(w) +
-          "\" height=\"" + num(h) + "\"/></clipPath>\n<g clip-path=\"url(#" + id + ")\">\n";
+  out_ += "<clipPath id=\"" + id + "\"><rect x=\"" + num(x) + "\" y=\"" + num(y) + "\" width=\"" +
+          num(w) + "\" height=\"" + num(h) + "\"/></clipPath>\n<g clip-path=\"url(#" + id +
+          ")\">\n";
   ++open_;
 }
 
-void SvgCanvas::endClip() { endGroup(); }
+void SvgCanvas::endClip() {
+  endGroup();
+}
 
 std::string SvgCanvas::finish() {
   while (open_ > 0) endGroup();

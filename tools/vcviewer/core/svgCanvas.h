@@ -12,9 +12,12 @@ struct Pt {
 };
 
 struct Style {
-  Style(std::string strokeColor = "none", std::string fillColor = "none", double width = 1, double alpha = 1,
-        std::string dashArray = std::string())
-      : stroke(std::move(strokeColor)), fill(std::move(fillColor)), strokeWidth(width), opacity(alpha),
+  Style(std::string strokeColor = "none", std::string fillColor = "none", double width = 1,
+        double alpha = 1, std::string dashArray = std::string())
+      : stroke(std::move(strokeColor)),
+        fill(std::move(fillColor)),
+        strokeWidth(width),
+        opacity(alpha),
         dash(std::move(dashArray)) {}
   std::string stroke;
   std::string fill;
@@ -24,7 +27,8 @@ struct Style {
 };
 
 struct TextStyle {
-  TextStyle(std::string color = "#e8e8e8", double points = 12, bool heavy = false, std::string align = "start")
+  TextStyle(std::string color = "#e8e8e8", double points = 12, bool heavy = false,
+            std::string align = "start")
       : fill(std::move(color)), size(points), bold(heavy), anchor(std::move(align)) {}
   std::string fill;
   double size;

@@ -33,23 +33,30 @@ const char* kPanelBackground = "#1b1f24";
 const char* kGrid = "#3a414a";
 const char* kMuted = "#9aa4ae";
 
-std::string paint(const Rgba& c) { return SvgCanvas::color(c.r, c.g, c.b); }
+std::string paint(const Rgba& c) {
+  return SvgCanvas::color(c.r, c.g, c.b);
+}
 // A colour that was never set arrives as all zeros, alpha included; drawing it invisible
 // would hide the drawing, so no alpha counts as opaque.
-double opacity(const Rgba& c) { return c.a == 0 ? 1.0 : c.a / 255.0; }
+double opacity(const Rgba& c) {
+  return c.a == 0 ? 1.0 : c.a / 255.0;
+}
 std::string halo(const Rgba& c) {
   double luminance = (0.299 * c.r + 0.587 * c.g + 0.114 * c.b) / 255.0;
   return luminance < 0.5 ? "#f0f0f0" : "#111418";
 }
 
-Pt lerp(Pt a, Pt b, double t) { return {a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t}; }
+Pt lerp(Pt a, Pt b, double t) {
+  return {a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t};
+}
 
 // The stipple pattern as a dash array, one bit to 1.5 pixels; solid for all ones (and for
 // no bits at all, which is a pattern nobody set).
 std::string dashes(unsigned int pattern) {
   if (pattern == 0xFFFFFFFFu || pattern == 0) return {};
   int start = 0;  // a set bit whose predecessor is clear begins the first dash
-  while (start < 32 && !(((pattern >> start) & 1) && !((pattern >> ((start + 31) % 32)) & 1))) ++start;
+  while (start < 32 && !(((pattern >> start) & 1) && !((pattern >> ((start + 31) % 32)) & 1)))
+    ++start;
   std::string text;
   int run = 0;
   bool on = true;
@@ -91,12 +98,18 @@ std::string shorten(const std::string& text, size_t width) {
 bool usesPrimary(DtViewerCommand mode) {
   return mode != DtVcAbsolute && mode != DtVcGroup && mode != DtVcPivot;
 }
-bool usesSecondary(DtViewerCommand mode) { return mode == DtVcTetherTrack || mode == DtVcMimicTrack; }
+bool usesSecondary(DtViewerCommand mode) {
+  return mode == DtVcTetherTrack || mode == DtVcMimicTrack;
+}
 
 class Picture {
  public:
-  Picture(const std::string& id, const ViewState& view, const Settings& settings, const Scene& scene)
-      : id_(id), view_(view), settings_(settings), scene_(scene),
+  Picture(const std::string& id, const ViewState& view, const Settings& settings,
+          const Scene& scene)
+      : id_(id),
+        view_(view),
+        settings_(settings),
+        scene_(scene),
         canvas_(kWidth, kHeight, "vcviewer " + id + " scene") {}
 
   std::string render() {
@@ -131,12 +144,14 @@ class Picture {
     };
     line("Eyepoint", TextStyle{"#d0d6dc", 13, true});
     for (const std::string& l : wrap(view_.describe(), 88)) line(l, TextStyle{"#e8e8e8", 12});
-    line("step " + number(settings_.stepsize()) + " m, turn " + number(settings_.turnrate()) + " deg per command",
+    line("step " + number(settings_.stepsize()) + " m, turn " + number(settings_.turnrate()) +
+             " deg per command",
          TextStyle{"#e8e8e8", 12});
     y += 6;
     line("Settings", TextStyle{"#d0d6dc", 13, true});
     std::string options;
-    for (const auto& [name, value] : settings_.values()) options += (options.empty() ? "" : " ") + name + "=" + value;
+    for (const auto& [name, value] : settings_.values())
+      options += (options.empty() ? "" : " ") + name + "=" + value;
     std::vector<std::string> lines = wrap(options.empty() ? "none changed" : options, 88);
     if (lines.size() > 4) {
       lines.resize(4);
@@ -155,12 +170,15 @@ class Picture {
       ++total;
       if (!scene_.visible(d)) ++hidden;
     }
-    line(std::to_string(total) + " drawing objects, " + std::to_string(hidden) + " hidden or in a hidden layer",
+    line(std::to_string(total) + " drawing objects, " + std::to_string(hidden) +
+             " hidden or in a hidden layer",
          TextStyle{"#e8e8e8", 12});
-    for (const std::string& l : wrap("layers: " + (layers.empty() ? std::string("none") : layers), 88))
+    for (const std::string& l :
+         wrap("layers: " + (layers.empty() ? std::string("none") : layers), 88))
       line(l, TextStyle{"#e8e8e8", 12});
     if (unplaced_ > 0)
-      line(std::to_string(unplaced_) + " drawings could not be placed (anchor unknown or out of the tray)",
+      line(std::to_string(unplaced_) +
+               " drawings could not be placed (anchor unknown or out of the tray)",
            TextStyle{"#ffb36b", 12});
   }
 
@@ -208,19 +226,21 @@ class Picture {
         std::vector<Pt> corners;
         for (const DtVector64& c : d.points) {
           double x = c.x() * sx, y = c.y() * sy;
-          corners.push_back(screen(DtVector64(d.anchors[0].position.x() + x * std::cos(a) - y * std::sin(a),
-                                              d.anchors[0].position.y() + x * std::sin(a) + y * std::cos(a), 0)));
+          corners.push_back(
+              screen(DtVector64(d.anchors[0].position.x() + x * std::cos(a) - y * std::sin(a),
+                                d.anchors[0].position.y() + x * std::sin(a) + y * std::cos(a), 0)));
         }
         canvas_.polygon(corners, shape);
         break;
       }
       case DtVdcCircle:
         canvas_.ellipse(at, std::max(2.0, std::fabs(d.scale.x()) / 2 * halfW),
-                        std::max(2.0, std::fabs(d.scale.y()) / 2 * halfH), -d.rotation.phi(), shape);
+                        std::max(2.0, std::fabs(d.scale.y()) / 2 * halfH), -d.rotation.phi(),
+                        shape);
         break;
       case DtVdcSquare:
-        canvas_.box(at, std::max(3.0, std::fabs(d.scale.x()) * halfW), std::max(3.0, std::fabs(d.scale.y()) * halfH),
-                    -d.rotation.phi(), shape);
+        canvas_.box(at, std::max(3.0, std::fabs(d.scale.x()) * halfW),
+                    std::max(3.0, std::fabs(d.scale.y()) * halfH), -d.rotation.phi(), shape);
         break;
       default:
         break;
@@ -258,12 +278,14 @@ class Picture {
   bool eyeAtLocation() const { return view_.mode() == DtVcAbsolute || view_.mode() == DtVcTrack; }
 
   Pt world(const DtVector64& p) const {
-    return {kPlan.x + kPlan.w / 2 + (p.x() - centre_.x) * scale_, kPlan.y + kPlan.h / 2 - (p.y() - centre_.y) * scale_};
+    return {kPlan.x + kPlan.w / 2 + (p.x() - centre_.x) * scale_,
+            kPlan.y + kPlan.h / 2 - (p.y() - centre_.y) * scale_};
   }
 
   std::optional<Pt> resolve(const Anchor& a, const DtVector64& offset, int depth) const {
     switch (a.kind) {
-      case Anchor::Position: return world(a.position + offset);
+      case Anchor::Position:
+        return world(a.position + offset);
       case Anchor::Entity: {
         auto it = std::find(entities_.begin(), entities_.end(), a.entity);
         if (it == entities_.end() || it - entities_.begin() >= kTraySlots) return std::nullopt;
@@ -274,7 +296,8 @@ class Picture {
         if (!other) return std::nullopt;
         return pointOn(*other, a.percent, depth + 1);
       }
-      case Anchor::None: break;
+      case Anchor::None:
+        break;
     }
     return std::nullopt;
   }
@@ -342,7 +365,8 @@ class Picture {
     bar.strokeWidth = 2;
     canvas_.line({x, y}, {x + metres * scale_, y}, bar);
     canvas_.text({x, y - 6}, number(metres) + " m", TextStyle{"#e8e8e8", 11});
-    canvas_.text({kPlan.x + kPlan.w, kPlan.y - 8}, "centre (" + number(centre_.x) + ", " + number(centre_.y) + ")",
+    canvas_.text({kPlan.x + kPlan.w, kPlan.y - 8},
+                 "centre (" + number(centre_.x) + ", " + number(centre_.y) + ")",
                  TextStyle{kMuted, 11, false, "end"});
   }
 
@@ -356,7 +380,8 @@ class Picture {
       segments(*a, *b, d);
       return canvas_.endGroup();
     }
-    if (d.type == DtVdc3DTriangle || d.type == DtVdcTriangle || d.type == DtVdc3DArea || d.type == DtVdcArea) {
+    if (d.type == DtVdc3DTriangle || d.type == DtVdcTriangle || d.type == DtVdc3DArea ||
+        d.type == DtVdcArea) {
       std::vector<Pt> corners;
       for (const DtVector64& p : d.points) corners.push_back(world(p));
       if (corners.size() < 2) return void(++unplaced_);
@@ -384,7 +409,8 @@ class Picture {
         canvas_.box(*at, std::max(4.0, sx), std::max(4.0, sy), heading, shape);
         break;
       case DtVdcCylinder: {
-        auto end = d.anchors[1].kind == Anchor::None ? std::nullopt : resolve(d.anchors[1], d.offset, 0);
+        auto end =
+            d.anchors[1].kind == Anchor::None ? std::nullopt : resolve(d.anchors[1], d.offset, 0);
         if (end) {
           Style tube{paint(d.color), "none", std::max(2.0, sy), opacity(d.color)};
           canvas_.line(*at, *end, tube);
@@ -403,8 +429,9 @@ class Picture {
   // An attribute panel: a box beside its anchor with one row per shown attribute.
   void panel(const Drawing& group, Pt at) {
     const Drawing* groupTemplate = scene_.find(group.attributeGroup);
-    std::string title = groupTemplate && !groupTemplate->text.empty() ? groupTemplate->text
-                                                                      : "panel " + std::to_string(group.id);
+    std::string title = groupTemplate && !groupTemplate->text.empty()
+                            ? groupTemplate->text
+                            : "panel " + std::to_string(group.id);
     std::vector<const Drawing*> rows;
     for (const Drawing& a : scene_.attributes(group.attributeGroup))
       if (scene_.attributeVisible(group, a.id)) rows.push_back(&a);
@@ -424,23 +451,34 @@ class Picture {
       std::string shown = "-";
       if (v) {
         switch (a->type) {
-          case DtVdcAttributeNoValue: shown = ""; break;
-          case DtVdcAttributeGraphicListValue: shown = "(" + number(v->x) + ", " + number(v->y) + ")"; break;
-          case DtVdcAttributeBitmap: shown = v->text; break;
-          default: shown = number(v->x); break;
+          case DtVdcAttributeNoValue:
+            shown = "";
+            break;
+          case DtVdcAttributeGraphicListValue:
+            shown = "(" + number(v->x) + ", " + number(v->y) + ")";
+            break;
+          case DtVdcAttributeBitmap:
+            shown = v->text;
+            break;
+          default:
+            shown = number(v->x);
+            break;
         }
       } else if (a->type == DtVdcAttributeNoValue) {
         shown = "";
       }
-      if (a->type == DtVdcAttributeGraphicSingleValue) bar(*a, v, x + 112, rowY + 4, 66, group.color);
-      canvas_.text({x + w - 8, rowY + 13}, shorten(shown, a->type == DtVdcAttributeGraphicSingleValue ? 7 : 18),
+      if (a->type == DtVdcAttributeGraphicSingleValue)
+        bar(*a, v, x + 112, rowY + 4, 66, group.color);
+      canvas_.text({x + w - 8, rowY + 13},
+                   shorten(shown, a->type == DtVdcAttributeGraphicSingleValue ? 7 : 18),
                    TextStyle{"#ffffff", 11, false, "end"});
       rowY += rowH;
     }
     canvas_.endGroup();
   }
 
-  void bar(const Drawing& a, const AttributeValue* v, double x, double y, double w, const Rgba& color) {
+  void bar(const Drawing& a, const AttributeValue* v, double x, double y, double w,
+           const Rgba& color) {
     double lo = 0, hi = 100;
     if (a.hasRange && a.rangeMax > a.rangeMin) {
       lo = a.rangeMin;
@@ -448,7 +486,8 @@ class Picture {
     }
     double fraction = v ? std::clamp((v->x - lo) / (hi - lo), 0.0, 1.0) : 0.0;
     canvas_.rect(x, y, w, 10, Style{"#6b7480", "#23282e"});
-    if (fraction > 0) canvas_.rect(x, y, w * fraction, 10, Style{"none", paint(color), 1, opacity(color)});
+    if (fraction > 0)
+      canvas_.rect(x, y, w * fraction, 10, Style{"none", paint(color), 1, opacity(color)});
   }
 
   void eye() {
@@ -457,7 +496,9 @@ class Picture {
     if (eyeAtLocation()) {
       Pt at = world(e.location);
       double h = e.heading;
-      auto tip = [&](double angle, double r) { return Pt{at.x + r * std::sin(angle), at.y - r * std::cos(angle)}; };
+      auto tip = [&](double angle, double r) {
+        return Pt{at.x + r * std::sin(angle), at.y - r * std::cos(angle)};
+      };
       canvas_.polygon({tip(h, 14), tip(h + 2.5, 8), tip(h - 2.5, 8)}, mark);
       canvas_.text({at.x + 10, at.y + 16}, "eye", TextStyle{"#ffd84d", 11, true});
     }
@@ -467,14 +508,16 @@ class Picture {
       cross.strokeWidth = 2;
       canvas_.line({at.x - 7, at.y - 7}, {at.x + 7, at.y + 7}, cross);
       canvas_.line({at.x - 7, at.y + 7}, {at.x + 7, at.y - 7}, cross);
-      canvas_.text({at.x + 10, at.y + 16}, "pivot r=" + number(e.radius), TextStyle{"#ffd84d", 11, true});
+      canvas_.text({at.x + 10, at.y + 16}, "pivot r=" + number(e.radius),
+                   TextStyle{"#ffd84d", 11, true});
     }
   }
 
   // ------------------------------------------------------------------ entity tray
   void collectEntities() {
     auto note = [&](const std::string& id) {
-      if (std::find(entities_.begin(), entities_.end(), id) == entities_.end()) entities_.push_back(id);
+      if (std::find(entities_.begin(), entities_.end(), id) == entities_.end())
+        entities_.push_back(id);
     };
     DtViewerCommand mode = view_.mode();
     if (usesPrimary(mode)) note(view_.params().primary.id);
@@ -498,23 +541,30 @@ class Picture {
     for (size_t i = 0; i < entities_.size() && i < kTraySlots; ++i) {
       Pt at = traySlot(static_cast<int>(i));
       const std::string& id = entities_[i];
-      bool watched = (usesPrimary(view_.mode()) && id == e.primary.id) ||
-                     (usesSecondary(view_.mode()) && id == e.secondary.id) ||
-                     (view_.mode() == DtVcGroup && std::find(view_.group().begin(), view_.group().end(), id) !=
-                                                       view_.group().end());
+      bool watched =
+          (usesPrimary(view_.mode()) && id == e.primary.id) ||
+          (usesSecondary(view_.mode()) && id == e.secondary.id) ||
+          (view_.mode() == DtVcGroup &&
+           std::find(view_.group().begin(), view_.group().end(), id) != view_.group().end());
       std::string color = watched ? "#ffd84d" : "#8fd3ff";
-      canvas_.polygon({{at.x, at.y - 8}, {at.x + 8, at.y}, {at.x, at.y + 8}, {at.x - 8, at.y}}, Style{color, "none", 2});
-      canvas_.text({at.x, at.y + 24}, shorten(id.empty() ? "(no id)" : id, 16), TextStyle{"#e8e8e8", 11, false, "middle"});
-      if (watched) canvas_.text({at.x, at.y + 38}, "eye: " + view_.modeName(), TextStyle{"#ffd84d", 10, false, "middle"});
+      canvas_.polygon({{at.x, at.y - 8}, {at.x + 8, at.y}, {at.x, at.y + 8}, {at.x - 8, at.y}},
+                      Style{color, "none", 2});
+      canvas_.text({at.x, at.y + 24}, shorten(id.empty() ? "(no id)" : id, 16),
+                   TextStyle{"#e8e8e8", 11, false, "middle"});
+      if (watched)
+        canvas_.text({at.x, at.y + 38}, "eye: " + view_.modeName(),
+                     TextStyle{"#ffd84d", 10, false, "middle"});
     }
     if (entities_.size() > kTraySlots)
       canvas_.text({kTray.x + kTray.w - 8, kTray.y + kTray.h - 8},
-                   "+" + std::to_string(entities_.size() - kTraySlots) + " more", TextStyle{kMuted, 11, false, "end"});
+                   "+" + std::to_string(entities_.size() - kTraySlots) + " more",
+                   TextStyle{kMuted, 11, false, "end"});
   }
 
   // ------------------------------------------------------------------ shared drawing
   void begin(const Drawing& d) {
-    std::string tooltip = std::string(DtVistrelDrawControlPdu::typeString(d.type)) + " " + std::to_string(d.id);
+    std::string tooltip =
+        std::string(DtVistrelDrawControlPdu::typeString(d.type)) + " " + std::to_string(d.id);
     if (!d.text.empty()) tooltip += " " + quoted(d.text);
     if (!d.texture.empty()) tooltip += " texture " + d.texture;
     canvas_.beginGroup("object-" + std::to_string(d.id), tooltip, d.flashing);
@@ -547,8 +597,8 @@ class Picture {
       double share = total > 0 ? s.percent / total : 1.0 / static_cast<double>(parts.size());
       Pt from = lerp(a, b, t), to = lerp(a, b, t + share);
       t += share;
-      Style stroke{paint(s.color), "none", std::clamp(static_cast<double>(s.thickness), 1.0, 20.0), opacity(s.color),
-                   dashes(s.pattern)};
+      Style stroke{paint(s.color), "none", std::clamp(static_cast<double>(s.thickness), 1.0, 20.0),
+                   opacity(s.color), dashes(s.pattern)};
       if (s.lightning) {
         canvas_.polyline(zigzag(from, to), stroke);
       } else {

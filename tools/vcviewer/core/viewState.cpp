@@ -31,37 +31,58 @@ struct Field {
   EntityRef EyeParams::*entity;
 };
 
-constexpr Field kLocation{"location", Field::Vector, {0x1, 0x2, 0x4}, nullptr, &EyeParams::location, nullptr};
-constexpr Field kPivotPoint{"point", Field::Vector, {0x1, 0x2, 0x4}, nullptr, &EyeParams::pivotPoint, nullptr};
-constexpr Field kTopoUpOffset{"topupoffset", Field::Vector, {0x40, 0x80, 0x100}, nullptr, &EyeParams::topoUpOffset, nullptr};
-constexpr Field kOffset{"offset", Field::Vector, {0x2000, 0x4000, 0x8000}, nullptr, &EyeParams::offset, nullptr};
-constexpr Field kTrackOffset{"offset", Field::Vector, {0x1, 0x2, 0x4}, nullptr, &EyeParams::offset, nullptr};
+constexpr Field kLocation{"location", Field::Vector,        {0x1, 0x2, 0x4},
+                          nullptr,    &EyeParams::location, nullptr};
+constexpr Field kPivotPoint{"point", Field::Vector,          {0x1, 0x2, 0x4},
+                            nullptr, &EyeParams::pivotPoint, nullptr};
+constexpr Field kTopoUpOffset{
+    "topupoffset", Field::Vector, {0x40, 0x80, 0x100}, nullptr, &EyeParams::topoUpOffset, nullptr};
+constexpr Field kOffset{"offset", Field::Vector,      {0x2000, 0x4000, 0x8000},
+                        nullptr,  &EyeParams::offset, nullptr};
+constexpr Field kTrackOffset{"offset", Field::Vector,      {0x1, 0x2, 0x4},
+                             nullptr,  &EyeParams::offset, nullptr};
 constexpr Field kHeading{"heading", Field::Real, {0x8}, &EyeParams::heading, nullptr, nullptr};
 constexpr Field kPitch{"pitch", Field::Real, {0x10}, &EyeParams::pitch, nullptr, nullptr};
 constexpr Field kRoll{"roll", Field::Real, {0x20}, &EyeParams::roll, nullptr, nullptr};
 constexpr Field kRadius{"radius", Field::Real, {0x200}, &EyeParams::radius, nullptr, nullptr};
-constexpr Field kBodyHeading{"bodyheading", Field::Real, {0x400}, &EyeParams::bodyHeading, nullptr, nullptr};
-constexpr Field kHeadingOffset{"headingoffset", Field::Real, {0x800}, &EyeParams::headingOffset, nullptr, nullptr};
-constexpr Field kPitchOffset{"pitchoffset", Field::Real, {0x1000}, &EyeParams::pitchOffset, nullptr, nullptr};
-constexpr Field kAzimuthRate{"azimuthrate", Field::Real, {0x40000}, &EyeParams::azimuthRate, nullptr, nullptr};
-constexpr Field kRadialOffset{"radialoffset", Field::Real, {0x80000}, &EyeParams::radialOffset, nullptr, nullptr};
-constexpr Field kAttach{"attach", Field::Entity, {kAttachedBit}, nullptr, nullptr, &EyeParams::primary};
-constexpr Field kTrackOnly{"track", Field::Entity, {kAttachedBit}, nullptr, nullptr, &EyeParams::primary};
-constexpr Field kTrackSecond{"track", Field::Entity, {kTrackedBit}, nullptr, nullptr, &EyeParams::secondary};
-constexpr Field kPrimary{"primary", Field::Entity, {kAttachedBit}, nullptr, nullptr, &EyeParams::primary};
-constexpr Field kSecondary{"secondary", Field::Entity, {kTrackedBit}, nullptr, nullptr, &EyeParams::secondary};
+constexpr Field kBodyHeading{"bodyheading",           Field::Real, {0x400},
+                             &EyeParams::bodyHeading, nullptr,     nullptr};
+constexpr Field kHeadingOffset{"headingoffset",           Field::Real, {0x800},
+                               &EyeParams::headingOffset, nullptr,     nullptr};
+constexpr Field kPitchOffset{"pitchoffset",           Field::Real, {0x1000},
+                             &EyeParams::pitchOffset, nullptr,     nullptr};
+constexpr Field kAzimuthRate{"azimuthrate",           Field::Real, {0x40000},
+                             &EyeParams::azimuthRate, nullptr,     nullptr};
+constexpr Field kRadialOffset{"radialoffset",           Field::Real, {0x80000},
+                              &EyeParams::radialOffset, nullptr,     nullptr};
+constexpr Field kAttach{"attach", Field::Entity, {kAttachedBit},
+                        nullptr,  nullptr,       &EyeParams::primary};
+constexpr Field kTrackOnly{"track", Field::Entity, {kAttachedBit},
+                           nullptr, nullptr,       &EyeParams::primary};
+constexpr Field kTrackSecond{"track", Field::Entity, {kTrackedBit},
+                             nullptr, nullptr,       &EyeParams::secondary};
+constexpr Field kPrimary{"primary", Field::Entity, {kAttachedBit},
+                         nullptr,   nullptr,       &EyeParams::primary};
+constexpr Field kSecondary{"secondary", Field::Entity, {kTrackedBit},
+                           nullptr,     nullptr,       &EyeParams::secondary};
 
 EntityRef entity(const DtString& id, const DtString& marking) {
   return {id.stdString(), marking.stdString()};
 }
-DtVector64 toVector(const DtTaitBryan& a) { return DtVector64(a.psi(), a.theta(), a.phi()); }
+DtVector64 toVector(const DtTaitBryan& a) {
+  return DtVector64(a.psi(), a.theta(), a.phi());
+}
 void readAngles(const DtTaitBryan& a, EyeParams& e) {
   e.heading = a.psi();
   e.pitch = a.theta();
   e.roll = a.phi();
 }
-DtTaitBryan angles(const EyeParams& e) { return DtTaitBryan(e.heading, e.pitch, e.roll); }
-float f32(double v) { return static_cast<float>(v); }
+DtTaitBryan angles(const EyeParams& e) {
+  return DtTaitBryan(e.heading, e.pitch, e.roll);
+}
+float f32(double v) {
+  return static_cast<float>(v);
+}
 
 // Per mode: the PDU's fields into the neutral parameters, and a new PDU from them. Each
 // reader refuses a PDU of another class, whatever its command says.
@@ -264,27 +285,54 @@ struct Mode {
 
 const std::vector<Mode>& modes() {
   static const std::vector<Mode> table = {
-      {DtVcAbsolute, "absolute", {&kLocation, &kHeading, &kPitch, &kRoll}, readAbsolute, writeAbsolute},
-      {DtVcTether, "tether", {&kAttach, &kTopoUpOffset, &kHeading, &kPitch, &kRoll}, readTether, writeTether},
-      {DtVcCompass, "compass",
+      {DtVcAbsolute,
+       "absolute",
+       {&kLocation, &kHeading, &kPitch, &kRoll},
+       readAbsolute,
+       writeAbsolute},
+      {DtVcTether,
+       "tether",
+       {&kAttach, &kTopoUpOffset, &kHeading, &kPitch, &kRoll},
+       readTether,
+       writeTether},
+      {DtVcCompass,
+       "compass",
        {&kAttach, &kRadius, &kBodyHeading, &kPitch, &kHeadingOffset, &kPitchOffset, &kRoll},
-       readCompass, writeCompass},
+       readCompass,
+       writeCompass},
       {DtVcMimic, "mimic", {&kAttach, &kOffset, &kHeading, &kPitch, &kRoll}, readMimic, writeMimic},
-      {DtVcOffsetMimic, "offsetmimic", {&kAttach, &kOffset, &kHeading, &kPitch, &kRoll}, readMimic,
+      {DtVcOffsetMimic,
+       "offsetmimic",
+       {&kAttach, &kOffset, &kHeading, &kPitch, &kRoll},
+       readMimic,
        writeOffsetMimic},
-      {DtVcOrbit, "orbit",
-       {&kAttach, &kRadius, &kAzimuthRate, &kHeading, &kPitch, &kHeadingOffset, &kPitchOffset, &kRoll},
-       readOrbit, writeOrbit},
+      {DtVcOrbit,
+       "orbit",
+       {&kAttach, &kRadius, &kAzimuthRate, &kHeading, &kPitch, &kHeadingOffset, &kPitchOffset,
+        &kRoll},
+       readOrbit,
+       writeOrbit},
       {DtVcTrack, "track", {&kTrackOnly, &kLocation}, readTrack, writeTrack},
-      {DtVcTetherTrack, "tethertrack", {&kAttach, &kTrackSecond, &kOffset},
-       readTwoEntities<DtTetherTrackVCPdu>, writeTwoEntities<DtTetherTrackVCPdu>},
-      {DtVcMimicTrack, "mimictrack", {&kAttach, &kTrackSecond, &kTrackOffset},
-       readTwoEntities<DtMimicTrackVCPdu>, writeTwoEntities<DtMimicTrackVCPdu>},
-      {DtVcGroup, "group", {&kRadialOffset, &kHeading, &kPitch, &kHeadingOffset, &kPitchOffset},
-       readGroup, writeGroup},
-      {DtVcPivot, "pivot",
+      {DtVcTetherTrack,
+       "tethertrack",
+       {&kAttach, &kTrackSecond, &kOffset},
+       readTwoEntities<DtTetherTrackVCPdu>,
+       writeTwoEntities<DtTetherTrackVCPdu>},
+      {DtVcMimicTrack,
+       "mimictrack",
+       {&kAttach, &kTrackSecond, &kTrackOffset},
+       readTwoEntities<DtMimicTrackVCPdu>,
+       writeTwoEntities<DtMimicTrackVCPdu>},
+      {DtVcGroup,
+       "group",
+       {&kRadialOffset, &kHeading, &kPitch, &kHeadingOffset, &kPitchOffset},
+       readGroup,
+       writeGroup},
+      {DtVcPivot,
+       "pivot",
        {&kPivotPoint, &kRadius, &kBodyHeading, &kPitch, &kHeadingOffset, &kPitchOffset, &kRoll},
-       readPivot, writePivot},
+       readPivot,
+       writePivot},
   };
   return table;
 }
@@ -304,9 +352,12 @@ std::string entityText(const char* name, const EntityRef& e) {
 // The field's current value, as "name=value".
 std::string show(const Field& f, const EyeParams& e) {
   switch (f.kind) {
-    case Field::Real: return std::string(f.name) + "=" + number(e.*f.real);
-    case Field::Vector: return std::string(f.name) + "=" + vector(e.*f.vec);
-    case Field::Entity: return entityText(f.name, e.*f.entity);
+    case Field::Real:
+      return std::string(f.name) + "=" + number(e.*f.real);
+    case Field::Vector:
+      return std::string(f.name) + "=" + vector(e.*f.vec);
+    case Field::Entity:
+      return entityText(f.name, e.*f.entity);
   }
   return {};
 }
@@ -429,8 +480,8 @@ std::string ViewState::applyModeless(const DtModelessVCPdu& pdu) {
   EyeParams in;
   in.primary = entity(pdu.primary(), "");
   in.secondary = entity(pdu.secondary(), "");
-  std::string line = "modeless " + merge(kPrimary, in, flags, eye_) + " " +
-                     merge(kSecondary, in, flags, eye_);
+  std::string line =
+      "modeless " + merge(kPrimary, in, flags, eye_) + " " + merge(kSecondary, in, flags, eye_);
   if (flags & kGroupListsBit) return line + " group=(kept)";
   return line + editGroup(pdu, 292, group_);
 }
@@ -451,12 +502,24 @@ std::string ViewState::applyMove(const DtMoveVCPdu& pdu, double stepsize, double
     DtVector64 forward(std::sin(h), std::cos(h), 0), right(std::cos(h), -std::sin(h), 0);
     DtVector64 step;
     switch (pdu.move()) {
-      case DtMoveVCPdu::FORWARDS: step = forward * stepsize; break;
-      case DtMoveVCPdu::BACKWARDS: step = forward * -stepsize; break;
-      case DtMoveVCPdu::RIGHT: step = right * stepsize; break;
-      case DtMoveVCPdu::LEFT: step = right * -stepsize; break;
-      case DtMoveVCPdu::UP: step = DtVector64(0, 0, stepsize); break;
-      case DtMoveVCPdu::DOWN: step = DtVector64(0, 0, -stepsize); break;
+      case DtMoveVCPdu::FORWARDS:
+        step = forward * stepsize;
+        break;
+      case DtMoveVCPdu::BACKWARDS:
+        step = forward * -stepsize;
+        break;
+      case DtMoveVCPdu::RIGHT:
+        step = right * stepsize;
+        break;
+      case DtMoveVCPdu::LEFT:
+        step = right * -stepsize;
+        break;
+      case DtMoveVCPdu::UP:
+        step = DtVector64(0, 0, stepsize);
+        break;
+      case DtMoveVCPdu::DOWN:
+        step = DtVector64(0, 0, -stepsize);
+        break;
     }
     eye_.location = eye_.location + step;
     line += " step=" + directionText(pdu.move());
@@ -465,11 +528,20 @@ std::string ViewState::applyMove(const DtMoveVCPdu& pdu, double stepsize, double
   if (!(flags & kTurnBit)) {
     double rate = turnrate * kPi / 180.0;
     switch (pdu.turn()) {
-      case DtMoveVCPdu::LEFT: eye_.heading -= rate; break;
-      case DtMoveVCPdu::RIGHT: eye_.heading += rate; break;
-      case DtMoveVCPdu::UP: eye_.pitch += rate; break;
-      case DtMoveVCPdu::DOWN: eye_.pitch -= rate; break;
-      default: break;  // an eye does not turn forwards or backwards
+      case DtMoveVCPdu::LEFT:
+        eye_.heading -= rate;
+        break;
+      case DtMoveVCPdu::RIGHT:
+        eye_.heading += rate;
+        break;
+      case DtMoveVCPdu::UP:
+        eye_.pitch += rate;
+        break;
+      case DtMoveVCPdu::DOWN:
+        eye_.pitch -= rate;
+        break;
+      default:
+        break;  // an eye does not turn forwards or backwards
     }
     line += " turn=" + directionText(pdu.turn());
     acted = true;

@@ -8,7 +8,10 @@
 namespace vcviewer {
 
 Viewer::Viewer(std::string id, std::string name, Sender send, Printer print)
-    : id_(std::move(id)), name_(std::move(name)), send_(std::move(send)), print_(std::move(print)) {}
+    : id_(std::move(id)),
+      name_(std::move(name)),
+      send_(std::move(send)),
+      print_(std::move(print)) {}
 
 void Viewer::say(const std::string& line) const {
   if (print_) print_(line);
@@ -25,12 +28,15 @@ void Viewer::receive(const DtVistrelControlPdu& pdu) {
   DtViewerCommand command = pdu.viewerCommand();
   if (!addressedToUs(pdu)) {
     if (verbose_)
-      say(std::string("ignored ") + DtEnumString(command) + " for " + word(pdu.viewerId().stdString()));
+      say(std::string("ignored ") + DtEnumString(command) + " for " +
+          word(pdu.viewerId().stdString()));
     return;
   }
   // Other viewers' reports reach us too; they are not commands.
   if (pdu.statusCommand()) {
-    if (verbose_) say(std::string("ignored report ") + DtEnumString(command) + " from " + word(pdu.senderId().stdString()));
+    if (verbose_)
+      say(std::string("ignored report ") + DtEnumString(command) + " from " +
+          word(pdu.senderId().stdString()));
     return;
   }
   std::string line;
@@ -56,6 +62,8 @@ void Viewer::answerState(const DtVistrelControlPdu& request) {
   say(std::string("state -> ") + DtEnumString(report->viewerCommand()));
 }
 
-std::string Viewer::svg() const { return renderSvg(id_, view_, settings_, scene_); }
+std::string Viewer::svg() const {
+  return renderSvg(id_, view_, settings_, scene_);
+}
 
 }  // namespace vcviewer
