@@ -18,6 +18,7 @@ soname=$(readelf -d "$lib/libvistrelControlToolkitHLA1516.so.54.0.0" | sed -n 's
 [ "$soname" = "libvistrelControlToolkitHLA1516.so.54" ] || { echo "bad SONAME $soname"; exit 1; }
 test -f "$prefix/include/vistrelcontrol/vistrelControl.h"
 test -f "$prefix/include/RTI/RTIambassador.h"
+test -f "$prefix/include/RTI/SpecificConfig.h"
 test -x "$prefix/bin/rtihub"
 fdd=$prefix/share/vistrelcontrol/fom/VistrelControl.xml
 test -f "$fdd"

@@ -1,7 +1,7 @@
-// Build-specific settings of this RTI's headers: symbol export and the smart pointer that
-// the factories return.
-#ifndef RTI_SpecificConfig_h
-#define RTI_SpecificConfig_h
+// How this RTI's headers are built: symbol export and the smart pointer that the
+// factories return. Installed under the name every API header includes it by.
+#ifndef RTI_BuildSettings_h
+#define RTI_BuildSettings_h
 
 #include <memory>
 
