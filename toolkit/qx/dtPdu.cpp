@@ -104,6 +104,14 @@ void giveBlock(unsigned char* block, size_t dirty) {
   ++s.count;
 }
 
+// Hands back an owned allocation: one of the floor size goes to the thread's spares.
+void dropBlock(unsigned char* block, size_t capacity, size_t dirty) {
+  if (capacity == kFloor)
+    giveBlock(block, dirty);
+  else
+    std::free(block);
+}
+
 int clampLength(long n) {
   return n < 0 ? 0 : (n > DtBaseMsg::kMaxLength ? DtBaseMsg::kMaxLength : static_cast<int>(n));
 }
@@ -142,12 +150,7 @@ DtBaseMsg::~DtBaseMsg() {
 }
 
 void DtBaseMsg::release() {
-  if (owned_) {
-    if (capacity_ == kFloor)
-      giveBlock(bytes_, cleanFrom_);
-    else
-      std::free(bytes_);
-  }
+  if (owned_) dropBlock(bytes_, capacity_, cleanFrom_);
   bytes_ = nullptr;
   capacity_ = 0;
   cleanFrom_ = 0;
@@ -193,12 +196,7 @@ void DtBaseMsg::reserve(size_t needed) {
   size_t oldClean = cleanFrom_;
   bool oldOwned = owned_;
   acquire(target, old, oldClean);
-  if (oldOwned) {
-    if (oldCapacity == kFloor)
-      giveBlock(old, oldClean);
-    else
-      std::free(old);
-  }
+  if (oldOwned) dropBlock(old, oldCapacity, oldClean);
 }
 
 unsigned char* DtBaseMsg::writableBytes(size_t offset, size_t count) const {
