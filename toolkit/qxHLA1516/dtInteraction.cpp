@@ -59,9 +59,9 @@ DtInterClassDesc* DtFomMapper::interClassDesc(const char* name) {
   }
   std::unique_ptr<DtInterClassDesc> desc;
   try {
-    rti1516::InteractionClassHandle handle =
-        rti_->getInteractionClassHandle(dtwide::widen(fomName(name)));
-    desc.reset(new DtInterClassDesc(rti_, fomName(name), handle));
+    const std::string fom = fomName(name);
+    rti1516::InteractionClassHandle handle = rti_->getInteractionClassHandle(dtwide::widen(fom));
+    desc.reset(new DtInterClassDesc(rti_, fom, handle));
   } catch (const rti1516::Exception&) {
     // Not in the object model: remembered as null so the RTI is asked only once.
   }
