@@ -25,13 +25,12 @@ constexpr std::uint32_t kMaxFrameBody = 1u << 20;
 constexpr std::uint16_t kDefaultHubPort = 15160;
 
 enum class MsgType : std::uint8_t {
-  Create = 1,   // requestId, federation, fdd file name, fdd model     -> Reply
-  Destroy = 2,  // requestId, federation                               -> Reply
-  Join =
-      3,  // requestId, federation, federate type                -> Reply(handle; fdd name, model)
-  Resign = 4,       // requestId                                           -> Reply
-  Subscribe = 5,    // requestId, interaction class                       -> Reply
-  Unsubscribe = 6,  // requestId, interaction class                       -> Reply
+  Create = 1,       // requestId, federation, fdd file name, fdd model -> Reply
+  Destroy = 2,      // requestId, federation -> Reply
+  Join = 3,         // requestId, federation, federate type -> Reply(handle; fdd name, model)
+  Resign = 4,       // requestId -> Reply
+  Subscribe = 5,    // requestId, interaction class -> Reply
+  Unsubscribe = 6,  // requestId, interaction class -> Reply
   Interaction = 7,  // class, tag, parameters
   Reply = 8,        // requestId, status, text, payload
 };
