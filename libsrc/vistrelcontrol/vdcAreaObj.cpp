@@ -60,13 +60,6 @@ void DtVdcArea3DObject::setPduPoints() {
   for (int i = 0; i < numPoints_; ++i) pdu_.setPoint(i, points_[i]);
 }
 
-void DtVdcArea3DObject::setPduFlashing() {
-  pdu_.setFlashing(flashing_);
-}
-void DtVdcArea3DObject::setPduColor() {
-  vdcobj::setColor(pdu_, color_);
-}
-
 void DtVdcArea3DObject::setPduTexture() {
   pdu_.setTextureDirectory(textureDirectory_);
   pdu_.setTextureFilename(textureFilename_);

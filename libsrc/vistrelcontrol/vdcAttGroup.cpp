@@ -172,9 +172,3 @@ void DtVdcAttributeGroupObject::setPduAttach() {
 void DtVdcAttributeGroupObject::setPduOffset() {
   pdu_.setOffset(enuOffset_);
 }
-void DtVdcAttributeGroupObject::setPduColor() {
-  vdcobj::setColor(pdu_, color_);
-}
-void DtVdcAttributeGroupObject::setPduFlashing() {
-  pdu_.setFlashing(flashing_);
-}

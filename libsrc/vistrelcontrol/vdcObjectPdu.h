@@ -78,10 +78,17 @@ void attach(DtVdcAttachablePdu& pdu, const DtVdc3DAttachPoint& start,
     member = value;                              \
   }
 
-/// The colour and flashing accessors that every placed drawing has.
-#define VDC_COLOR_FLASHING(Class)                       \
-  VDC_FIELD(Class, DtVdcColor, color, setColor, color_) \
-  VDC_VALUE(Class, bool, flashing, setFlashing, flashing_)
+/// The colour and flashing accessors that every placed drawing has, with the two PDU
+/// writers that go with them.
+#define VDC_COLOR_FLASHING(Class)                          \
+  VDC_FIELD(Class, DtVdcColor, color, setColor, color_)    \
+  VDC_VALUE(Class, bool, flashing, setFlashing, flashing_) \
+  void Class::setPduColor() {                              \
+    vdcobj::setColor(pdu_, color_);                        \
+  }                                                        \
+  void Class::setPduFlashing() {                           \
+    pdu_.setFlashing(flashing_);                           \
+  }
 
 /// The accessors and PDU writers of DT_VDC_2D_STYLE_ACCESSORS.
 #define VDC_2D_STYLE(Class)                                     \
@@ -89,12 +96,6 @@ void attach(DtVdcAttachablePdu& pdu, const DtVdc3DAttachPoint& start,
   VDC_VALUE(Class, bool, fill, setFill, fill_)                  \
   VDC_VALUE(Class, unsigned int, pattern, setPattern, pattern_) \
   VDC_COLOR_FLASHING(Class)                                     \
-  void Class::setPduColor() {                                   \
-    vdcobj::setColor(pdu_, color_);                             \
-  }                                                             \
-  void Class::setPduFlashing() {                                \
-    pdu_.setFlashing(flashing_);                                \
-  }                                                             \
   void Class::setPduFill() {                                    \
     pdu_.setFill(fill_);                                        \
   }                                                             \
@@ -114,12 +115,6 @@ void attach(DtVdcAttachablePdu& pdu, const DtVdc3DAttachPoint& start,
   VDC_COLOR_FLASHING(Class)                                         \
   void Class::setPduOffset() {                                      \
     pdu_.setOffset(enuOffset_);                                     \
-  }                                                                 \
-  void Class::setPduColor() {                                       \
-    vdcobj::setColor(pdu_, color_);                                 \
-  }                                                                 \
-  void Class::setPduFlashing() {                                    \
-    pdu_.setFlashing(flashing_);                                    \
   }                                                                 \
   void Class::setPduRotation() {                                    \
     pdu_.setRotation(rotation_);                                    \

@@ -32,12 +32,6 @@ void DtVdcText2DObject::updatePdu() {
 void DtVdcText2DObject::setPduAttach() {
   vdcobj::attachToScreen(pdu_, position_);
 }
-void DtVdcText2DObject::setPduColor() {
-  vdcobj::setColor(pdu_, color_);
-}
-void DtVdcText2DObject::setPduFlashing() {
-  pdu_.setFlashing(flashing_);
-}
 void DtVdcText2DObject::setPduText() {
   pdu_.setText(text_);
 }
@@ -80,12 +74,6 @@ void DtVdcText3DObject::setPduAttach() {
 }
 void DtVdcText3DObject::setPduOffset() {
   pdu_.setOffset(enuOffset_);
-}
-void DtVdcText3DObject::setPduColor() {
-  vdcobj::setColor(pdu_, color_);
-}
-void DtVdcText3DObject::setPduFlashing() {
-  pdu_.setFlashing(flashing_);
 }
 void DtVdcText3DObject::setPduText() {
   pdu_.setText(text_);

@@ -98,10 +98,3 @@ void DtVdcTriangle3DObject::setPduPoints() {
   pdu_.setPoint(1, vertex2_);
   pdu_.setPoint(2, vertex3_);
 }
-
-void DtVdcTriangle3DObject::setPduFlashing() {
-  pdu_.setFlashing(flashing_);
-}
-void DtVdcTriangle3DObject::setPduColor() {
-  vdcobj::setColor(pdu_, color_);
-}
