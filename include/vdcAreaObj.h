@@ -42,7 +42,6 @@ class DT_EXPORT DtVdcArea3DObject : public DtVdcObject {
  private:
   DtVdcColor color_;
   bool flashing_;
-  int numPoints_;
   std::vector<DtVector64> points_;
   DtString textureFilename_;
   DtString textureDirectory_;

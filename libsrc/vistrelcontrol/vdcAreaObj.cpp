@@ -9,7 +9,6 @@ DtVdcArea3DObject::DtVdcArea3DObject(unsigned int id, std::vector<DtVector64> po
     : DtVdcObject(id),
       color_(color),
       flashing_(flashing),
-      numPoints_(static_cast<int>(points.size())),
       points_(std::move(points)),
       textureFilename_(textureFilename),
       textureDirectory_(textureDirectory),
@@ -40,11 +39,11 @@ void DtVdcArea3DObject::setTextureFilename(const DtString& filename) {
 }
 
 DtVector64 DtVdcArea3DObject::vertex(int i) const {
-  return i >= 0 && i < numPoints_ ? points_[i] : DtVector64();
+  return i >= 0 && static_cast<size_t>(i) < points_.size() ? points_[i] : DtVector64();
 }
 
 void DtVdcArea3DObject::setVertex(int i, const DtVector64& point) {
-  if (i >= 0 && i < numPoints_) points_[i] = point;
+  if (i >= 0 && static_cast<size_t>(i) < points_.size()) points_[i] = point;
 }
 
 void DtVdcArea3DObject::updatePdu() {
@@ -56,8 +55,9 @@ void DtVdcArea3DObject::updatePdu() {
 
 // The PDU holds 16 points; it drops any beyond, while the count keeps its low byte.
 void DtVdcArea3DObject::setPduPoints() {
-  pdu_.setNumPoints(numPoints_);
-  for (int i = 0; i < numPoints_; ++i) pdu_.setPoint(i, points_[i]);
+  const int count = static_cast<int>(points_.size());
+  pdu_.setNumPoints(count);
+  for (int i = 0; i < count; ++i) pdu_.setPoint(i, points_[i]);
 }
 
 void DtVdcArea3DObject::setPduTexture() {
