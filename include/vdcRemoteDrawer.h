@@ -18,7 +18,7 @@
 ///
 /// Each PDU leaves through exactly one transport: the connection if there is one, else
 /// the custom sender. Only the sender id is stamped into it: draw-control PDUs are not
-/// addressed, every viewer that hears them draws.
+/// addressed, every viewer that hears them draws, so the constructors' target is not kept.
 class DT_EXPORT DtVistrelRemoteDrawer {
  public:
   /// "0:0:0": every viewer.
@@ -92,7 +92,5 @@ class DT_EXPORT DtVistrelRemoteDrawer {
   unsigned int nextId_;
   std::map<unsigned int, DtVdcObject*> objects_;
   bool ownsConn_ = false;
-  DtString target_;
   DtString senderId_;
-  DtVistrelControlInteraction interaction_;
 };
