@@ -79,6 +79,15 @@ const CommandData& rootOf(const CommandData& cmd) {
   return cmd.parent ? rootOf(*cmd.parent) : cmd;
 }
 
+// Where a mistake on the command line is reported, and how: the program's name, the
+// message, and the help that explains it.
+[[noreturn]] void exitWithError(const CommandData& cmd, const std::string& message,
+                                const std::string& helpPath) {
+  std::cerr << rootOf(cmd).name << ": " << message << "\nTry '" << helpPath << " --help'.\n"
+            << std::flush;
+  std::exit(2);
+}
+
 std::string number(double v) {
   std::ostringstream out;
   out.imbue(std::locale::classic());
@@ -570,12 +579,16 @@ Error::Error(std::string message, std::string command)
 
 namespace {
 
-void recheckDefault(Decl& decl) {
-  if (!decl.hasDefault || decl.type == Type::Flag) return;
+void readDefault(Decl& decl, const std::string& text) {
   Value value;
-  const std::string why = readValue(decl, decl.defaultValue.word, value);
+  const std::string why = readValue(decl, text, value);
   if (!why.empty()) throw ProgramError("default of '" + decl.name + "': " + why);
   decl.defaultValue = std::move(value);
+}
+
+// A constraint added after the default must hold for it too.
+void recheckDefault(Decl& decl) {
+  if (decl.hasDefault && decl.type != Type::Flag) readDefault(decl, decl.defaultValue.word);
 }
 
 void expect(bool condition, const Decl& decl, const std::string& complaint) {
@@ -600,10 +613,7 @@ Option& Option::placeholder(const std::string& text) {
 Option& Option::defaultValue(const std::string& text) {
   expect(!decl_->list, *decl_, "is a list and takes no default");
   expect(!decl_->required || decl_->positional, *decl_, "is required and so takes no default");
-  Value value;
-  const std::string why = readValue(*decl_, text, value);
-  if (!why.empty()) throw ProgramError("default of '" + decl_->name + "': " + why);
-  decl_->defaultValue = std::move(value);
+  readDefault(*decl_, text);
   decl_->hasDefault = true;
   if (decl_->positional) decl_->required = false;  // an argument with a default may be left out
   return *this;
@@ -784,10 +794,7 @@ Args Command::parseOrExit(int argc, const char* const* argv) const {
     }
     return args;
   } catch (const Error& e) {
-    std::cerr << rootOf(*data_).name << ": " << e.what() << "\nTry '"
-              << (e.command().empty() ? path() : e.command()) << " --help'.\n"
-              << std::flush;
-    std::exit(2);
+    exitWithError(*data_, e.what(), e.command().empty() ? path() : e.command());
   }
 }
 
@@ -905,10 +912,7 @@ std::string Args::helpText() const {
 
 void Args::fail(const std::string& message) const {
   const ArgsData& data = dataOf(data_);
-  std::cerr << rootOf(*data.cmd).name << ": " << message << "\nTry '" << pathOf(*data.cmd)
-            << " --help'.\n"
-            << std::flush;
-  std::exit(2);
+  exitWithError(*data.cmd, message, pathOf(*data.cmd));
 }
 
 }  // namespace DtCmdLine
