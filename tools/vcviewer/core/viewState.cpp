@@ -408,9 +408,10 @@ int fitting(int count, size_t room) {
 // Group and modeless PDUs edit the group alike: a remove count of -1 replaces the whole
 // group, otherwise the named entities leave it; then the added ones join it, once each.
 template <class P>
-std::string editGroup(const P& pdu, size_t fixedLength, std::vector<std::string>& group) {
+std::string editGroup(const P& pdu, std::vector<std::string>& group) {
+  constexpr size_t kFixed = P::kLength;
   size_t whole = pdu.length() > 0 ? static_cast<size_t>(pdu.length()) : 0;
-  size_t length = whole > fixedLength ? whole - fixedLength : 0;
+  size_t length = whole > kFixed ? whole - kFixed : 0;
   int removeCount = pdu.numEntitiesToRemove();
   int toRemove = removeCount == -1 ? 0 : fitting(removeCount, length);
   int toAdd = fitting(pdu.numEntitiesToAdd(), length - 64 * static_cast<size_t>(toRemove));
@@ -470,7 +471,7 @@ std::string ViewState::apply(const DtVistrelControlPdu& pdu, double stepsize, do
   if (command == DtVcGroup) {
     auto& group = static_cast<const DtGroupVCPdu&>(pdu);
     wideGroup_ = group.groupCmd() != DtGroupVCPdu::GROUP;
-    fields += editGroup(group, 188, group_);
+    fields += editGroup(group, group_);
   }
   return modeName() + fields;
 }
@@ -483,7 +484,7 @@ std::string ViewState::applyModeless(const DtModelessVCPdu& pdu) {
   std::string line =
       "modeless " + merge(kPrimary, in, flags, eye_) + " " + merge(kSecondary, in, flags, eye_);
   if (flags & kGroupListsBit) return line + " group=(kept)";
-  return line + editGroup(pdu, 292, group_);
+  return line + editGroup(pdu, group_);
 }
 
 std::string ViewState::applyMove(const DtMoveVCPdu& pdu, double stepsize, double turnrate) {
