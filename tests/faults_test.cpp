@@ -5,8 +5,7 @@
 // bounded and the others go on, as rti/README.md says), and the hub restarted under
 // running connections, which must report the loss through the toolkit.
 #include "outputCapture.h"
-#include "process.h"
-#include "rti_test_federate.h"
+#include "rti_hub_fixture.h"
 #include "vistrelControl.h"
 
 #include <atomic>
@@ -32,74 +31,11 @@ using Clock = std::chrono::steady_clock;
 
 namespace {
 
-// ------------------------------------------------------------------ raw frames
-
-// Frames as rti/src/protocol.h lays them out: a 32-bit little-endian body length, the
-// type byte, then little-endian integers and length-prefixed strings.
-class Frame {
- public:
-  explicit Frame(std::uint8_t type) : b_{0, 0, 0, 0, type} {}
-  Frame& u32(std::uint32_t v) {
-    for (int i = 0; i < 4; ++i) b_.push_back(static_cast<unsigned char>(v >> (8 * i)));
-    return *this;
-  }
-  Frame& str(const std::string& s) {
-    u32(static_cast<std::uint32_t>(s.size()));
-    b_.insert(b_.end(), s.begin(), s.end());
-    return *this;
-  }
-  Bytes done() {
-    const auto body = static_cast<std::uint32_t>(b_.size() - 4);
-    for (int i = 0; i < 4; ++i) b_[i] = static_cast<unsigned char>(body >> (8 * i));
-    return b_;
-  }
-
- private:
-  Bytes b_;
-};
-
-constexpr std::uint8_t kJoin = 3, kSubscribe = 5, kInteraction = 7;
-
 template <typename Handle>
 std::uint32_t handleValue(const Handle& h) {
   const VariableLengthData d = h.encode();
   const auto* p = static_cast<const unsigned char*>(d.data());
   return std::uint32_t(p[4]) << 24 | std::uint32_t(p[5]) << 16 | std::uint32_t(p[6]) << 8 | p[7];
-}
-
-int connectTo(std::uint16_t port) {
-  int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in a{};
-  a.sin_family = AF_INET;
-  a.sin_port = htons(port);
-  a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  if (::connect(fd, reinterpret_cast<sockaddr*>(&a), sizeof a) != 0) {
-    ::close(fd);
-    return -1;
-  }
-  return fd;
-}
-
-bool sendAll(int fd, const Bytes& b) {
-  size_t done = 0;
-  while (done < b.size()) {
-    ssize_t n = ::send(fd, b.data() + done, b.size() - done, MSG_NOSIGNAL);
-    if (n <= 0) return false;
-    done += static_cast<size_t>(n);
-  }
-  return true;
-}
-
-// True when the peer closes the connection within the timeout (what it sent is read and
-// dropped on the way).
-bool closedByPeer(int fd, milliseconds timeout) {
-  const auto deadline = Clock::now() + timeout;
-  char buf[4096];
-  while (Clock::now() < deadline) {
-    pollfd p{fd, POLLIN, 0};
-    if (::poll(&p, 1, 50) > 0 && ::recv(fd, buf, sizeof buf, 0) <= 0) return true;
-  }
-  return false;
 }
 
 // Resident memory of a process, in KiB.
@@ -117,89 +53,7 @@ long residentKiB(pid_t pid) {
   return value;
 }
 
-Bytes numbered(std::uint32_t seq, std::size_t size) {
-  Bytes b(size);
-  for (std::size_t k = 0; k < size; ++k)
-    b[k] = k < 4 ? static_cast<unsigned char>(seq >> (24 - 8 * k))
-                 : static_cast<unsigned char>(seq * 31 + k);
-  return b;
-}
-
-std::uint32_t seqOf(const Bytes& b) {
-  return b.size() < 4 ? ~0u
-                      : std::uint32_t(b[0]) << 24 | std::uint32_t(b[1]) << 16 |
-                            std::uint32_t(b[2]) << 8 | b[3];
-}
-
-// ------------------------------------------------------------------ fixture
-
-class Faults : public ::testing::Test {
- protected:
-  void SetUp() override {
-    if (!vctest::hubAvailable()) GTEST_SKIP() << "the hub is built with the embedded RTI only";
-    hub_ = vctest::startHub(port_, hubArgs(), hubFileLimit());
-    name_ = testName();
-    url_ = wide(vctest::hubUrl(port_, name_));
-    makeAmbassador()->createFederationExecution(url_, wide(VC_FDD_FILE));
-  }
-  void TearDown() override {
-    feds_.clear();
-    if (hub_) {
-      hub_->kill(SIGTERM);
-      EXPECT_EQ(hub_->wait(seconds(10)), 0) << hub_->transcript();
-    }
-  }
-  virtual std::vector<std::string> hubArgs() const { return {}; }
-  virtual int hubFileLimit() const { return 0; }
-
-  struct Fed {
-    std::unique_ptr<RTIambassador> rti;
-    std::unique_ptr<Recorder> rec;
-    InteractionClassHandle cls;
-    ParameterHandle pdu;
-    void send(const Bytes& payload) {
-      ParameterHandleValueMap v;
-      v[pdu] = data(payload);
-      rti->sendInteraction(cls, v, VariableLengthData());
-    }
-    Bytes payload(std::size_t i) const { return rec->got.at(i).params.at(pdu); }
-  };
-
-  Fed& join(bool publish, bool subscribe) {
-    Fed f{makeAmbassador(), std::make_unique<Recorder>(), {}, {}};
-    f.rti->joinFederationExecution(L"fault", url_, *f.rec);
-    f.cls = f.rti->getInteractionClassHandle(L"ViewControl");
-    f.pdu = f.rti->getParameterHandle(f.cls, L"ViewControlPdu");
-    if (publish) f.rti->publishInteractionClass(f.cls);
-    if (subscribe) f.rti->subscribeInteractionClass(f.cls);
-    feds_.push_back(std::move(f));
-    return feds_.back();
-  }
-
-  std::unique_ptr<ChildProcess> peer(const std::vector<std::string>& modeArgs) {
-    std::vector<std::string> args{vctest::hubUrl(port_, name_), VC_FDD_FILE};
-    args.insert(args.end(), modeArgs.begin(), modeArgs.end());
-    auto p = std::make_unique<ChildProcess>(vctest::binaryPath("rti_peer"), args);
-    std::string line;
-    EXPECT_TRUE(p->waitForLine("ready", line, seconds(10))) << p->transcript();
-    return p;
-  }
-
-  // Two fresh federates still exchange interactions through the hub.
-  void expectFederationWorks(const char* when) {
-    Fed& a = join(true, false);
-    Fed& b = join(false, true);
-    for (std::uint32_t i = 0; i < 200; ++i) a.send(numbered(i, 312));
-    ASSERT_TRUE(pumpUntil(*b.rti, *b.rec, 200)) << when;
-    for (std::uint32_t i = 0; i < 200; ++i) ASSERT_EQ(b.payload(i), numbered(i, 312)) << when;
-  }
-
-  std::unique_ptr<ChildProcess> hub_;
-  std::uint16_t port_ = 0;
-  std::string name_;
-  std::wstring url_;
-  std::deque<Fed> feds_;
-};
+using Faults = HubTest;
 
 // ------------------------------------------------------------------ out of descriptors
 
@@ -248,13 +102,14 @@ TEST_F(Faults, FederateKilledHalfwayThroughAFrameIsResignedAndNothingOfItArrives
   joined.insert(joined.end(), subscribe.begin(), subscribe.end());
   // An interaction of 4000 bytes, of which the process gets to send the first 1500.
   Bytes value = numbered(0xDEAD, 4000);
-  Frame whole(kInteraction);
-  whole.u32(cls).u32(0).u32(1).u32(param).u32(static_cast<std::uint32_t>(value.size()));
-  Bytes interaction = whole.done();
-  interaction.insert(interaction.end(), value.begin(), value.end());
-  const std::uint32_t body = static_cast<std::uint32_t>(interaction.size() - 4);
-  for (int i = 0; i < 4; ++i)
-    interaction[static_cast<size_t>(i)] = static_cast<unsigned char>(body >> (8 * i));
+  const Bytes interaction = Frame(kInteraction)
+                                .u32(cls)
+                                .u32(0)
+                                .u32(1)
+                                .u32(param)
+                                .u32(static_cast<std::uint32_t>(value.size()))
+                                .raw(value)
+                                .done();
   const Bytes half(interaction.begin(), interaction.begin() + 1500);
 
   int ready[2];

@@ -2,8 +2,7 @@
 // inheritance across the hub, federation state shared between processes, and the hub's
 // robustness: a federate killed mid-stream, garbage and oversized frames, a subscriber
 // that stops reading, and a clean stop.
-#include "process.h"
-#include "rti_test_federate.h"
+#include "rti_hub_fixture.h"
 
 #include <csignal>
 #include <cstring>
@@ -27,122 +26,25 @@ bool hubBuilt() {
   return vctest::hubAvailable();
 }
 
-// Numbered payloads as rti_peer writes and checks them.
-Bytes numbered(std::uint32_t seq, std::size_t size) {
-  Bytes b(size);
-  for (std::size_t k = 0; k < size; ++k)
-    b[k] = k < 4 ? static_cast<unsigned char>(seq >> (24 - 8 * k))
-                 : static_cast<unsigned char>(seq * 31 + k);
-  return b;
-}
-
-std::uint32_t seqOf(const Bytes& b) {
-  return b.size() < 4 ? ~0u
-                      : std::uint32_t(b[0]) << 24 | std::uint32_t(b[1]) << 16 |
-                            std::uint32_t(b[2]) << 8 | b[3];
-}
-
 // A raw TCP client, for speaking to the hub outside the protocol.
 class RawClient {
  public:
-  explicit RawClient(std::uint16_t port) {
-    fd_ = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_port = htons(port);
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    connected_ = ::connect(fd_, reinterpret_cast<sockaddr*>(&a), sizeof a) == 0;
+  explicit RawClient(std::uint16_t port) : fd_(connectTo(port)) {}
+  ~RawClient() {
+    if (fd_ >= 0) ::close(fd_);
   }
-  ~RawClient() { ::close(fd_); }
-  bool connected() const { return connected_; }
-  void send(const Bytes& b) { (void)!::send(fd_, b.data(), b.size(), MSG_NOSIGNAL); }
+  bool connected() const { return fd_ >= 0; }
+  void send(const Bytes& b) { (void)sendAll(fd_, b); }
   // True when the hub closes the connection within the timeout.
-  bool closedByPeer(milliseconds timeout) {
-    const auto deadline = std::chrono::steady_clock::now() + timeout;
-    char buf[4096];
-    while (std::chrono::steady_clock::now() < deadline) {
-      pollfd p{fd_, POLLIN, 0};
-      if (::poll(&p, 1, 50) > 0) {
-        ssize_t n = ::recv(fd_, buf, sizeof buf, 0);
-        if (n <= 0) return true;
-      }
-    }
-    return false;
-  }
+  bool closedByPeer(milliseconds timeout) { return rtitest::closedByPeer(fd_, timeout); }
 
  private:
-  int fd_ = -1;
-  bool connected_ = false;
+  int fd_;
 };
 
-class Hub : public ::testing::Test {
+class Hub : public HubTest {
  protected:
-  void SetUp() override {
-    if (!hubBuilt()) GTEST_SKIP() << "the hub is built with the embedded RTI only";
-    hub_ = vctest::startHub(port_, extraHubArgs());
-    name_ = testName();
-    url_ = wide(vctest::hubUrl(port_, name_));
-    auto rti = makeAmbassador();
-    rti->createFederationExecution(url_, wide(VC_FDD_FILE));
-  }
-  virtual std::vector<std::string> extraHubArgs() const { return {"--quiet"}; }
-
-  void TearDown() override {
-    feds_.clear();
-    if (hub_) {
-      hub_->kill(SIGTERM);
-      EXPECT_EQ(hub_->wait(seconds(10)), 0) << hub_->transcript();
-    }
-  }
-
-  struct Fed {
-    std::unique_ptr<RTIambassador> rti;
-    std::unique_ptr<Recorder> rec;
-    InteractionClassHandle cls;
-    ParameterHandle pdu;
-
-    void send(const Bytes& payload, const Bytes& tag = {}) {
-      ParameterHandleValueMap v;
-      v[pdu] = data(payload);
-      rti->sendInteraction(cls, v, data(tag));
-    }
-    Bytes payload(std::size_t i) const { return rec->got.at(i).params.at(pdu); }
-  };
-
-  Fed& join(bool publish = true, bool subscribe = true) {
-    Fed f{makeAmbassador(), std::make_unique<Recorder>(), {}, {}};
-    f.rti->joinFederationExecution(L"test", url_, *f.rec);
-    f.cls = f.rti->getInteractionClassHandle(L"ViewControl");
-    f.pdu = f.rti->getParameterHandle(f.cls, L"ViewControlPdu");
-    if (publish) f.rti->publishInteractionClass(f.cls);
-    if (subscribe) f.rti->subscribeInteractionClass(f.cls);
-    feds_.push_back(std::move(f));
-    return feds_.back();
-  }
-
-  std::unique_ptr<ChildProcess> peer(const std::vector<std::string>& modeArgs) {
-    std::vector<std::string> args{vctest::hubUrl(port_, name_), VC_FDD_FILE};
-    args.insert(args.end(), modeArgs.begin(), modeArgs.end());
-    auto p = std::make_unique<ChildProcess>(vctest::binaryPath("rti_peer"), args);
-    std::string line;
-    EXPECT_TRUE(p->waitForLine("ready", line, seconds(10))) << p->transcript();
-    return p;
-  }
-
-  // The other federates are still served: a fresh pair exchanges interactions.
-  void expectFederationWorks(const char* when) {
-    Fed& a = join();
-    Fed& b = join();
-    for (std::uint32_t i = 0; i < 100; ++i) a.send(numbered(i, 312));
-    ASSERT_TRUE(pumpUntil(*b.rti, *b.rec, 100)) << when;
-    for (std::uint32_t i = 0; i < 100; ++i) ASSERT_EQ(b.payload(i), numbered(i, 312)) << when;
-  }
-
-  std::unique_ptr<ChildProcess> hub_;
-  std::uint16_t port_ = 0;
-  std::string name_;
-  std::wstring url_;
-  std::deque<Fed> feds_;
+  std::vector<std::string> hubArgs() const override { return {"--quiet"}; }
 };
 
 // ------------------------------------------------------------------------------ Delivery
@@ -317,7 +219,7 @@ void PrintTo(const Garbage& g, std::ostream* os) {
 
 class HubGarbage : public Hub, public ::testing::WithParamInterface<Garbage> {
  protected:
-  std::vector<std::string> extraHubArgs() const override { return {}; }
+  std::vector<std::string> hubArgs() const override { return {}; }
 };
 
 TEST_P(HubGarbage, DropsOnlyTheClientThatSentIt) {
@@ -338,16 +240,7 @@ TEST_P(HubGarbage, DropsOnlyTheClientThatSentIt) {
 }
 
 Bytes joinThen(const std::string& federation, const Bytes& after) {
-  Bytes b = {0, 0, 0, 0, 3, 1, 0, 0, 0};  // Join, request 1
-  auto str = [&](const std::string& s) {
-    const auto n = static_cast<std::uint32_t>(s.size());
-    for (int i = 0; i < 4; ++i) b.push_back(static_cast<unsigned char>(n >> (8 * i)));
-    b.insert(b.end(), s.begin(), s.end());
-  };
-  str(federation);
-  str("raw");
-  const auto body = static_cast<std::uint32_t>(b.size() - 4);
-  for (int i = 0; i < 4; ++i) b[i] = static_cast<unsigned char>(body >> (8 * i));
+  Bytes b = Frame(kJoin).u32(1).str(federation).str("raw").done();
   b.insert(b.end(), after.begin(), after.end());
   return b;
 }
@@ -386,7 +279,7 @@ TEST_F(Hub, JoinedClientSendingAnUnknownClassIsDroppedAndResigned) {
 
 class SlowSubscriber : public Hub {
  protected:
-  std::vector<std::string> extraHubArgs() const override {
+  std::vector<std::string> hubArgs() const override {
     return {"--queue-limit", "65536", "--stall-timeout", "1"};
   }
 };

@@ -1,0 +1,182 @@
+#pragma once
+// Shared by the tests against a real hub process: a hub of its own for every test with
+// the test's federation already created on it, federates of this process joined to it,
+// rti_peer processes, raw connections that speak to the hub outside the protocol, and
+// the numbered payloads rti_peer writes and checks.
+#include "process.h"
+#include "rti_test_federate.h"
+
+#include <chrono>
+#include <csignal>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace rtitest {
+
+// The sequence number big-endian in the first four bytes, then bytes that depend on it and
+// on their position, so a lost, reordered or damaged payload shows.
+inline Bytes numbered(std::uint32_t seq, std::size_t size) {
+  Bytes b(size);
+  for (std::size_t k = 0; k < size; ++k)
+    b[k] = k < 4 ? static_cast<unsigned char>(seq >> (24 - 8 * k))
+                 : static_cast<unsigned char>(seq * 31 + k);
+  return b;
+}
+
+inline std::uint32_t seqOf(const Bytes& b) {
+  return b.size() < 4 ? ~0u
+                      : std::uint32_t(b[0]) << 24 | std::uint32_t(b[1]) << 16 |
+                            std::uint32_t(b[2]) << 8 | b[3];
+}
+
+// ------------------------------------------------------------------ raw connections
+
+// A TCP connection to 127.0.0.1:port, or -1.
+inline int connectTo(std::uint16_t port) {
+  int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in a{};
+  a.sin_family = AF_INET;
+  a.sin_port = htons(port);
+  a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  if (::connect(fd, reinterpret_cast<sockaddr*>(&a), sizeof a) != 0) {
+    ::close(fd);
+    return -1;
+  }
+  return fd;
+}
+
+inline bool sendAll(int fd, const Bytes& b) {
+  size_t done = 0;
+  while (done < b.size()) {
+    ssize_t n = ::send(fd, b.data() + done, b.size() - done, MSG_NOSIGNAL);
+    if (n <= 0) return false;
+    done += static_cast<size_t>(n);
+  }
+  return true;
+}
+
+// True when the peer closes the connection within the timeout (what it sent is read and
+// dropped on the way).
+inline bool closedByPeer(int fd, std::chrono::milliseconds timeout) {
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
+  char buf[4096];
+  while (std::chrono::steady_clock::now() < deadline) {
+    pollfd p{fd, POLLIN, 0};
+    if (::poll(&p, 1, 50) > 0 && ::recv(fd, buf, sizeof buf, 0) <= 0) return true;
+  }
+  return false;
+}
+
+// Frames as rti/src/protocol.h lays them out, written here byte by byte so that the
+// tests do not share the encoder they check: a 32-bit little-endian body length, the
+// type byte, then little-endian integers and length-prefixed strings.
+class Frame {
+ public:
+  explicit Frame(std::uint8_t type) : b_{0, 0, 0, 0, type} {}
+  Frame& u32(std::uint32_t v) {
+    for (int i = 0; i < 4; ++i) b_.push_back(static_cast<unsigned char>(v >> (8 * i)));
+    return *this;
+  }
+  Frame& str(const std::string& s) {
+    u32(static_cast<std::uint32_t>(s.size()));
+    b_.insert(b_.end(), s.begin(), s.end());
+    return *this;
+  }
+  Frame& raw(const Bytes& b) {
+    b_.insert(b_.end(), b.begin(), b.end());
+    return *this;
+  }
+  Bytes done() {
+    const auto body = static_cast<std::uint32_t>(b_.size() - 4);
+    for (int i = 0; i < 4; ++i) b_[i] = static_cast<unsigned char>(body >> (8 * i));
+    return b_;
+  }
+
+ private:
+  Bytes b_;
+};
+
+constexpr std::uint8_t kJoin = 3, kSubscribe = 5, kInteraction = 7;
+
+// ------------------------------------------------------------------ fixture
+
+class HubTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!vctest::hubAvailable()) GTEST_SKIP() << "the hub is built with the embedded RTI only";
+    hub_ = vctest::startHub(port_, hubArgs(), hubFileLimit());
+    name_ = testName();
+    url_ = wide(vctest::hubUrl(port_, name_));
+    makeAmbassador()->createFederationExecution(url_, wide(VC_FDD_FILE));
+  }
+  void TearDown() override {
+    feds_.clear();
+    if (hub_) {
+      hub_->kill(SIGTERM);
+      EXPECT_EQ(hub_->wait(std::chrono::seconds(10)), 0) << hub_->transcript();
+    }
+  }
+  virtual std::vector<std::string> hubArgs() const { return {}; }
+  virtual int hubFileLimit() const { return 0; }
+
+  struct Fed {
+    std::unique_ptr<rti1516::RTIambassador> rti;
+    std::unique_ptr<Recorder> rec;
+    rti1516::InteractionClassHandle cls;
+    rti1516::ParameterHandle pdu;
+
+    void send(const Bytes& payload, const Bytes& tag = {}) {
+      rti1516::ParameterHandleValueMap v;
+      v[pdu] = data(payload);
+      rti->sendInteraction(cls, v, data(tag));
+    }
+    Bytes payload(std::size_t i) const { return rec->got.at(i).params.at(pdu); }
+  };
+
+  Fed& join(bool publish = true, bool subscribe = true) {
+    Fed f{makeAmbassador(), std::make_unique<Recorder>(), {}, {}};
+    f.rti->joinFederationExecution(L"test", url_, *f.rec);
+    f.cls = f.rti->getInteractionClassHandle(L"ViewControl");
+    f.pdu = f.rti->getParameterHandle(f.cls, L"ViewControlPdu");
+    if (publish) f.rti->publishInteractionClass(f.cls);
+    if (subscribe) f.rti->subscribeInteractionClass(f.cls);
+    feds_.push_back(std::move(f));
+    return feds_.back();
+  }
+
+  // An rti_peer process in the test's federation, once it says it is ready.
+  std::unique_ptr<vctest::ChildProcess> peer(const std::vector<std::string>& modeArgs) {
+    std::vector<std::string> args{vctest::hubUrl(port_, name_), VC_FDD_FILE};
+    args.insert(args.end(), modeArgs.begin(), modeArgs.end());
+    auto p = std::make_unique<vctest::ChildProcess>(vctest::binaryPath("rti_peer"), args);
+    std::string line;
+    EXPECT_TRUE(p->waitForLine("ready", line, std::chrono::seconds(10))) << p->transcript();
+    return p;
+  }
+
+  // The hub still serves the federation: two fresh federates exchange interactions.
+  void expectFederationWorks(const char* when) {
+    Fed& a = join(true, false);
+    Fed& b = join(false, true);
+    for (std::uint32_t i = 0; i < 200; ++i) a.send(numbered(i, 312));
+    ASSERT_TRUE(pumpUntil(*b.rti, *b.rec, 200)) << when;
+    for (std::uint32_t i = 0; i < 200; ++i) ASSERT_EQ(b.payload(i), numbered(i, 312)) << when;
+  }
+
+  std::unique_ptr<vctest::ChildProcess> hub_;
+  std::uint16_t port_ = 0;
+  std::string name_;
+  std::wstring url_;
+  std::deque<Fed> feds_;
+};
+
+}  // namespace rtitest
