@@ -85,17 +85,11 @@ struct Segments {
 Segments segments(const Args& a) {
   Segments s;
   if (a.has("colors")) {
-    std::string list = a.text("colors");
-    size_t start = 0;
-    for (;;) {
-      size_t end = list.find('/', start);
-      std::string word = list.substr(start, end == std::string::npos ? end : end - start);
+    for (const std::string& word : split(a.text("colors"), '/')) {
       DtVdcColor color;
       std::string why;
       if (!parseColor(word, color, why)) a.fail("option '--colors': '" + word + "' " + why);
       s.colors.push_back(color);
-      if (end == std::string::npos) break;
-      start = end + 1;
     }
   }
   if (a.has("shares")) s.shares = a.vector("shares");
@@ -146,14 +140,7 @@ struct DeclaredAttribute {
 const std::vector<std::string> kAttributeKinds = {"label", "number", "bar", "graph", "bitmap"};
 
 DeclaredAttribute declaredAttribute(const Args& a, const std::string& word) {
-  std::vector<std::string> parts;
-  size_t start = 0;
-  for (;;) {
-    size_t end = word.find(':', start);
-    parts.push_back(word.substr(start, end == std::string::npos ? end : end - start));
-    if (end == std::string::npos) break;
-    start = end + 1;
-  }
+  std::vector<std::string> parts = split(word, ':');
   auto bad = [&](const std::string& why) {
     a.fail("argument <attributes>: '" + word + "' " + why);
   };

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <vector>
 
 namespace vcctl {
 
@@ -21,17 +20,6 @@ const NamedColor kNamedColors[] = {
     {"blue", &DtVdcColor::DtVdcBlue},     {"yellow", &DtVdcColor::DtVdcYellow},
     {"purple", &DtVdcColor::DtVdcPurple}, {"orange", &DtVdcColor::DtVdcOrange},
 };
-
-std::vector<std::string> split(const std::string& text, char separator) {
-  std::vector<std::string> parts;
-  size_t start = 0;
-  for (;;) {
-    size_t end = text.find(separator, start);
-    parts.push_back(text.substr(start, end == std::string::npos ? std::string::npos : end - start));
-    if (end == std::string::npos) return parts;
-    start = end + 1;
-  }
-}
 
 bool parseReal(const std::string& word, double& value) {
   if (word.empty()) return false;
@@ -54,6 +42,17 @@ bool parseWhole(const std::string& word, unsigned long max, unsigned long& value
 }
 
 }  // namespace
+
+std::vector<std::string> split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  size_t start = 0;
+  for (;;) {
+    size_t end = text.find(separator, start);
+    parts.push_back(text.substr(start, end == std::string::npos ? std::string::npos : end - start));
+    if (end == std::string::npos) return parts;
+    start = end + 1;
+  }
+}
 
 DtCmdLine::Option positionOption(Command& command, const std::string& name,
                                  const std::string& help) {

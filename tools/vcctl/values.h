@@ -5,6 +5,7 @@
 // it like any other command-line mistake: one line naming the option, exit 2.
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "dtCmdLine.h"
 #include "vistrelControl.h"
@@ -47,6 +48,9 @@ bool switchValue(const Args& args);
 unsigned int objectId(const Args& args, const std::string& name = "id");
 /// Every word of a trailing argument list.
 DtGlobalObjectDesignatorList entityList(const Args& args, const std::string& name);
+
+/// The parts of `text` between the separators, empty ones included.
+std::vector<std::string> split(const std::string& text, char separator);
 
 /// Parses one colour word; false (with `why`) when it is not one.
 bool parseColor(const std::string& word, DtVdcColor& color, std::string& why);
