@@ -303,8 +303,8 @@ int panel(const Args& a, Link& link) {
   DtVdc3DAttachPoint at = anchor(a, "attach");
   // The panel needs its template only for the template's id: the viewer already knows
   // the template's attributes, and values are sent with 'vcctl value'.
-  auto declared = std::make_unique<DtVdcAttributeGroupTemplateObject>(
-      static_cast<unsigned int>(a.integer("template")), DtString(""));
+  auto declared =
+      std::make_unique<DtVdcAttributeGroupTemplateObject>(objectId(a, "template"), DtString(""));
   auto group = std::make_unique<DtVdcAttributeGroupObject>(
       objectId(a), declared.get(), at, offsetOf(a), color(a), a.flag("flashing"));
   link.keep(std::move(declared));

@@ -80,7 +80,7 @@ int place(const Args& a, Link& link) {
   std::optional<DtTaitBryan> orientation = angles(a, "orientation");
   // The controller quietly sends nothing without either; say so instead.
   if (!at && !orientation) a.fail("give --at, --orientation or both");
-  link.controller().set(at ? &*at : nullptr, orientation ? &*orientation : nullptr);
+  link.controller().set(given(at), given(orientation));
   return 0;
 }
 
@@ -103,8 +103,7 @@ int turnrate(const Args& a, Link& link) {
 int mode(const Args& a, Link& link) {
   std::optional<DtVector64> at = position(a, "at");
   std::optional<DtTaitBryan> orientation = angles(a, "orientation");
-  link.controller().setMode(kModes.at(a.text("mode")), at ? &*at : nullptr,
-                            orientation ? &*orientation : nullptr);
+  link.controller().setMode(kModes.at(a.text("mode")), given(at), given(orientation));
   return 0;
 }
 

@@ -11,10 +11,6 @@ using DtCmdLine::Type;
 
 namespace {
 
-unsigned int idOf(const Args& a, const std::string& name) {
-  return static_cast<unsigned int>(a.integer(name));
-}
-
 // A command PDU for an object that this run's drawer does not hold: the drawer's own
 // remove and attribute commands act only on objects added to it.
 void sendCommand(Link& link, DtVdcDrawType type, unsigned int objectId, unsigned int layerId) {
@@ -26,27 +22,27 @@ void sendCommand(Link& link, DtVdcDrawType type, unsigned int objectId, unsigned
 }
 
 int show(const Args& a, Link& link) {
-  link.drawer().show(idOf(a, "object"));
+  link.drawer().show(objectId(a, "object"));
   return 0;
 }
 
 int hide(const Args& a, Link& link) {
-  link.drawer().hide(idOf(a, "object"));
+  link.drawer().hide(objectId(a, "object"));
   return 0;
 }
 
 int remove(const Args& a, Link& link) {
-  sendCommand(link, DtVdcCommandRemove, idOf(a, "object"), 0);
+  sendCommand(link, DtVdcCommandRemove, objectId(a, "object"), 0);
   return 0;
 }
 
 int addToLayer(const Args& a, Link& link) {
-  link.drawer().addToLayer(idOf(a, "object"), idOf(a, "layer"));
+  link.drawer().addToLayer(objectId(a, "object"), objectId(a, "layer"));
   return 0;
 }
 
 int removeFromLayer(const Args& a, Link& link) {
-  link.drawer().removeFromLayer(idOf(a, "object"), idOf(a, "layer"));
+  link.drawer().removeFromLayer(objectId(a, "object"), objectId(a, "layer"));
   return 0;
 }
 
@@ -55,7 +51,7 @@ int attributeCommand(const Args& a, Link& link, bool show) {
   DtVdcDrawType type =
       show ? (everyPanel ? DtVdcCommandShowTemplateAttribute : DtVdcCommandShowAttribute)
            : (everyPanel ? DtVdcCommandHideTemplateAttribute : DtVdcCommandHideAttribute);
-  sendCommand(link, type, idOf(a, "attribute"), idOf(a, "panel"));
+  sendCommand(link, type, objectId(a, "attribute"), objectId(a, "panel"));
   return 0;
 }
 
@@ -71,8 +67,8 @@ int value(const Args& a, Link& link) {
   if (given != 1) a.fail("give exactly one of --number, --graph, --bitmap and --reset");
   // The update on its own: the panel and its template stay as the viewer has them.
   DtVdcAttributeUpdatePdu pdu;
-  pdu.setObjectId(idOf(a, "attribute"));
-  pdu.setGroupId(idOf(a, "panel"));
+  pdu.setObjectId(objectId(a, "attribute"));
+  pdu.setGroupId(objectId(a, "panel"));
   if (a.has("number")) {
     pdu.setType(DtVdcAttributeValueSet);
     pdu.setValueX(a.real("number"));

@@ -52,6 +52,13 @@ DtGlobalObjectDesignatorList entityList(const Args& args, const std::string& nam
 /// The parts of `text` between the separators, empty ones included.
 std::vector<std::string> split(const std::string& text, char separator);
 
+/// The value an optional holds, or null: the form the controller takes its optional
+/// parameters in.
+template <typename T>
+const T* given(const std::optional<T>& value) {
+  return value ? &*value : nullptr;
+}
+
 /// Parses one colour word; false (with `why`) when it is not one.
 bool parseColor(const std::string& word, DtVdcColor& color, std::string& why);
 /// Parses one anchor word; false (with `why`) when it is not one.

@@ -10,11 +10,6 @@ using DtCmdLine::Type;
 
 namespace {
 
-template <typename T>
-const T* given(const std::optional<T>& value) {
-  return value ? &*value : nullptr;
-}
-
 std::optional<DtString> text(const Args& args, const std::string& name) {
   if (!args.has(name)) return std::nullopt;
   return DtString(args.text(name));
