@@ -21,7 +21,8 @@ inline DtVistrelControlPdu* receivedShort(int command, bool current) {
   return DtVistrelControlPdu::createFromBytes(bytes, sizeof bytes, current);
 }
 
-inline const std::vector<Maker>& all() {
+// Every class and command as an application makes them.
+inline const std::vector<Maker>& fresh() {
   static const std::vector<Maker> makers = [] {
     std::vector<Maker> m;
     std::vector<int> commands;
@@ -36,6 +37,15 @@ inline const std::vector<Maker>& all() {
         m.push_back([command] { return DtNewDrawControlPduV0(command); });
     }
     m.push_back([] { return new DtModelessVCPdu; });
+    return m;
+  }();
+  return makers;
+}
+
+// The fresh ones, then received ones cut short after the header.
+inline const std::vector<Maker>& all() {
+  static const std::vector<Maker> makers = [] {
+    std::vector<Maker> m = fresh();
     for (int c : {0,  1,  2,    3,    4,    5,    6,    7,    8,    9,    10,   11,
                   12, 13, 2510, 2520, 2530, 2540, 2550, 2553, 2560, 2570, 2580, 2590})
       for (bool current : {true, false})

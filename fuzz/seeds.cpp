@@ -50,17 +50,7 @@ class Recorder : public DtCustomRemoteControlSender {
 
 std::vector<std::unique_ptr<DtVistrelControlPdu>> everyClass() {
   std::vector<std::unique_ptr<DtVistrelControlPdu>> pdus;
-  std::vector<int> commands;
-  for (int c = 0; c <= 14; ++c) commands.push_back(c);
-  for (int c = 500; c <= 512; ++c) commands.push_back(c);
-  for (int c = 2510; c <= 2590; ++c) commands.push_back(c);
-  for (int c : commands) {
-    const auto command = static_cast<DtViewerCommand>(c);
-    if (DtVistrelControlPdu* p = DtNewVistrelControlPdu(command)) pdus.emplace_back(p);
-    if (c >= 2510)
-      if (DtVistrelControlPdu* p = DtNewDrawControlPduV0(command)) pdus.emplace_back(p);
-  }
-  pdus.emplace_back(new DtModelessVCPdu);
+  for (const pduclasses::Maker& make : pduclasses::fresh()) pdus.emplace_back(make());
   return pdus;
 }
 
