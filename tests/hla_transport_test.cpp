@@ -12,6 +12,7 @@
 #include <RTI/RTIambassador.h>
 
 #include "outputCapture.h"
+#include "peerPdu.h"
 #include "process.h"
 #include "vistrelControl.h"
 #include "wireBytes.h"
@@ -203,14 +204,12 @@ TEST(Connection, BadFederationsFailWithAReason) {
 
 TEST(HubFederation, PduCrossesProcessesByteForByte) {
   if (!vctest::hubAvailable()) GTEST_SKIP() << "built against another RTI: no hub here";
-  std::uint16_t port = 0;
-  auto hub = vctest::startHub(port);
-  std::string url = vctest::hubUrl(port, "Carriage");
-  vctest::ChildProcess peer(vctest::binaryPath("vc_peer"), {url, VC_FDD_FILE, "peer", "v-2"});
+  vctest::HubWithPeer f("Carriage", "v-2");
+  vctest::ChildProcess& peer = f.viewer;
+  ASSERT_TRUE(f.ready()) << peer.transcript();
   std::string line;
-  ASSERT_TRUE(peer.waitForLine("READY", line, 10s)) << peer.transcript();
 
-  DtExerciseConn conn(url.c_str(), "local", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  DtExerciseConn conn(f.url.c_str(), "local", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
   ASSERT_TRUE(conn.connected()) << conn.errorText();
   DtVistrelControlRegister(&conn);
   DtOrbitVCPdu orbit = sampleOrbit();
