@@ -18,7 +18,7 @@
 ///
 /// Each PDU leaves through exactly one transport: the connection if there is one, else
 /// the custom sender. Only the sender id is stamped into it: draw-control PDUs are not
-/// addressed, every viewer that hears them draws, so the constructors' target is not kept.
+/// addressed, every viewer that hears them draws.
 class DT_EXPORT DtVistrelRemoteDrawer {
  public:
   /// "0:0:0": every viewer.
@@ -92,5 +92,7 @@ class DT_EXPORT DtVistrelRemoteDrawer {
   unsigned int nextId_;
   std::map<unsigned int, DtVdcObject*> objects_;
   bool ownsConn_ = false;
+  // Kept as the constructors received it; draw PDUs are never addressed, so no send reads it.
+  DtString target_;
   DtString senderId_;
 };

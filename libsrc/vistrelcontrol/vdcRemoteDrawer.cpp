@@ -28,30 +28,32 @@ DtVdcAttributeGroupObject* asGroup(DtVdcObject* object) {
 
 // ------------------------------------------------------------------ construction
 
-DtVistrelRemoteDrawer::DtVistrelRemoteDrawer(DtExerciseConn* conn, const DtString&,
+DtVistrelRemoteDrawer::DtVistrelRemoteDrawer(DtExerciseConn* conn, const DtString& target,
                                              unsigned int firstId)
-    : conn_(conn), nextId_(firstId), senderId_(conn ? conn->identity() : "") {}
+    : conn_(conn), nextId_(firstId), target_(target), senderId_(conn ? conn->identity() : "") {}
 
 DtVistrelRemoteDrawer::DtVistrelRemoteDrawer(DtCustomRemoteControlSender* sender,
-                                             const DtString& senderId, const DtString&,
+                                             const DtString& senderId, const DtString& target,
                                              unsigned int firstId)
-    : sender_(sender), nextId_(firstId), senderId_(senderId) {}
+    : sender_(sender), nextId_(firstId), target_(target), senderId_(senderId) {}
 
 DtVistrelRemoteDrawer::DtVistrelRemoteDrawer(const char* execName, const char* federateName,
                                              DtFomMapper* mapper, const char* fedFileName,
-                                             const DtString&, unsigned int firstId)
+                                             const DtString& target, unsigned int firstId)
     : conn_(new DtExerciseConn(execName, federateName, mapper, fedFileName)),
       nextId_(firstId),
       ownsConn_(true),
+      target_(target),
       senderId_(federateName) {}
 
 DtVistrelRemoteDrawer::DtVistrelRemoteDrawer(const char* execName, const char* federateName,
                                              const char* fomMapperName, const char* fedFileName,
-                                             void* fomMapperData, const DtString&,
+                                             void* fomMapperData, const DtString& target,
                                              unsigned int firstId)
     : conn_(new DtExerciseConn(execName, federateName, fomMapperName, fedFileName, fomMapperData)),
       nextId_(firstId),
       ownsConn_(true),
+      target_(target),
       senderId_(federateName) {}
 
 // Lowest id first, so the viewer sees the removals in a predictable order.
