@@ -5,6 +5,8 @@
 /// and `height` along z before rotation.
 class DT_EXPORT DtVdcCuboidObject : public DtVdcEllipsoidCuboidBase {
  public:
+  static const DtTaitBryan zeros;
+
   DtVdcCuboidObject(unsigned int id, const DtVdc3DAttachPoint& attachment, double length,
                     double width, double height, const DtVector64& enuOffset,
                     const DtTaitBryan& rotation, DtVdcColor color, bool flashing);

@@ -1,5 +1,7 @@
 #include "vdcCuboidObj.h"
 
+const DtTaitBryan DtVdcCuboidObject::zeros(0.0, 0.0, 0.0);
+
 DtVdcCuboidObject::DtVdcCuboidObject(unsigned int id, const DtVdc3DAttachPoint& attachment,
                                      double length, double width, double height,
                                      const DtVector64& enuOffset, const DtTaitBryan& rotation,

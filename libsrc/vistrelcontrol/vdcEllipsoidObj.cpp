@@ -2,6 +2,8 @@
 
 #include "vdcObjectPdu.h"
 
+const DtTaitBryan DtVdcEllipsoidObject::zeros(0.0, 0.0, 0.0);
+
 DtVdcEllipsoidObject::DtVdcEllipsoidObject(unsigned int id, const DtVdc3DAttachPoint& attachment,
                                            const DtVector64& diameters, const DtVector64& enuOffset,
                                            const DtTaitBryan& rotation, DtVdcColor color,
