@@ -47,6 +47,7 @@ run() {
   else
     echo "valgrind: $t FAILED ($((SECONDS - start)) s); from $log:"
     grep -E '^==[0-9]+== (Invalid|Conditional|Use of|Syscall|Mismatched|Source and|.*definitely lost|   at|   by)' "$log" | head -60
+    grep -E -A8 ': Failure$' "$log" | cut -c1-240 | head -60
     grep -E '^\[  FAILED  \]' "$log" | head -20
     return 1
   fi
