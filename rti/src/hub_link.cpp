@@ -32,6 +32,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::size_t kFlushThreshold = 64 * 1024;
 constexpr auto kFlushDelay = std::chrono::microseconds(500);
 constexpr std::size_t kReadChunk = 64 * 1024;
+constexpr int kReadBurst = 16;
 // How long a request waits for its reply, and a write for the hub to take bytes.
 constexpr auto kReplyTimeout = std::chrono::seconds(15);
 constexpr auto kWriteStallTimeout = std::chrono::seconds(60);
@@ -223,8 +224,11 @@ class HubConnection {
     out_.clear();
   }
 
+  // Reads what the socket holds, but at most kReadBurst chunks: a sender that keeps the
+  // socket full would otherwise keep a slower reader here, its buffer growing without end,
+  // instead of letting it deliver and the hub hold the sender back.
   void readAvailableLocked() {
-    for (;;) {
+    for (int chunks = 0; chunks < kReadBurst; ++chunks) {
       const std::size_t old = rx_.size();
       rx_.resize(old + kReadChunk);
       ssize_t n = ::recv(fd_, rx_.data() + old, kReadChunk, 0);
