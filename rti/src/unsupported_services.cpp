@@ -6,24 +6,6 @@ void UnsupportedServices::notSupported(const wchar_t* operation) {
   throw RTIinternalError(std::wstring(operation) + L" is not supported by this RTI");
 }
 
-void UnsupportedServices::createFederationExecution(std::wstring const&, std::wstring const&) {
-  notSupported(L"createFederationExecution");
-}
-
-void UnsupportedServices::destroyFederationExecution(std::wstring const&) {
-  notSupported(L"destroyFederationExecution");
-}
-
-FederateHandle UnsupportedServices::joinFederationExecution(std::wstring const&,
-                                                            std::wstring const&,
-                                                            FederateAmbassador&) {
-  notSupported(L"joinFederationExecution");
-}
-
-void UnsupportedServices::resignFederationExecution(ResignAction) {
-  notSupported(L"resignFederationExecution");
-}
-
 void UnsupportedServices::registerFederationSynchronizationPoint(std::wstring const&,
                                                                  VariableLengthData const&) {
   notSupported(L"registerFederationSynchronizationPoint");
@@ -93,14 +75,6 @@ void UnsupportedServices::unpublishObjectClassAttributes(ObjectClassHandle,
   notSupported(L"unpublishObjectClassAttributes");
 }
 
-void UnsupportedServices::publishInteractionClass(InteractionClassHandle) {
-  notSupported(L"publishInteractionClass");
-}
-
-void UnsupportedServices::unpublishInteractionClass(InteractionClassHandle) {
-  notSupported(L"unpublishInteractionClass");
-}
-
 void UnsupportedServices::subscribeObjectClassAttributes(ObjectClassHandle,
                                                          AttributeHandleSet const&, bool) {
   notSupported(L"subscribeObjectClassAttributes");
@@ -113,14 +87,6 @@ void UnsupportedServices::unsubscribeObjectClass(ObjectClassHandle) {
 void UnsupportedServices::unsubscribeObjectClassAttributes(ObjectClassHandle,
                                                            AttributeHandleSet const&) {
   notSupported(L"unsubscribeObjectClassAttributes");
-}
-
-void UnsupportedServices::subscribeInteractionClass(InteractionClassHandle, bool) {
-  notSupported(L"subscribeInteractionClass");
-}
-
-void UnsupportedServices::unsubscribeInteractionClass(InteractionClassHandle) {
-  notSupported(L"unsubscribeInteractionClass");
 }
 
 void UnsupportedServices::reserveObjectInstanceName(std::wstring const&) {
@@ -147,11 +113,6 @@ MessageRetractionHandle UnsupportedServices::updateAttributeValues(ObjectInstanc
                                                                    VariableLengthData const&,
                                                                    LogicalTime const&) {
   notSupported(L"updateAttributeValues");
-}
-
-void UnsupportedServices::sendInteraction(InteractionClassHandle, ParameterHandleValueMap const&,
-                                          VariableLengthData const&) {
-  notSupported(L"sendInteraction");
 }
 
 MessageRetractionHandle UnsupportedServices::sendInteraction(InteractionClassHandle,
@@ -396,39 +357,6 @@ void UnsupportedServices::requestAttributeValueUpdateWithRegions(
   notSupported(L"requestAttributeValueUpdateWithRegions");
 }
 
-ObjectClassHandle UnsupportedServices::getObjectClassHandle(std::wstring const&) {
-  notSupported(L"getObjectClassHandle");
-}
-
-std::wstring UnsupportedServices::getObjectClassName(ObjectClassHandle) {
-  notSupported(L"getObjectClassName");
-}
-
-AttributeHandle UnsupportedServices::getAttributeHandle(ObjectClassHandle, std::wstring const&) {
-  notSupported(L"getAttributeHandle");
-}
-
-std::wstring UnsupportedServices::getAttributeName(ObjectClassHandle, AttributeHandle) {
-  notSupported(L"getAttributeName");
-}
-
-InteractionClassHandle UnsupportedServices::getInteractionClassHandle(std::wstring const&) {
-  notSupported(L"getInteractionClassHandle");
-}
-
-std::wstring UnsupportedServices::getInteractionClassName(InteractionClassHandle) {
-  notSupported(L"getInteractionClassName");
-}
-
-ParameterHandle UnsupportedServices::getParameterHandle(InteractionClassHandle,
-                                                        std::wstring const&) {
-  notSupported(L"getParameterHandle");
-}
-
-std::wstring UnsupportedServices::getParameterName(InteractionClassHandle, ParameterHandle) {
-  notSupported(L"getParameterName");
-}
-
 ObjectInstanceHandle UnsupportedServices::getObjectInstanceHandle(std::wstring const&) {
   notSupported(L"getObjectInstanceHandle");
 }
@@ -461,22 +389,6 @@ ObjectClassHandle UnsupportedServices::getKnownObjectClassHandle(ObjectInstanceH
 DimensionHandleSet UnsupportedServices::getAvailableDimensionsForInteractionClass(
     InteractionClassHandle) {
   notSupported(L"getAvailableDimensionsForInteractionClass");
-}
-
-TransportationType UnsupportedServices::getTransportationType(std::wstring const&) {
-  notSupported(L"getTransportationType");
-}
-
-std::wstring UnsupportedServices::getTransportationName(TransportationType) {
-  notSupported(L"getTransportationName");
-}
-
-OrderType UnsupportedServices::getOrderType(std::wstring const&) {
-  notSupported(L"getOrderType");
-}
-
-std::wstring UnsupportedServices::getOrderName(OrderType) {
-  notSupported(L"getOrderName");
 }
 
 void UnsupportedServices::enableObjectClassRelevanceAdvisorySwitch() {
@@ -521,69 +433,6 @@ RangeBounds UnsupportedServices::getRangeBounds(RegionHandle, DimensionHandle) {
 
 void UnsupportedServices::setRangeBounds(RegionHandle, DimensionHandle, RangeBounds const&) {
   notSupported(L"setRangeBounds");
-}
-
-unsigned long UnsupportedServices::normalizeFederateHandle(FederateHandle) {
-  notSupported(L"normalizeFederateHandle");
-}
-
-unsigned long UnsupportedServices::normalizeServiceGroup(ServiceGroupIndicator) {
-  notSupported(L"normalizeServiceGroup");
-}
-
-bool UnsupportedServices::evokeCallback(double) {
-  notSupported(L"evokeCallback");
-}
-
-bool UnsupportedServices::evokeMultipleCallbacks(double, double) {
-  notSupported(L"evokeMultipleCallbacks");
-}
-
-void UnsupportedServices::enableCallbacks() {
-  notSupported(L"enableCallbacks");
-}
-
-void UnsupportedServices::disableCallbacks() {
-  notSupported(L"disableCallbacks");
-}
-
-FederateHandle UnsupportedServices::decodeFederateHandle(VariableLengthData const&) const {
-  notSupported(L"decodeFederateHandle");
-}
-
-ObjectClassHandle UnsupportedServices::decodeObjectClassHandle(VariableLengthData const&) const {
-  notSupported(L"decodeObjectClassHandle");
-}
-
-InteractionClassHandle UnsupportedServices::decodeInteractionClassHandle(
-    VariableLengthData const&) const {
-  notSupported(L"decodeInteractionClassHandle");
-}
-
-ObjectInstanceHandle UnsupportedServices::decodeObjectInstanceHandle(
-    VariableLengthData const&) const {
-  notSupported(L"decodeObjectInstanceHandle");
-}
-
-AttributeHandle UnsupportedServices::decodeAttributeHandle(VariableLengthData const&) const {
-  notSupported(L"decodeAttributeHandle");
-}
-
-ParameterHandle UnsupportedServices::decodeParameterHandle(VariableLengthData const&) const {
-  notSupported(L"decodeParameterHandle");
-}
-
-DimensionHandle UnsupportedServices::decodeDimensionHandle(VariableLengthData const&) const {
-  notSupported(L"decodeDimensionHandle");
-}
-
-MessageRetractionHandle UnsupportedServices::decodeMessageRetractionHandle(
-    VariableLengthData const&) const {
-  notSupported(L"decodeMessageRetractionHandle");
-}
-
-RegionHandle UnsupportedServices::decodeRegionHandle(VariableLengthData const&) const {
-  notSupported(L"decodeRegionHandle");
 }
 
 }  // namespace vcrti

@@ -1,6 +1,6 @@
-// Every service of the API, each refusing with RTIinternalError. The ambassador derives
-// from this and overrides the services that this RTI provides, so an operation it lacks
-// fails loudly and by name instead of silently doing nothing.
+// The services of the API that this RTI does not provide, each refusing with
+// RTIinternalError, so that an operation it lacks fails loudly and by name instead of
+// silently doing nothing. The ambassador derives from this and provides all the others.
 #ifndef VCRTI_UNSUPPORTED_SERVICES_H
 #define VCRTI_UNSUPPORTED_SERVICES_H
 
@@ -12,13 +12,6 @@ using namespace rti1516;
 
 class UnsupportedServices : public RTIambassador {
  public:
-  void createFederationExecution(std::wstring const& federationExecutionName,
-                                 std::wstring const& fullPathNameToTheFDDfile) override;
-  void destroyFederationExecution(std::wstring const& federationExecutionName) override;
-  FederateHandle joinFederationExecution(std::wstring const& federateType,
-                                         std::wstring const& federationExecutionName,
-                                         FederateAmbassador& federateAmbassador) override;
-  void resignFederationExecution(ResignAction resignAction) override;
   void registerFederationSynchronizationPoint(
       std::wstring const& label, VariableLengthData const& theUserSuppliedTag) override;
   void registerFederationSynchronizationPoint(std::wstring const& label,
@@ -40,16 +33,12 @@ class UnsupportedServices : public RTIambassador {
   void unpublishObjectClass(ObjectClassHandle theClass) override;
   void unpublishObjectClassAttributes(ObjectClassHandle theClass,
                                       AttributeHandleSet const& attributeList) override;
-  void publishInteractionClass(InteractionClassHandle theInteraction) override;
-  void unpublishInteractionClass(InteractionClassHandle theInteraction) override;
   void subscribeObjectClassAttributes(ObjectClassHandle theClass,
                                       AttributeHandleSet const& attributeList,
                                       bool active) override;
   void unsubscribeObjectClass(ObjectClassHandle theClass) override;
   void unsubscribeObjectClassAttributes(ObjectClassHandle theClass,
                                         AttributeHandleSet const& attributeList) override;
-  void subscribeInteractionClass(InteractionClassHandle theClass, bool active) override;
-  void unsubscribeInteractionClass(InteractionClassHandle theClass) override;
   void reserveObjectInstanceName(std::wstring const& theObjectInstanceName) override;
   ObjectInstanceHandle registerObjectInstance(ObjectClassHandle theClass) override;
   ObjectInstanceHandle registerObjectInstance(ObjectClassHandle theClass,
@@ -61,9 +50,6 @@ class UnsupportedServices : public RTIambassador {
                                                 AttributeHandleValueMap const& theAttributeValues,
                                                 VariableLengthData const& theUserSuppliedTag,
                                                 LogicalTime const& theTime) override;
-  void sendInteraction(InteractionClassHandle theInteraction,
-                       ParameterHandleValueMap const& theParameterValues,
-                       VariableLengthData const& theUserSuppliedTag) override;
   MessageRetractionHandle sendInteraction(InteractionClassHandle theInteraction,
                                           ParameterHandleValueMap const& theParameterValues,
                                           VariableLengthData const& theUserSuppliedTag,
@@ -170,17 +156,6 @@ class UnsupportedServices : public RTIambassador {
   void requestAttributeValueUpdateWithRegions(
       ObjectClassHandle theClass, AttributeHandleSetRegionHandleSetPairVector const& theSet,
       VariableLengthData const& theUserSuppliedTag) override;
-  ObjectClassHandle getObjectClassHandle(std::wstring const& theName) override;
-  std::wstring getObjectClassName(ObjectClassHandle theHandle) override;
-  AttributeHandle getAttributeHandle(ObjectClassHandle whichClass,
-                                     std::wstring const& theAttributeName) override;
-  std::wstring getAttributeName(ObjectClassHandle whichClass, AttributeHandle theHandle) override;
-  InteractionClassHandle getInteractionClassHandle(std::wstring const& theName) override;
-  std::wstring getInteractionClassName(InteractionClassHandle theHandle) override;
-  ParameterHandle getParameterHandle(InteractionClassHandle whichClass,
-                                     std::wstring const& theName) override;
-  std::wstring getParameterName(InteractionClassHandle whichClass,
-                                ParameterHandle theHandle) override;
   ObjectInstanceHandle getObjectInstanceHandle(std::wstring const& theName) override;
   std::wstring getObjectInstanceName(ObjectInstanceHandle theHandle) override;
   DimensionHandle getDimensionHandle(std::wstring const& theName) override;
@@ -191,10 +166,6 @@ class UnsupportedServices : public RTIambassador {
   ObjectClassHandle getKnownObjectClassHandle(ObjectInstanceHandle theObject) override;
   DimensionHandleSet getAvailableDimensionsForInteractionClass(
       InteractionClassHandle theClass) override;
-  TransportationType getTransportationType(std::wstring const& transportationName) override;
-  std::wstring getTransportationName(TransportationType transportationType) override;
-  OrderType getOrderType(std::wstring const& orderName) override;
-  std::wstring getOrderName(OrderType orderType) override;
   void enableObjectClassRelevanceAdvisorySwitch() override;
   void disableObjectClassRelevanceAdvisorySwitch() override;
   void enableAttributeRelevanceAdvisorySwitch() override;
@@ -208,25 +179,6 @@ class UnsupportedServices : public RTIambassador {
                              DimensionHandle theDimensionHandle) override;
   void setRangeBounds(RegionHandle theRegionHandle, DimensionHandle theDimensionHandle,
                       RangeBounds const& theRangeBounds) override;
-  unsigned long normalizeFederateHandle(FederateHandle theFederateHandle) override;
-  unsigned long normalizeServiceGroup(ServiceGroupIndicator theServiceGroup) override;
-  bool evokeCallback(double approximateMinimumTimeInSeconds) override;
-  bool evokeMultipleCallbacks(double approximateMinimumTimeInSeconds,
-                              double approximateMaximumTimeInSeconds) override;
-  void enableCallbacks() override;
-  void disableCallbacks() override;
-  FederateHandle decodeFederateHandle(VariableLengthData const& encodedValue) const override;
-  ObjectClassHandle decodeObjectClassHandle(VariableLengthData const& encodedValue) const override;
-  InteractionClassHandle decodeInteractionClassHandle(
-      VariableLengthData const& encodedValue) const override;
-  ObjectInstanceHandle decodeObjectInstanceHandle(
-      VariableLengthData const& encodedValue) const override;
-  AttributeHandle decodeAttributeHandle(VariableLengthData const& encodedValue) const override;
-  ParameterHandle decodeParameterHandle(VariableLengthData const& encodedValue) const override;
-  DimensionHandle decodeDimensionHandle(VariableLengthData const& encodedValue) const override;
-  MessageRetractionHandle decodeMessageRetractionHandle(
-      VariableLengthData const& encodedValue) const override;
-  RegionHandle decodeRegionHandle(VariableLengthData const& encodedValue) const override;
 
  protected:
   [[noreturn]] static void notSupported(const wchar_t* operation);
