@@ -4,16 +4,10 @@
 #include <vector>
 
 #include "dtPdu.h"
+#include "kindPdu.h"
 #include "wireBytes.h"
 
 namespace {
-
-class KindPdu : public DtPdu {
- public:
-  explicit KindPdu(int length, DtBufferPlaceHolder* holder = nullptr) { initPdu(length, holder); }
-  KindPdu(const void* bytes, size_t available) { initPdu(bytes, available, nullptr, nullptr); }
-  int internalGetPduKind() const override { return 77; }
-};
 
 TEST(PduHeader, FreshPduHasKindLengthAndZeroBody) {
   KindPdu pdu(196);

@@ -10,17 +10,10 @@
 #include <vector>
 
 #include "dtPdu.h"
+#include "kindPdu.h"
 #include "wireBytes.h"
 
 namespace {
-
-class KindPdu : public DtPdu {
- public:
-  explicit KindPdu(int length, DtBufferPlaceHolder* holder = nullptr) { initPdu(length, holder); }
-  KindPdu(const void* bytes, size_t available) { initPdu(bytes, available, nullptr, nullptr); }
-  int internalGetPduKind() const override { return 77; }
-  unsigned char* exposed(size_t offset, size_t count) const { return writableBytes(offset, count); }
-};
 
 // Reads without asking for write access, which would count as writing everything.
 const char* bytesOf(const DtBaseMsg& m) {
