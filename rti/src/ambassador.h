@@ -27,6 +27,8 @@ class Ambassador final : public UnsupportedServices {
   void unpublishInteractionClass(InteractionClassHandle theInteraction) override;
   void subscribeInteractionClass(InteractionClassHandle theClass, bool active) override;
   void unsubscribeInteractionClass(InteractionClassHandle theClass) override;
+  // The time-stamped form stays the refusing one.
+  using UnsupportedServices::sendInteraction;
   void sendInteraction(InteractionClassHandle theInteraction,
                        ParameterHandleValueMap const& theParameterValues,
                        VariableLengthData const& theUserSuppliedTag) override;
