@@ -206,6 +206,10 @@ class DT_EXPORT DtVistrelRemoteController {
   void sendModeless(const DtGlobalObjectDesignatorList* toAdd, int removeCount,
                     const DtGlobalObjectDesignatorList* toRemove, unsigned long flags) const;
 
+  // The records that a delivery under way still has to call; one per nested delivery.
+  struct Delivery;
+  void forget(const CbStruct* record) const;
+
   DtString controllerId_;
   DtString targetId_;
   DtList* callbacks_;
@@ -213,4 +217,6 @@ class DT_EXPORT DtVistrelRemoteController {
   DtCustomRemoteControlSender* sender_ = nullptr;
   bool ownsConn_ = false;
   bool ignoreOwnCommands_ = true;
+  // The innermost delivery under way, null outside processVistrelControl().
+  mutable Delivery* delivery_ = nullptr;
 };

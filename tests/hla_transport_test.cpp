@@ -151,6 +151,44 @@ TEST(Interaction, HoldsItsOwnCopyOfThePdu) {
   EXPECT_EQ(dynamic_cast<const DtVdcLinePduV0*>(inter.vcPdu()), nullptr);
 }
 
+TEST(Interaction, ReloadingItsOwnPduKeepsItsBytes) {
+  // The argument is the held PDU itself (or its bytes): it must be read before it goes.
+  DtGroupVCPdu group;  // variable length: a stale length would show
+  group.setNumEntitiesToAdd(2);
+  group.setEntityToAdd(1, "second");
+  group.setSenderId("self");
+  const std::vector<char> bytes(group.packet(), group.packet() + group.length());
+  DtVistrelControlInteraction inter;
+  inter.setVcPdu(group);
+  inter.setVcPdu(*inter.vcPdu());
+  ASSERT_NE(dynamic_cast<const DtGroupVCPdu*>(inter.vcPdu()), nullptr);
+  EXPECT_EQ(
+      std::vector<char>(inter.vcPdu()->packet(), inter.vcPdu()->packet() + inter.vcPdu()->length()),
+      bytes);
+  inter.setFromNetPacket(reinterpret_cast<const DtNetPduHeader*>(inter.vcPdu()->packet()));
+  ASSERT_NE(inter.vcPdu(), nullptr);
+  EXPECT_EQ(
+      std::vector<char>(inter.vcPdu()->packet(), inter.vcPdu()->packet() + inter.vcPdu()->length()),
+      bytes);
+}
+
+TEST(ObjectModel, RegisteringWithoutAnObjectModelSaysWhy) {
+  OutputCapture warn(DtWarn);
+  DtVistrelControlRegister(nullptr);
+  EXPECT_EQ(warn.text(),
+            "Can't add decoders and encoders for interaction class ViewControl: "
+            "no exercise connection given.\n");
+  warn.clear();
+  DtExerciseConn unjoined("thread://NeverJoined", "a", static_cast<DtFomMapper*>(nullptr),
+                          "/nonexistent/fdd.xml");
+  warn.clear();
+  DtVistrelControlRegister(&unjoined);
+  EXPECT_EQ(warn.text(),
+            "Can't add decoders and encoders for interaction class ViewControl: "
+            "the connection has not joined a federation.\n");
+  EXPECT_EQ(unjoined.interactionCreator("ViewControl"), nullptr);  // nothing registered
+}
+
 TEST(ObjectModel, WithoutViewControlRegistrationWarnsAndNothingIsSent) {
   std::string fdd = std::string(VC_BINARY_DIR) + "/no_viewcontrol_fdd.xml";
   std::ofstream(fdd) << R"(<?xml version="1.0"?>

@@ -65,11 +65,20 @@ TEST(Exceptions, TextCarriesPrefixFunctionAndFile) {
     DT_THROW("vdc object not found");
     FAIL();
   } catch (const DtException& e) {
-    EXPECT_STREQ(e.what(), "DtException: vdc object not found");
     EXPECT_EQ(e.message(), "vdc object not found");
     EXPECT_NE(e.function().find("TestBody"), std::string::npos);
     EXPECT_EQ(e.file(), "toolkit_util_test");
+    EXPECT_EQ(std::string(e.what()), "DtException: vdc object not found (thrown by " +
+                                         e.function() + " in toolkit_util_test)");
   }
+  // Without a place, the text is the message alone; the base name drops the directory
+  // and only the last extension.
+  EXPECT_STREQ(DtException("bare").what(), "DtException: bare");
+  DtException placed("m", "void f(int)", "/a.b/dir/vdcColor.cpp");
+  EXPECT_EQ(placed.file(), "vdcColor");
+  EXPECT_STREQ(placed.what(), "DtException: m (thrown by void f(int) in vdcColor)");
+  EXPECT_STREQ(DtException("m", "", "x/vdcAttGroup.cpp").what(),
+               "DtException: m (thrown in vdcAttGroup)");
 }
 
 TEST(Lists, OutOfRangeGivesNullAndRemoveTakesTheFirst) {

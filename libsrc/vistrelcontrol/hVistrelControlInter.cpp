@@ -66,14 +66,18 @@ const DtVistrelControlPdu* DtVistrelControlInteraction::vcPdu() const {
   return pdu_;
 }
 
+// Both setters make the new PDU before letting the old one go: the argument may be the
+// held PDU itself, or its bytes (inter.setVcPdu(*inter.vcPdu())).
 void DtVistrelControlInteraction::setVcPdu(const DtVistrelControlPdu& pdu) {
+  DtVistrelControlPdu* copy = copyOf(pdu);
   delete pdu_;
-  pdu_ = copyOf(pdu);
+  pdu_ = copy;
 }
 
 void DtVistrelControlInteraction::setFromNetPacket(const DtNetPduHeader* bytes) {
+  DtVistrelControlPdu* made = DtVistrelControlPdu::createFromNet(bytes, nullptr, nullptr);
   delete pdu_;
-  pdu_ = DtVistrelControlPdu::createFromNet(bytes, nullptr, nullptr);
+  pdu_ = made;
 }
 
 void DtVistrelControlInteraction::addCallback(DtExerciseConn* conn, Callback cb, void* usr) {

@@ -85,6 +85,30 @@ constexpr unsigned long kAttached = 0x100000;
 constexpr unsigned long kTracked = 0x200000;
 }  // namespace
 
+// A delivery calls the records that matched when the PDU came, in order. Removing a
+// record (or deleting the controller) from inside a callback blanks it here first, so it
+// is never called after its user data may have been freed; records added meanwhile are
+// not in the list and wait for the next PDU.
+struct DtVistrelRemoteController::Delivery {
+  static constexpr int kInline = 8;
+  Delivery* outer = nullptr;
+  bool controllerGone = false;
+  int count = 0;
+  const CbStruct* few[kInline];
+  std::vector<const CbStruct*> more;
+
+  const CbStruct*& at(int i) {
+    return i < kInline ? few[i] : more[static_cast<size_t>(i - kInline)];
+  }
+  void add(const CbStruct* record) {
+    if (count < kInline)
+      few[count] = record;
+    else
+      more.push_back(record);
+    ++count;
+  }
+};
+
 // ------------------------------------------------------------------ construction
 
 DtVistrelRemoteController::DtVistrelRemoteController(DtCustomRemoteControlSender* sender,
@@ -123,6 +147,8 @@ void DtVistrelRemoteController::connect() {
 }
 
 DtVistrelRemoteController::~DtVistrelRemoteController() {
+  // Deleted by one of our own callbacks: the deliveries under way stop calling.
+  for (Delivery* d = delivery_; d; d = d->outer) d->controllerGone = true;
   if (conn_) DtVistrelControlInteraction::removeCallback(conn_, &processVistrelControlCb, this);
   for (int i = 0; i < callbacks_->count(); ++i) delete static_cast<CbStruct*>(callbacks_->nth(i));
   delete callbacks_;
@@ -154,6 +180,7 @@ void DtVistrelRemoteController::removeViewModeChangeCallback(DtViewModeChangeCal
   for (int i = callbacks_->count() - 1; i >= 0; --i) {
     auto* record = static_cast<CbStruct*>(callbacks_->nth(i));
     if (record->callback == cb && record->usr == usr && record->viewerId == viewerId) {
+      forget(record);
       callbacks_->remove(record);
       delete record;
     }
@@ -192,35 +219,45 @@ void DtVistrelRemoteController::processVistrelControlCb(DtVistrelControlInteract
   if (controller) static_cast<DtVistrelRemoteController*>(controller)->processVistrelControl(inter);
 }
 
+void DtVistrelRemoteController::forget(const CbStruct* record) const {
+  for (Delivery* d = delivery_; d; d = d->outer)
+    for (int i = 0; i < d->count; ++i)
+      if (d->at(i) == record) d->at(i) = nullptr;
+}
+
 void DtVistrelRemoteController::processVistrelControl(DtVistrelControlInteraction* inter) const {
   // An interaction whose bytes were not a control PDU holds none: nothing to report.
   const DtVistrelControlPdu* pdu = inter ? inter->vcPdu() : nullptr;
   if (!pdu) return;
-  if (ignoreOwnCommands_ && designatorIs(*pdu, DtVistrelControlPdu::kSenderIdOffset, controllerId_))
+  // Through the accessor: a subclass that names itself otherwise stamps that name on
+  // what it sends, so that is the name its echoes carry.
+  if (ignoreOwnCommands_ &&
+      designatorIs(*pdu, DtVistrelControlPdu::kSenderIdOffset, controllerId()))
     return;
-  // A callback may add or remove records: call the ones registered when the PDU came.
-  struct Call {
-    DtViewModeChangeCallback callback;
-    void* usr;
-  };
-  constexpr int kInline = 8;
-  Call few[kInline];
-  std::vector<Call> more;
-  int matching = 0;
+  Delivery delivery;
   for (int i = 0; i < callbacks_->count(); ++i) {
     auto* record = static_cast<const CbStruct*>(callbacks_->nth(i));
-    if (record->viewerId != SEND_TO_ALL &&
-        !designatorIs(*pdu, DtVistrelControlPdu::kViewerIdOffset, record->viewerId))
-      continue;
-    if (matching < kInline)
-      few[matching] = Call{record->callback, record->usr};
-    else
-      more.push_back(Call{record->callback, record->usr});
-    ++matching;
+    if (record->viewerId == SEND_TO_ALL ||
+        designatorIs(*pdu, DtVistrelControlPdu::kViewerIdOffset, record->viewerId))
+      delivery.add(record);
   }
-  for (int i = 0; i < matching; ++i) {
-    const Call& call = i < kInline ? few[i] : more[static_cast<size_t>(i - kInline)];
-    call.callback(*pdu, call.usr);
+  // Unwound however the walk ends, unless the controller (and with it delivery_) is gone.
+  struct Active {
+    Delivery& d;
+    Delivery*& top;
+    Active(Delivery& delivery, Delivery*& innermost) : d(delivery), top(innermost) {
+      d.outer = top;
+      top = &d;
+    }
+    ~Active() {
+      if (!d.controllerGone) top = d.outer;
+    }
+  } active(delivery, delivery_);
+  for (int i = 0; i < delivery.count; ++i) {
+    const CbStruct* record = delivery.at(i);
+    if (!record) continue;
+    record->callback(*pdu, record->usr);
+    if (delivery.controllerGone) return;
   }
 }
 

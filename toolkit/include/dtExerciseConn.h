@@ -102,11 +102,15 @@ class DT_EXPORT DtExerciseConn {
  private:
   class Ambassador;
   using Invoker = void (*)(void (*fn)(), DtInteraction* inter, void* usr);
+  // Each registration has its own serial, never reused: a delivery under way tells by it
+  // whether a callback it is about to call is still registered, even when the same
+  // function and user data were removed and registered again in the meantime.
   struct CallbackEntry {
     std::string className;
     void (*fn)();
     Invoker invoke;
     void* usr;
+    unsigned long long serial;
   };
   // What deliver() does with the interactions of one class, worked out on the first
   // one: the creator and the callbacks whose class names the object model maps to the
@@ -115,6 +119,7 @@ class DT_EXPORT DtExerciseConn {
     void (*fn)();
     Invoker invoke;
     void* usr;
+    unsigned long long serial;
   };
   struct Route {
     rti1516::InteractionClassHandle handle;
@@ -151,6 +156,7 @@ class DT_EXPORT DtExerciseConn {
                const rti1516::ParameterHandleValueMap& values);
   /// False when the object model has no description for the class.
   bool buildRoute(rti1516::InteractionClassHandle handle, Route& route);
+  bool stillRegistered(unsigned long long serial) const;
   void fail(const std::string& why);
 
   std::string execName_;
@@ -167,6 +173,10 @@ class DT_EXPORT DtExerciseConn {
   std::map<rti1516::InteractionClassHandle, std::unique_ptr<DtInteractionEncoder>> encoders_;
   std::map<std::string, Creator> creators_;
   std::vector<CallbackEntry> callbacks_;
+  unsigned long long nextSerial_ = 0;
+  // Counts removals, so that a delivery looks its callbacks up again only when one of
+  // them (or anything it called) removed a callback.
+  unsigned long long removals_ = 0;
   std::map<rti1516::InteractionClassHandle, bool> published_;
   std::map<rti1516::InteractionClassHandle, int> subscribed_;  // callbacks per class
   rti1516::ParameterHandleValueMap sendValues_;

@@ -186,7 +186,7 @@ void DtExerciseConn::removeInteractionCallback(const char* className, Callback c
 
 void DtExerciseConn::addTypedCallback(const char* className, void (*fn)(), Invoker invoke,
                                       void* usr) {
-  callbacks_.push_back(CallbackEntry{text(className), fn, invoke, usr});
+  callbacks_.push_back(CallbackEntry{text(className), fn, invoke, usr, nextSerial_++});
   routesStale_ = true;
   DtInterClassDesc* desc = mapper_ ? mapper_->interClassDesc(className) : nullptr;
   if (!desc || !connected()) return;
@@ -208,6 +208,7 @@ void DtExerciseConn::removeTypedCallback(const char* className, void (*fn)(), vo
   });
   if (it == callbacks_.end()) return;
   callbacks_.erase(it);
+  ++removals_;
   routesStale_ = true;
   DtInterClassDesc* desc = mapper_ ? mapper_->interClassDesc(className) : nullptr;
   if (!desc) return;
@@ -260,9 +261,15 @@ bool DtExerciseConn::buildRoute(rti1516::InteractionClassHandle handle, Route& r
   route.targets.clear();
   for (const CallbackEntry& e : callbacks_) {
     DtInterClassDesc* d = mapper_->interClassDesc(e.className.c_str());
-    if (d && d->handle() == handle) route.targets.push_back(Target{e.fn, e.invoke, e.usr});
+    if (d && d->handle() == handle)
+      route.targets.push_back(Target{e.fn, e.invoke, e.usr, e.serial});
   }
   return true;
+}
+
+bool DtExerciseConn::stillRegistered(unsigned long long serial) const {
+  return std::any_of(callbacks_.begin(), callbacks_.end(),
+                     [serial](const CallbackEntry& e) { return e.serial == serial; });
 }
 
 void DtExerciseConn::deliver(rti1516::InteractionClassHandle handle,
@@ -274,7 +281,9 @@ void DtExerciseConn::deliver(rti1516::InteractionClassHandle handle,
   } depth(delivering_);
   // A callback may add or remove callbacks (itself included) while we walk: what it
   // changes only marks the routes stale, so the walk goes on over the callbacks that
-  // were registered when the interaction came.
+  // were registered when the interaction came, minus those removed since. Removal is
+  // how an object that goes away (a controller deleted by another one's callback) tells
+  // us never to call it again: its user data may already be freed.
   const Route* route = nullptr;
   Route own;
   if (delivering_ == 1) {
@@ -302,6 +311,10 @@ void DtExerciseConn::deliver(rti1516::InteractionClassHandle handle,
     if (dec) addDecoder(handle, dec);
   }
   if (dec) dec->decode(inter.get(), values);
-  for (const Target& t : route->targets) t.invoke(t.fn, inter.get(), t.usr);
+  const unsigned long long removalsBefore = removals_;
+  for (const Target& t : route->targets) {
+    if (removals_ != removalsBefore && !stillRegistered(t.serial)) continue;
+    t.invoke(t.fn, inter.get(), t.usr);
+  }
   if (!route->targets.empty()) ++delivered_;
 }

@@ -7,6 +7,17 @@ std::string baseName(const std::string& path) {
   size_t dot = name.find_last_of('.');
   return dot == std::string::npos ? name : name.substr(0, dot);
 }
+
+// One line that says what went wrong and where, for a what() printed on its own.
+std::string fullText(const std::string& message, const std::string& function,
+                     const std::string& file) {
+  std::string text = "DtException: " + message;
+  if (function.empty() && file.empty()) return text;
+  text += " (thrown";
+  if (!function.empty()) text += " by " + function;
+  if (!file.empty()) text += " in " + file;
+  return text + ")";
+}
 }  // namespace
 
 DtException::DtException(const std::string& message, const std::string& function,
@@ -14,4 +25,4 @@ DtException::DtException(const std::string& message, const std::string& function
     : message_(message),
       function_(function),
       file_(baseName(file)),
-      text_("DtException: " + message) {}
+      text_(fullText(message_, function_, file_)) {}
