@@ -318,7 +318,7 @@ class StoppedSubscriber : public Faults {
  protected:
   static constexpr long kQueueLimit = 1 << 20;
   std::vector<std::string> hubArgs() const override {
-    return {"--queue-limit", std::to_string(kQueueLimit), "--stall-timeout", "2"};
+    return {"--queue-limit", std::to_string(kQueueLimit), "--max-delay", "2000"};
   }
 };
 

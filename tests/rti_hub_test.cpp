@@ -296,7 +296,7 @@ TEST_F(Hub, JoinedClientSendingAnUnknownClassIsDroppedAndResigned) {
 class SlowSubscriber : public Hub {
  protected:
   std::vector<std::string> hubArgs() const override {
-    return {"--queue-limit", "65536", "--stall-timeout", "1"};
+    return {"--queue-limit", "65536", "--max-delay", "1000"};
   }
 };
 
@@ -338,7 +338,8 @@ TEST(HubCommandLine, HelpNamesTheOptionsAndDefaultPort) {
   while (help.readLine(line, seconds(5))) all += line + "\n";
   EXPECT_EQ(help.wait(seconds(5)), 0);
   for (const char* word :
-       {"--listen", "15160", "--queue-limit", "--stall-timeout", "SIGTERM", "127.0.0.1"})
+       {"--listen", "15160", "--queue-limit", "--max-delay", "--frame-timeout", "--max-clients",
+        "--max-per-address", "--federation-memory", "--federation-expiry", "SIGTERM", "127.0.0.1"})
     EXPECT_NE(all.find(word), std::string::npos) << word;
 }
 

@@ -13,52 +13,110 @@ namespace vcrti::hub {
 namespace {
 using Clock = std::chrono::steady_clock;
 constexpr std::size_t kReadChunk = 64 * 1024;
-// Federations outlive the clients that create them, so what they hold is bounded for the
-// hub as a whole: names, object models and their indexes together.
-constexpr std::size_t kFederationBudget = 256u << 20;
+// Reads from one client in a row before the others get their turn.
+constexpr int kReadsPerTurn = 8;
+// Buffers larger than this are given back once they are empty, so that an idle client
+// costs its socket and little else.
+constexpr std::size_t kKeptBuffer = 256 * 1024;
+// Incomplete frames of all clients together. Past it the client whose frame has waited
+// longest is dropped: a federate sends a frame in one go, so the oldest one is the
+// likeliest to be stuck.
+constexpr std::size_t kPartialBudget = 32u << 20;
 constexpr std::size_t kFederationOverhead = 1024;
+// How often the time limits are checked; each may be passed by at most this much.
+constexpr auto kTick = std::chrono::milliseconds(100);
 
 // What a federation costs the hub: its name and file name, the model as sent, and the
-// tables indexing it (full names and inherited member lists).
+// tables indexing it (full names, inherited member lists, the class tree and the routes).
 std::size_t costOf(const std::string& name, std::string_view file, std::size_t modelBytes,
                    const FddTree& tree) {
   std::size_t cost = kFederationOverhead + name.size() + file.size() + modelBytes;
   for (const FddClass& c : tree.classes)
     cost += sizeof(FddClass) + (c.name.size() + c.qualified.size()) * sizeof(wchar_t) +
-            (c.declared.size() + c.all.size()) * sizeof(std::uint32_t);
+            (c.declared.size() + c.all.size() + 1) * sizeof(std::uint32_t) +
+            2 * sizeof(std::vector<int>);
   for (const FddMember& m : tree.members)
     cost += sizeof(FddMember) + m.name.size() * sizeof(wchar_t);
   return cost;
 }
+
+std::string ms(std::chrono::milliseconds d) {
+  return std::to_string(d.count()) + " ms";
+}
 }  // namespace
 
+std::string escapeForLog(const std::string& text) {
+  static const char* const kHex = "0123456789abcdef";
+  std::string out;
+  out.reserve(text.size());
+  for (const char ch : text) {
+    const auto c = static_cast<unsigned char>(ch);
+    if (c >= 0x20 && c < 0x7f && c != '\\') {
+      out += ch;
+    } else {
+      out += "\\x";
+      out += kHex[c >> 4];
+      out += kHex[c & 15];
+    }
+  }
+  return out;
+}
+
 struct Federation {
-  std::size_t cost = 0;  // counted against kFederationBudget
+  std::size_t cost = 0;  // counted against Options::federationMemory
   std::string name;
   std::string fddFile;
   std::vector<unsigned char> model;  // as the creator sent it, passed on to joiners
   FddTree interactions;              // for routing and checking
+  std::vector<std::vector<std::uint32_t>> children;
   std::vector<Session*> members;
   std::uint32_t nextHandle = 1;
-  // Per class, the members subscribed to it or to an ancestor. Rebuilt lazily.
+  Clock::time_point emptySince = Clock::now();
+  // Per class, the members subscribed to it or to an ancestor. A subscription changes
+  // only the entries of the classes below it, so that is all it updates: the cost of a
+  // subscription is the size of its subtree, whatever the model's size and membership.
   std::vector<std::vector<Session*>> interested;
-  bool dirty = true;
 
-  const std::vector<Session*>& interestedIn(std::uint32_t cls);
+  void indexClasses() {
+    children.assign(interactions.classes.size(), {});
+    for (std::uint32_t c = 1; c < interactions.classes.size(); ++c)
+      children[interactions.classes[c].parent].push_back(c);
+    interested.assign(interactions.classes.size(), {});
+  }
+  // Adds (or removes) `s` as a receiver of `cls` and of every class below it, except the
+  // subtrees under a class `s` subscribes to itself, whose routes already hold it.
+  template <typename Subscribed>
+  void route(Session* s, std::uint32_t cls, bool add, const Subscribed& subscribed) {
+    std::vector<std::uint32_t> todo{cls};
+    while (!todo.empty()) {
+      const std::uint32_t c = todo.back();
+      todo.pop_back();
+      if (c != cls && subscribed(c)) continue;
+      auto& list = interested[c];
+      if (add)
+        list.push_back(s);
+      else
+        list.erase(std::remove(list.begin(), list.end(), s), list.end());
+      todo.insert(todo.end(), children[c].begin(), children[c].end());
+    }
+  }
 };
 
 class Session : public std::enable_shared_from_this<Session> {
  public:
-  Session(Hub& hub, asio::ip::tcp::socket socket) : hub_(hub), socket_(std::move(socket)) {
+  Session(Hub& hub, asio::ip::tcp::socket socket, std::string address)
+      : hub_(hub), socket_(std::move(socket)), address_(std::move(address)) {
     asio::error_code ec;
     auto ep = socket_.remote_endpoint(ec);
     peer_ = ec ? std::string("?") : ep.address().to_string() + ":" + std::to_string(ep.port());
     socket_.set_option(asio::ip::tcp::no_delay(true), ec);
+    socket_.non_blocking(true, ec);
   }
 
   void start() { read(); }
 
   const std::string& peer() const { return peer_; }
+  const std::string& address() const { return address_; }
   bool subscribed(std::uint32_t cls) const { return cls < subscribed_.size() && subscribed_[cls]; }
 
   std::size_t queued() const { return pending_.size() + (writing_.size() - written_); }
@@ -76,52 +134,137 @@ class Session : public std::enable_shared_from_this<Session> {
     asio::error_code ec;
     socket_.shutdown(asio::ip::tcp::socket::shutdown_both, ec);
     socket_.close(ec);
+    hub_.partialBytes(-static_cast<std::ptrdiff_t>(rxCounted_));
+    rxCounted_ = 0;
     wakeWaiters();
     hub_.forget(this);
   }
 
-  void checkStall(Clock::time_point now) {
-    if (!closed_ && queued() > hub_.options().queueLimit &&
-        now - lastProgress_ > hub_.options().stallTimeout)
-      close("not reading: " + std::to_string(queued()) + " bytes queued without progress");
+  // The time limits: how long the queue may stay full and a frame unfinished.
+  void checkLimits(Clock::time_point now) {
+    const Options& o = hub_.options();
+    if (closed_) return;
+    if (over_ && now - overSince_ > o.maxDelay)
+      return close("not reading: " + std::to_string(queued()) + " bytes queued, over the limit of " +
+                   std::to_string(o.queueLimit) + " for more than " + ms(o.maxDelay));
+    if (!rx_.empty() && !held_ && !paused_ && now - partialSince_ > o.frameTimeout)
+      return close("frame not finished within " + ms(o.frameTimeout) + ": " +
+                   std::to_string(rx_.size()) + " of " + std::to_string(announced()) +
+                   " bytes");
   }
+
+  bool holdsPartial() const { return !closed_ && rxCounted_ > 0; }
+  Clock::time_point partialSince() const { return partialSince_; }
+  std::size_t partialSize() const { return rx_.size(); }
 
  private:
-  void read() {
-    if (closed_ || reading_ || paused_) return;
-    reading_ = true;
-    const std::size_t old = rx_.size();
-    rx_.resize(old + kReadChunk);
-    socket_.async_read_some(
-        asio::buffer(rx_.data() + old, kReadChunk),
-        [self = shared_from_this(), old](const asio::error_code& ec, std::size_t n) {
-          self->reading_ = false;
-          self->rx_.resize(old + (ec ? 0 : n));
-          if (self->closed_) return;
-          if (ec) {
-            const bool orderly = ec == asio::error::eof || ec == asio::error::connection_reset;
-            self->close(orderly ? std::string() : "read: " + ec.message());
-            return;
-          }
-          self->process();
-          self->read();
-        });
+  // The length the frame in rx_ announces, prefix included.
+  std::size_t announced() const {
+    if (rx_.size() < wire::kLengthPrefix) return wire::kLengthPrefix;
+    return wire::kLengthPrefix + (std::size_t(rx_.data()[0]) | std::size_t(rx_.data()[1]) << 8 |
+                                  std::size_t(rx_.data()[2]) << 16 |
+                                  std::size_t(rx_.data()[3]) << 24);
   }
 
-  void process() {
+  // Reads what the socket has, a few times over, then waits for more. A client that is
+  // held back (or holds itself back) is not read at all: its bytes stay in the kernel,
+  // which slows it down without costing the hub memory.
+  void read() {
+    if (closed_ || reading_ || paused_ || held_) return;
+    for (int turn = 0; turn < kReadsPerTurn; ++turn) {
+      unsigned char* buf = hub_.scratch_.data();
+      asio::error_code ec;
+      const std::size_t n = socket_.read_some(asio::buffer(buf, hub_.scratch_.size()), ec);
+      if (ec == asio::error::would_block || ec == asio::error::try_again) {
+        reading_ = true;
+        socket_.async_wait(asio::socket_base::wait_read,
+                           [self = shared_from_this()](const asio::error_code& waited) {
+                             self->reading_ = false;
+                             if (self->closed_) return;
+                             if (waited) return self->close("read: " + waited.message());
+                             self->read();
+                           });
+        return;
+      }
+      if (ec) {
+        const bool orderly = ec == asio::error::eof || ec == asio::error::connection_reset;
+        return close(orderly ? std::string() : "read: " + ec.message());
+      }
+      received(buf, n);
+      if (closed_ || paused_ || held_) return;
+    }
+    // More may be waiting; the other clients go first.
+    reading_ = true;
+    asio::post(socket_.get_executor(), [self = shared_from_this()] {
+      self->reading_ = false;
+      self->read();
+    });
+  }
+
+  // Handles the complete frames among the bytes read and keeps the rest. Bytes straight
+  // from the socket are handled where they lie; only a remainder is copied.
+  void received(const unsigned char* p, std::size_t n) {
+    const bool fresh = rx_.empty();
+    std::size_t used = 0;
+    if (fresh) {
+      used = process(p, n);
+      if (!closed_ && used < n) rx_.append(p + used, n - used);
+    } else {
+      rx_.append(p, n);
+      used = process(rx_.data(), rx_.size());
+      if (!closed_) rx_.consume(used);
+    }
+    if (closed_) return;
+    if (rx_.empty() || fresh || used > 0) partialSince_ = Clock::now();
+    account();
+  }
+
+  // Brings the hub's count of held bytes up to date and gives back a large empty buffer.
+  void account() {
+    if (rx_.empty() && rx_.capacity() > kKeptBuffer) rx_ = ByteBuffer();
+    const std::size_t now = rx_.size();
+    if (now == rxCounted_) return;
+    const auto delta = static_cast<std::ptrdiff_t>(now) - static_cast<std::ptrdiff_t>(rxCounted_);
+    rxCounted_ = now;
+    hub_.partialBytes(delta);
+  }
+
+  // Handles frames until the bytes run out; returns how many bytes it handled.
+  std::size_t process(const unsigned char* p, std::size_t n) {
+    const std::size_t limit = hub_.options().queueLimit;
     std::size_t pos = 0;
     while (!closed_) {
       wire::Message m;
-      const wire::DecodeResult d = wire::decodeFrame(rx_.data() + pos, rx_.size() - pos, m);
+      const wire::DecodeResult d = wire::decodeFrame(p + pos, n - pos, m);
       if (d.status == wire::DecodeStatus::Incomplete) break;
       if (d.status == wire::DecodeStatus::Malformed) {
         close(std::string("malformed frame: ") + d.error);
-        return;
+        break;
       }
-      handle(m, rx_.data() + pos, d.frameSize);
+      // Every request is answered; a client that does not take its answers has its
+      // further requests wait, so its queue grows by one answer at most.
+      if (m.type != wire::MsgType::Interaction && queued() > limit) {
+        held_ = true;
+        break;
+      }
+      handle(m, p + pos, d.frameSize);
       pos += d.frameSize;
     }
-    if (!closed_) rx_.consume(pos);
+    return pos;
+  }
+
+  // Carries on after the client's queue drained: first what it sent meanwhile.
+  void resume() {
+    if (closed_) return;
+    held_ = false;
+    if (!rx_.empty()) {
+      const std::size_t used = process(rx_.data(), rx_.size());
+      if (closed_) return;
+      rx_.consume(used);
+      partialSince_ = Clock::now();
+      account();
+    }
+    read();
   }
 
   void handle(const wire::Message& m, const unsigned char* frame, std::size_t frameSize) {
@@ -143,14 +286,28 @@ class Session : public std::enable_shared_from_this<Session> {
         if (!fed_) return close("subscription before joining");
         if (m.handle >= subscribed_.size())
           return close("subscription to unknown class " + std::to_string(m.handle));
-        subscribed_[m.handle] = m.type == wire::MsgType::Subscribe;
-        fed_->dirty = true;
+        setSubscribed(m.handle, m.type == wire::MsgType::Subscribe);
         return reply(m.requestId, wire::Status::Ok, "");
       case wire::MsgType::Interaction:
         return onInteraction(m, frame, frameSize);
       default:
         return close("unexpected message type " + std::to_string(static_cast<int>(m.type)));
     }
+  }
+
+  // Whether a class above `cls` is subscribed, which routes `cls` here already.
+  bool coveredAbove(std::uint32_t cls) const {
+    for (std::uint32_t a = fed_->interactions.classes[cls].parent; a != kNoClass;
+         a = fed_->interactions.classes[a].parent)
+      if (subscribed_[a]) return true;
+    return false;
+  }
+
+  void setSubscribed(std::uint32_t cls, bool on) {
+    if (subscribed_[cls] == on) return;
+    subscribed_[cls] = on;
+    if (!coveredAbove(cls))
+      fed_->route(this, cls, on, [this](std::uint32_t c) { return subscribed_[c]; });
   }
 
   void onCreate(const wire::Message& m) {
@@ -165,9 +322,7 @@ class Session : public std::enable_shared_from_this<Session> {
     if (!decodeFdd(m.blob.data, m.blob.size, model, err))
       return reply(m.requestId, wire::Status::Internal, "unusable object model: " + err);
     const std::size_t cost = costOf(name, m.text, m.blob.size, model.interactions);
-    std::size_t held = 0;
-    for (const auto& [other, f] : feds) held += f->cost;
-    if (cost > kFederationBudget - std::min(held, kFederationBudget))
+    if (!hub_.roomForFederation(cost))
       return reply(m.requestId, wire::Status::Internal,
                    "the RTI hub holds as many federation executions as it can: destroy one first");
     auto fed = std::make_unique<Federation>();
@@ -176,6 +331,7 @@ class Session : public std::enable_shared_from_this<Session> {
     fed->fddFile = std::string(m.text);
     fed->model.assign(m.blob.data, m.blob.data + m.blob.size);
     fed->interactions = std::move(model.interactions);
+    fed->indexClasses();
     feds.emplace(name, std::move(fed));
     hub_.info("federation execution '" + name + "' created by " + peer_);
     reply(m.requestId, wire::Status::Ok, "");
@@ -211,7 +367,6 @@ class Session : public std::enable_shared_from_this<Session> {
     handle_ = fed_->nextHandle++;
     subscribed_.assign(fed_->interactions.classes.size(), false);
     fed_->members.push_back(this);
-    fed_->dirty = true;
     std::vector<unsigned char> payload(4 + fed_->model.size());
     wire::storeU32(payload.data(), handle_);
     std::copy(fed_->model.begin(), fed_->model.end(), payload.begin() + 4);
@@ -232,12 +387,13 @@ class Session : public std::enable_shared_from_this<Session> {
       if (!tree.memberAvailable(m.handle, p))
         return close("parameter " + std::to_string(p) + " not in class " +
                      std::to_string(m.handle));
-    for (Session* target : fed_->interestedIn(m.handle)) {
+    for (Session* target : fed_->interested[m.handle]) {
       if (target == this) continue;
       target->enqueue(frame, frameSize);
-      if (target->queued() > hub_.options().queueLimit) {
+      if (target->over_) {
         // Stop reading from this sender until the receiver catches up. Nothing is
-        // dropped: the sender's own writes block in its kernel buffers meanwhile.
+        // dropped: the sender's own writes block in its kernel buffers meanwhile, and the
+        // receiver either drains in time or is dropped, which ends the wait.
         paused_ = true;
         auto& w = target->waiters_;
         if (w.empty() || w.back().lock().get() != this) w.push_back(weak_from_this());
@@ -257,6 +413,10 @@ class Session : public std::enable_shared_from_this<Session> {
   void enqueue(const unsigned char* p, std::size_t n) {
     if (closed_) return;
     pending_.append(p, n);
+    if (!over_ && queued() > hub_.options().queueLimit) {
+      over_ = true;
+      overSince_ = Clock::now();
+    }
     if (!writingNow_) write();
   }
 
@@ -265,12 +425,16 @@ class Session : public std::enable_shared_from_this<Session> {
     if (written_ == writing_.size()) {
       if (pending_.empty()) {
         writingNow_ = false;
+        // An answer carrying an object model leaves a large buffer behind.
+        written_ = 0;
+        writing_.clear();
+        if (writing_.capacity() > kKeptBuffer) writing_ = ByteBuffer();
+        if (pending_.capacity() > kKeptBuffer) pending_ = ByteBuffer();
         return;
       }
       writing_.swap(pending_);
       pending_.clear();
       written_ = 0;
-      if (!writingNow_) lastProgress_ = Clock::now();
     }
     writingNow_ = true;
     socket_.async_write_some(
@@ -279,29 +443,46 @@ class Session : public std::enable_shared_from_this<Session> {
           if (self->closed_) return;
           if (ec) return self->close("write: " + ec.message());
           self->written_ += n;
-          self->lastProgress_ = Clock::now();
-          if (self->queued() <= self->hub_.options().queueLimit / 4) self->wakeWaiters();
+          self->drained();
           self->write();
         });
   }
 
+  // Below a quarter of the limit the client is no longer behind: the senders it held and
+  // its own requests go on.
+  void drained() {
+    if (!over_ || queued() > hub_.options().queueLimit / 4) return;
+    over_ = false;
+    wakeWaiters();
+    if (held_) asio::post(socket_.get_executor(), [self = shared_from_this()] { self->resume(); });
+  }
+
+  // Resumed from the event loop, not from here: this may run inside another session's
+  // handling, which the resumed reader must not re-enter.
   void wakeWaiters() {
     std::vector<std::weak_ptr<Session>> waiters;
     waiters.swap(waiters_);
     for (auto& w : waiters)
       if (auto s = w.lock()) {
-        if (s->paused_) {
-          s->paused_ = false;
-          s->read();
-        }
+        if (s->paused_)
+          asio::post(s->socket_.get_executor(), [s] {
+            if (!s->paused_) return;
+            s->paused_ = false;
+            s->partialSince_ = Clock::now();
+            s->read();
+          });
       }
   }
 
   void resign() {
     if (!fed_) return;
+    // The subtrees of the topmost subscriptions hold this client once in every class.
+    for (std::uint32_t c = 0; c < subscribed_.size(); ++c)
+      if (subscribed_[c] && !coveredAbove(c))
+        fed_->route(this, c, false, [](std::uint32_t) { return false; });
     auto& ms = fed_->members;
     ms.erase(std::remove(ms.begin(), ms.end(), this), ms.end());
-    fed_->dirty = true;
+    if (ms.empty()) fed_->emptySince = Clock::now();
     hub_.info("federate " + std::to_string(handle_) + " resigned from '" + fed_->name + "'");
     fed_ = nullptr;
     subscribed_.clear();
@@ -309,16 +490,21 @@ class Session : public std::enable_shared_from_this<Session> {
 
   Hub& hub_;
   asio::ip::tcp::socket socket_;
+  std::string address_;
   std::string peer_;
-  ByteBuffer rx_;
+  ByteBuffer rx_;  // an incomplete frame, or frames held while the client is behind
+  std::size_t rxCounted_ = 0;
+  Clock::time_point partialSince_ = Clock::now();
   ByteBuffer pending_;  // frames not yet handed to the socket
   ByteBuffer writing_;  // the batch being written
   std::size_t written_ = 0;
   bool writingNow_ = false;
   bool reading_ = false;
-  bool paused_ = false;
+  bool paused_ = false;  // a receiver of this sender is behind
+  bool held_ = false;    // this client is behind: its requests wait
+  bool over_ = false;    // queued() went above the limit and has not drained yet
+  Clock::time_point overSince_{};
   bool closed_ = false;
-  Clock::time_point lastProgress_ = Clock::now();
   std::vector<std::weak_ptr<Session>> waiters_;  // senders paused because of this queue
 
   Federation* fed_ = nullptr;
@@ -326,23 +512,13 @@ class Session : public std::enable_shared_from_this<Session> {
   std::vector<bool> subscribed_;
 };
 
-const std::vector<Session*>& Federation::interestedIn(std::uint32_t cls) {
-  if (dirty) {
-    interested.assign(interactions.classes.size(), {});
-    for (std::uint32_t c = 0; c < interactions.classes.size(); ++c)
-      for (Session* s : members)
-        for (std::uint32_t a = c; a != kNoClass; a = interactions.classes[a].parent)
-          if (s->subscribed(a)) {
-            interested[c].push_back(s);
-            break;
-          }
-    dirty = false;
-  }
-  return interested[cls];
-}
-
 Hub::Hub(asio::io_context& io, const Options& options)
-    : io_(io), options_(options), acceptor_(io), ticker_(io), acceptRetry_(io) {}
+    : io_(io),
+      options_(options),
+      acceptor_(io),
+      ticker_(io),
+      acceptRetry_(io),
+      scratch_(kReadChunk) {}
 
 Hub::~Hub() = default;
 
@@ -368,7 +544,7 @@ void Hub::stop() {
 }
 
 void Hub::log(const std::string& line) const {
-  std::cerr << "rtihub: " << line << std::endl;
+  std::cerr << "rtihub: " << escapeForLog(line) << std::endl;
 }
 
 void Hub::info(const std::string& line) const {
@@ -376,15 +552,94 @@ void Hub::info(const std::string& line) const {
 }
 
 void Hub::forget(Session* s) {
+  --live_;
+  auto it = perAddress_.find(s->address());
+  if (it != perAddress_.end() && --it->second == 0) perAddress_.erase(it);
   // Deferred: the session may be deep in its own handler.
   asio::post(io_, [this, s] { sessions_.erase(s); });
 }
 
-void Hub::adopt(asio::ip::tcp::socket socket) {
-  auto s = std::make_shared<Session>(*this, std::move(socket));
+bool Hub::adopt(asio::ip::tcp::socket socket) {
+  asio::error_code ec;
+  const auto ep = socket.remote_endpoint(ec);
+  const std::string address = ec ? std::string("?") : ep.address().to_string();
+  std::string refusal;
+  if (live_ >= options_.maxClients)
+    refusal = "the hub serves " + std::to_string(live_) + " clients, the most it may";
+  else if (perAddress_[address] >= options_.maxClientsPerAddress)
+    refusal = std::to_string(perAddress_[address]) + " clients from " + address +
+              " are connected, the most one address may have";
+  if (!refusal.empty()) {
+    if (perAddress_[address] == 0) perAddress_.erase(address);
+    // A flood of connections must not become a flood of log lines.
+    const auto now = Clock::now();
+    if (now - lastRefusalLog_ >= std::chrono::seconds(1)) {
+      log("refused client " + (ec ? std::string("?") : address + ":" + std::to_string(ep.port())) +
+          ": " + refusal +
+          (refusedUnlogged_ ? " (and " + std::to_string(refusedUnlogged_) + " more refused)"
+                            : std::string()));
+      lastRefusalLog_ = now;
+      refusedUnlogged_ = 0;
+    } else {
+      ++refusedUnlogged_;
+    }
+    socket.close(ec);
+    return false;
+  }
+  auto s = std::make_shared<Session>(*this, std::move(socket), address);
+  ++live_;
+  ++perAddress_[address];
   sessions_.emplace(s.get(), s);
   info("client " + s->peer() + " connected");
   s->start();
+  return true;
+}
+
+void Hub::partialBytes(std::ptrdiff_t delta) {
+  partialBytes_ = static_cast<std::size_t>(static_cast<std::ptrdiff_t>(partialBytes_) + delta);
+  if (delta > 0 && partialBytes_ > kPartialBudget) shedPartialFrames();
+}
+
+void Hub::shedPartialFrames() {
+  while (partialBytes_ > kPartialBudget) {
+    Session* oldest = nullptr;
+    for (auto& [raw, s] : sessions_)
+      if (s->holdsPartial() && (!oldest || s->partialSince() < oldest->partialSince()))
+        oldest = raw;
+    if (!oldest) return;
+    oldest->close("holds " + std::to_string(oldest->partialSize()) +
+                  " bytes of an incomplete frame, the oldest while incomplete frames took " +
+                  std::to_string(partialBytes_) + " bytes, over the hub's " +
+                  std::to_string(kPartialBudget));
+  }
+}
+
+bool Hub::roomForFederation(std::size_t cost) {
+  const std::size_t budget = options_.federationMemory;
+  std::size_t held = 0, idle = 0;
+  std::vector<Federation*> empty;
+  for (const auto& [name, f] : federations_) {
+    held += f->cost;
+    if (f->members.empty()) {
+      idle += f->cost;
+      empty.push_back(f.get());
+    }
+  }
+  if (cost > budget) return false;
+  if (held <= budget - cost) return true;
+  if (held - idle > budget - cost) return false;
+  // Federations with federates joined stay; empty ones go, the longest empty first, so
+  // that whoever left them behind cannot keep others from creating theirs.
+  std::sort(empty.begin(), empty.end(),
+            [](const Federation* a, const Federation* b) { return a->emptySince < b->emptySince; });
+  for (Federation* f : empty) {
+    if (held <= budget - cost) break;
+    held -= f->cost;
+    const std::string name = f->name;
+    log("federation execution '" + name + "' destroyed to make room: no federate was joined");
+    federations_.erase(name);
+  }
+  return true;
 }
 
 void Hub::accept() {
@@ -409,13 +664,28 @@ void Hub::accept() {
   });
 }
 
+void Hub::checkLimits(Clock::time_point now) {
+  std::vector<std::shared_ptr<Session>> sessions;
+  sessions.reserve(sessions_.size());
+  for (auto& [raw, s] : sessions_) sessions.push_back(s);
+  for (auto& s : sessions) s->checkLimits(now);
+  for (auto it = federations_.begin(); it != federations_.end();) {
+    const Federation& f = *it->second;
+    if (f.members.empty() && now - f.emptySince > options_.emptyFederationExpiry) {
+      log("federation execution '" + f.name + "' expired: no federate joined for " +
+          std::to_string(options_.emptyFederationExpiry.count()) + " s");
+      it = federations_.erase(it);
+    } else {
+      ++it;
+    }
+  }
+}
+
 void Hub::tick() {
-  ticker_.expires_after(std::chrono::seconds(1));
+  ticker_.expires_after(kTick);
   ticker_.async_wait([this](const asio::error_code& ec) {
     if (ec || stopped_) return;
-    const auto now = Clock::now();
-    auto sessions = sessions_;
-    for (auto& [raw, s] : sessions) s->checkStall(now);
+    checkLimits(Clock::now());
     tick();
   });
 }

@@ -3,7 +3,9 @@
 // Single-threaded: every client is handled on the io_context's thread, so federation
 // state needs no locks. Each frame from a client is checked in full before it has any
 // effect; a client that sends anything malformed, oversized or out of protocol is
-// dropped alone (and resigned), everyone else carries on.
+// dropped alone (and resigned), everyone else carries on. What one client may cost the
+// hub (queued bytes, incomplete frames, time, connections) is bounded, so that no client
+// can exhaust it or hold up the others for long.
 #ifndef VCRTI_HUB_H
 #define VCRTI_HUB_H
 
@@ -15,24 +17,37 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace vcrti::hub {
 
 struct Options {
   std::string host = "127.0.0.1";
   std::uint16_t port = 15160;
-  // Above this many bytes queued for a client, the senders feeding it are paused until
-  // it drains below a quarter of it.
+  // Above this many bytes queued for a client, the senders feeding it are paused, and its
+  // own requests wait, until it drains below a quarter of it.
   std::size_t queueLimit = 8u << 20;
-  // A client whose queue stays above the limit without taking a byte for this long is
-  // dropped, so that one stuck federate cannot hold up a federation for ever.
-  std::chrono::seconds stallTimeout{10};
+  // The longest a client may stay above its queue limit. Past it the client is dropped:
+  // this is all the delay a slow reader may impose on the senders it holds up.
+  std::chrono::milliseconds maxDelay{1000};
+  // Time from the first byte of a frame to its last; a client that stalls mid-frame
+  // holds a buffer, so it is dropped once this has passed.
+  std::chrono::milliseconds frameTimeout{5000};
+  // Connections served at once, in all and from one address.
+  std::size_t maxClients = 512;
+  std::size_t maxClientsPerAddress = 128;
+  // What all federation executions together may hold (names, object models, indexes).
+  std::size_t federationMemory = 256u << 20;
+  // A federation execution nobody has been joined to for this long is destroyed.
+  std::chrono::seconds emptyFederationExpiry{60};
   bool quiet = false;
 };
 
 class Session;
 struct Federation;
 
+// The hub's listener, its clients and the federation executions they share. Runs on the
+// io_context it is given; stop() ends it.
 class Hub {
  public:
   Hub(asio::io_context& io, const Options& options);
@@ -44,19 +59,32 @@ class Hub {
   // Closes every connection and the listener; run() returns once they are gone.
   void stop();
   // Serves a client on a socket that is already connected. The listener hands every
-  // accepted connection here; a test can hand in one end of a socket pair.
-  void adopt(asio::ip::tcp::socket socket);
+  // accepted connection here; a test can hand in one end of a socket pair. Returns false
+  // (and closes the socket) when the hub serves as many clients as it may.
+  bool adopt(asio::ip::tcp::socket socket);
+
+  // Runs the periodic checks (stalled frames, full queues, expired federations) for the
+  // given time; the hub's own timer calls it, a test may too.
+  void checkLimits(std::chrono::steady_clock::time_point now);
 
   // Used by sessions.
   const Options& options() const { return options_; }
+  // Writes a line to stderr; bytes that came from clients are escaped on the way, so no
+  // client text can start a line of its own or steer a terminal.
   void log(const std::string& line) const;
   void info(const std::string& line) const;
   void forget(Session* s);
   std::map<std::string, std::unique_ptr<Federation>>& federations() { return federations_; }
+  // Bytes of incomplete frames the clients hold together; a change of `delta`.
+  void partialBytes(std::ptrdiff_t delta);
+  // Makes room for a federation execution of `cost`, destroying empty ones, the longest
+  // empty first; false when even that would not do.
+  bool roomForFederation(std::size_t cost);
 
  private:
   void accept();
   void tick();
+  void shedPartialFrames();
 
   asio::io_context& io_;
   Options options_;
@@ -65,9 +93,19 @@ class Hub {
   asio::steady_timer acceptRetry_;
   bool acceptFailing_ = false;
   std::map<Session*, std::shared_ptr<Session>> sessions_;
+  std::map<std::string, std::size_t> perAddress_;  // live connections by address
+  std::size_t live_ = 0;
+  std::size_t refusedUnlogged_ = 0;
+  std::chrono::steady_clock::time_point lastRefusalLog_{};
+  std::size_t partialBytes_ = 0;
+  std::vector<unsigned char> scratch_;  // every read lands here first
   std::map<std::string, std::unique_ptr<Federation>> federations_;
   bool stopped_ = false;
+  friend class Session;
 };
+
+// `text` with every byte outside printable ASCII, and the backslash, written as \xHH.
+std::string escapeForLog(const std::string& text);
 
 }  // namespace vcrti::hub
 

@@ -9,7 +9,9 @@
 namespace {
 
 const char* kUsage =
-    "usage: rtihub [--listen HOST:PORT] [--queue-limit BYTES] [--stall-timeout SECONDS] [--quiet]\n"
+    "usage: rtihub [--listen HOST:PORT] [--queue-limit BYTES] [--max-delay MS]\n"
+    "              [--frame-timeout MS] [--max-clients N] [--max-per-address N]\n"
+    "              [--federation-memory BYTES] [--federation-expiry SECONDS] [--quiet]\n"
     "\n"
     "Serves HLA federation executions to federates in other processes and on other hosts.\n"
     "Federates reach it with the federation execution name rti://HOST:PORT/Name, or with a\n"
@@ -20,9 +22,18 @@ const char* kUsage =
     "                           but loopback exposes the hub to the network: there is no\n"
     "                           authentication.\n"
     "  --queue-limit BYTES      bytes queued for one client above which the clients sending to\n"
-    "                           it are paused until it drains (default 8388608)\n"
-    "  --stall-timeout SECONDS  a client over its queue limit that takes no data for this long\n"
-    "                           is disconnected and resigned (default 10)\n"
+    "                           it are paused, and its own requests wait, until it drains to a\n"
+    "                           quarter of it (default 8388608)\n"
+    "  --max-delay MS           a client may stay above its queue limit this long, which is\n"
+    "                           all it may hold up the others; then it is disconnected and\n"
+    "                           resigned (default 1000)\n"
+    "  --frame-timeout MS       time a client has to finish a frame it started (default 5000)\n"
+    "  --max-clients N          connections served at once (default 512)\n"
+    "  --max-per-address N      connections served at once from one address (default 128)\n"
+    "  --federation-memory BYTES  what all federation executions together may hold (default\n"
+    "                           268435456); empty ones make room for new ones\n"
+    "  --federation-expiry SECONDS  a federation execution with no federate joined for this\n"
+    "                           long is destroyed (default 60)\n"
     "  --quiet                  log only dropped clients and errors\n"
     "  --help                   this text\n"
     "\n"
@@ -92,13 +103,36 @@ int main(int argc, char** argv) {
         return 2;
       }
       options.queueLimit = static_cast<std::size_t>(n);
-    } else if (arg == "--stall-timeout") {
+    } else if (arg == "--max-delay" || arg == "--frame-timeout") {
       value(v);
-      if (!parseCount(v, n) || n == 0) {
-        std::cerr << "rtihub: --stall-timeout needs a positive number of seconds\n";
+      if (!parseCount(v, n) || n == 0 || n > 3600000) {
+        std::cerr << "rtihub: " << arg << " needs a number of milliseconds from 1 to 3600000\n";
         return 2;
       }
-      options.stallTimeout = std::chrono::seconds(n);
+      (arg == "--max-delay" ? options.maxDelay : options.frameTimeout) =
+          std::chrono::milliseconds(n);
+    } else if (arg == "--max-clients" || arg == "--max-per-address") {
+      value(v);
+      if (!parseCount(v, n) || n == 0) {
+        std::cerr << "rtihub: " << arg << " needs a positive number of connections\n";
+        return 2;
+      }
+      (arg == "--max-clients" ? options.maxClients : options.maxClientsPerAddress) =
+          static_cast<std::size_t>(n);
+    } else if (arg == "--federation-memory") {
+      value(v);
+      if (!parseCount(v, n) || n < 65536) {
+        std::cerr << "rtihub: --federation-memory needs a number of bytes of at least 65536\n";
+        return 2;
+      }
+      options.federationMemory = static_cast<std::size_t>(n);
+    } else if (arg == "--federation-expiry") {
+      value(v);
+      if (!parseCount(v, n) || n == 0 || n > 31536000) {
+        std::cerr << "rtihub: --federation-expiry needs a number of seconds from 1 to 31536000\n";
+        return 2;
+      }
+      options.emptyFederationExpiry = std::chrono::seconds(n);
     } else if (arg == "--quiet") {
       options.quiet = true;
     } else {
