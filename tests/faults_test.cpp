@@ -31,27 +31,7 @@ using Clock = std::chrono::steady_clock;
 
 namespace {
 
-template <typename Handle>
-std::uint32_t handleValue(const Handle& h) {
-  const VariableLengthData d = h.encode();
-  const auto* p = static_cast<const unsigned char*>(d.data());
-  return std::uint32_t(p[4]) << 24 | std::uint32_t(p[5]) << 16 | std::uint32_t(p[6]) << 8 | p[7];
-}
-
-// Resident memory of a process, in KiB.
-long residentKiB(pid_t pid) {
-  std::ifstream status("/proc/" + std::to_string(pid) + "/status");
-  std::string key;
-  long value = -1;
-  while (status >> key) {
-    if (key == "VmRSS:") {
-      status >> value;
-      break;
-    }
-    status.ignore(1 << 16, '\n');
-  }
-  return value;
-}
+using vctest::residentKiB;
 
 using Faults = HubTest;
 
@@ -208,34 +188,6 @@ TEST_F(Faults, FrameOverTheCapFromTheHubSideIsALossNotAnAllocation) {
   EXPECT_NE(warn.text().find(url), std::string::npos) << warn.text();
   fake.join();
   ::close(listener);
-}
-
-// ------------------------------------------------------------------ what the hub holds
-
-TEST_F(Faults, FederationsTheHubHoldsAreBoundedTogether) {
-  // Federations outlive their creators; names of half a megabyte fill the hub's budget
-  // after some hundreds, and then it refuses more instead of growing.
-  const std::string filler(512 * 1024, 'f');
-  auto urlOf = [&](int i) { return wide(vctest::hubUrl(port_, std::to_string(i) + "_" + filler)); };
-  auto rti = makeAmbassador();
-  int created = 0;
-  std::string refusal;
-  for (; created < 2000; ++created) {
-    try {
-      rti->createFederationExecution(urlOf(created), wide(VC_FDD_FILE));
-    } catch (const RTIinternalError& e) {
-      refusal = narrow(e.what());
-      break;
-    }
-  }
-  EXPECT_GT(created, 100);
-  EXPECT_LT(created, 1000);
-  EXPECT_NE(refusal.find("holds as many federation executions as it can"), std::string::npos)
-      << refusal;
-  // Destroying one makes room again; the federations already there still work.
-  rti->destroyFederationExecution(urlOf(0));
-  EXPECT_NO_THROW(rti->createFederationExecution(urlOf(created), wide(VC_FDD_FILE)));
-  expectFederationWorks("with the hub full");
 }
 
 // ------------------------------------------------------------------ churn

@@ -6,6 +6,7 @@
 #include "process.h"
 #include "rti_test_federate.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
@@ -36,6 +37,14 @@ inline std::uint32_t seqOf(const Bytes& b) {
   return b.size() < 4 ? ~0u
                       : std::uint32_t(b[0]) << 24 | std::uint32_t(b[1]) << 16 |
                             std::uint32_t(b[2]) << 8 | b[3];
+}
+
+// The number a handle stands for on the wire, for frames written by hand.
+template <typename Handle>
+std::uint32_t handleValue(const Handle& h) {
+  const rti1516::VariableLengthData d = h.encode();
+  const auto* p = static_cast<const unsigned char*>(d.data());
+  return std::uint32_t(p[4]) << 24 | std::uint32_t(p[5]) << 16 | std::uint32_t(p[6]) << 8 | p[7];
 }
 
 // ------------------------------------------------------------------ raw connections
@@ -105,7 +114,88 @@ class Frame {
   Bytes b_;
 };
 
-constexpr std::uint8_t kJoin = 3, kSubscribe = 5, kInteraction = 7;
+constexpr std::uint8_t kCreate = 1, kJoin = 3, kResign = 4, kSubscribe = 5, kInteraction = 7;
+
+// An interaction frame of class `cls` with no tag and no parameters.
+inline Bytes bareInteraction(std::uint32_t cls) {
+  return Frame(kInteraction).u32(cls).u32(0).u32(0).done();
+}
+
+// A client that speaks to the hub frame by frame, outside the RTI: to send what no
+// federate would, and to read (or not read) what the hub answers.
+class RawClient {
+ public:
+  explicit RawClient(std::uint16_t port) : fd_(connectTo(port)) {
+    // A hub that stops reading must not hang the test in a send.
+    timeval limit{10, 0};
+    if (fd_ >= 0) ::setsockopt(fd_, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+  }
+  ~RawClient() {
+    if (fd_ >= 0) ::close(fd_);
+  }
+  RawClient(const RawClient&) = delete;
+  RawClient& operator=(const RawClient&) = delete;
+  bool connected() const { return fd_ >= 0; }
+  bool send(const Bytes& b) { return sendAll(fd_, b); }
+  // True when the hub closes the connection within the timeout.
+  bool closedByPeer(std::chrono::milliseconds timeout) {
+    return rtitest::closedByPeer(fd_, timeout);
+  }
+  // The body of the next frame from the hub (type byte first); false on timeout or loss.
+  bool readFrame(Bytes& body, std::chrono::milliseconds timeout) {
+    const auto deadline = std::chrono::steady_clock::now() + timeout;
+    for (;;) {
+      if (in_.size() >= 4) {
+        const std::size_t len = in_[0] | in_[1] << 8 | in_[2] << 16 | std::size_t(in_[3]) << 24;
+        if (in_.size() >= 4 + len) {
+          body.assign(in_.begin() + 4, in_.begin() + 4 + static_cast<std::ptrdiff_t>(len));
+          in_.erase(in_.begin(), in_.begin() + 4 + static_cast<std::ptrdiff_t>(len));
+          return true;
+        }
+      }
+      const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+          deadline - std::chrono::steady_clock::now());
+      pollfd p{fd_, POLLIN, 0};
+      if (::poll(&p, 1, static_cast<int>(std::max<long>(0, left.count()))) <= 0) return false;
+      unsigned char buf[65536];
+      const ssize_t n = ::recv(fd_, buf, sizeof buf, 0);
+      if (n <= 0) return false;
+      in_.insert(in_.end(), buf, buf + n);
+    }
+  }
+  int fd() const { return fd_; }
+
+ private:
+  int fd_;
+  Bytes in_;
+};
+
+// The fields of a reply body: type, request id, status, text, payload.
+struct Reply {
+  std::uint32_t id = 0, status = ~0u;
+  std::string text;
+  Bytes payload;
+};
+
+inline bool parseReply(const Bytes& body, Reply& r) {
+  std::size_t at = 1;
+  auto u32 = [&](std::uint32_t& v) {
+    if (at + 4 > body.size()) return false;
+    v = body[at] | body[at + 1] << 8 | body[at + 2] << 16 | std::uint32_t(body[at + 3]) << 24;
+    at += 4;
+    return true;
+  };
+  std::uint32_t textLen = 0, payloadLen = 0;
+  if (body.empty() || body[0] != 8 || !u32(r.id) || !u32(r.status) || !u32(textLen) ||
+      textLen > body.size() - at)
+    return false;
+  r.text.assign(body.begin() + static_cast<std::ptrdiff_t>(at),
+                body.begin() + static_cast<std::ptrdiff_t>(at + textLen));
+  at += textLen;
+  if (!u32(payloadLen) || payloadLen != body.size() - at) return false;
+  r.payload.assign(body.begin() + static_cast<std::ptrdiff_t>(at), body.end());
+  return true;
+}
 
 // ------------------------------------------------------------------ fixture
 

@@ -27,21 +27,6 @@ bool hubBuilt() {
 }
 
 // A raw TCP client, for speaking to the hub outside the protocol.
-class RawClient {
- public:
-  explicit RawClient(std::uint16_t port) : fd_(connectTo(port)) {}
-  ~RawClient() {
-    if (fd_ >= 0) ::close(fd_);
-  }
-  bool connected() const { return fd_ >= 0; }
-  void send(const Bytes& b) { (void)sendAll(fd_, b); }
-  // True when the hub closes the connection within the timeout.
-  bool closedByPeer(milliseconds timeout) { return rtitest::closedByPeer(fd_, timeout); }
-
- private:
-  int fd_;
-};
-
 class Hub : public HubTest {
  protected:
   std::vector<std::string> hubArgs() const override { return {"--quiet"}; }

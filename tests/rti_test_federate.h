@@ -122,6 +122,23 @@ inline std::string hierarchyFom() {
 )";
 }
 
+// A wide object model: `groups` classes under the root, each with `leaves` subclasses of
+// one parameter. Big enough that work done per class and member shows.
+inline std::string wideFom(int groups, int leaves) {
+  std::string x = R"(<?xml version="1.0"?>
+<objectModel name="Wide" type="FOM"><objects><objectClass name="HLAobjectRoot"/></objects>
+<interactions><interactionClass name="HLAinteractionRoot">
+)";
+  for (int g = 0; g < groups; ++g) {
+    x += "<interactionClass name=\"G" + std::to_string(g) + "\">";
+    for (int l = 0; l < leaves; ++l)
+      x += "<interactionClass name=\"L" + std::to_string(g) + "_" + std::to_string(l) +
+           "\"><parameter name=\"p\" dataType=\"HLAopaqueData\"/></interactionClass>";
+    x += "</interactionClass>\n";
+  }
+  return x + "</interactionClass></interactions></objectModel>\n";
+}
+
 inline std::unique_ptr<rti1516::RTIambassador> makeAmbassador() {
   rti1516::RTIambassadorFactory factory;
   return factory.createRTIambassador(std::vector<std::wstring>());

@@ -145,12 +145,12 @@ class Session : public std::enable_shared_from_this<Session> {
     const Options& o = hub_.options();
     if (closed_) return;
     if (over_ && now - overSince_ > o.maxDelay)
-      return close("not reading: " + std::to_string(queued()) + " bytes queued, over the limit of " +
-                   std::to_string(o.queueLimit) + " for more than " + ms(o.maxDelay));
+      return close("not reading: " + std::to_string(queued()) +
+                   " bytes queued, over the limit of " + std::to_string(o.queueLimit) +
+                   " for more than " + ms(o.maxDelay));
     if (!rx_.empty() && !held_ && !paused_ && now - partialSince_ > o.frameTimeout)
       return close("frame not finished within " + ms(o.frameTimeout) + ": " +
-                   std::to_string(rx_.size()) + " of " + std::to_string(announced()) +
-                   " bytes");
+                   std::to_string(rx_.size()) + " of " + std::to_string(announced()) + " bytes");
   }
 
   bool holdsPartial() const { return !closed_ && rxCounted_ > 0; }

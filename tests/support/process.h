@@ -87,6 +87,11 @@ std::unique_ptr<ChildProcess> startHub(std::uint16_t& port,
                                        const std::vector<std::string>& extraArgs = {},
                                        int maxOpenFiles = 0);
 
+// What a running process costs, read from /proc: resident memory in KiB and the CPU time
+// it has used in seconds (user and system). -1 when the process is gone.
+long residentKiB(pid_t pid);
+double cpuSeconds(pid_t pid);
+
 // "rti://127.0.0.1:<port>/<federation>"
 std::string hubUrl(std::uint16_t port, const std::string& federation);
 

@@ -1,0 +1,409 @@
+// What one hostile client may cost the hub and everyone else on it, against the real hub
+// process: answers it never reads, subscriptions in a wide object model, frames it never
+// finishes, connections by the hundred, reading slowly, text made to forge log lines,
+// and federations it leaves behind. In each a well-behaved pair of federates must keep
+// exchanging promptly and the hub's memory (read from /proc) must stay bounded, while
+// the hostile client is dropped with a logged reason.
+#include "rti_hub_fixture.h"
+
+#include <algorithm>
+#include <atomic>
+#include <thread>
+
+using namespace rti1516;
+using namespace rtitest;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using vctest::residentKiB;
+using Clock = std::chrono::steady_clock;
+
+namespace {
+
+// A delivery between two federates that sit idle otherwise takes a few milliseconds;
+// this many stand for "held up", even under memcheck on a loaded machine.
+constexpr long kPromptlyMs = 3000;
+
+class HubLimits : public HubTest {
+ protected:
+  // A well-behaved pair: one interaction at a time from `from` to `to`, the slowest
+  // delivery kept.
+  struct Probe {
+    Fed& from;
+    Fed& to;
+    std::uint32_t sent = 0;
+    long worstMs = 0;
+    bool lost = false;
+
+    void once() {
+      const auto t0 = Clock::now();
+      from.send(numbered(sent++, 64));
+      if (!pumpUntil(*to.rti, *to.rec, sent, seconds(30))) lost = true;
+      worstMs = std::max<long>(
+          worstMs, std::chrono::duration_cast<milliseconds>(Clock::now() - t0).count());
+    }
+  };
+
+  Probe probe() {
+    Fed& a = join(true, false);
+    Fed& b = join(false, true);
+    Probe p{a, b};
+    p.once();
+    return p;
+  }
+
+  // A federation with a model of some 20,000 classes, whose join answer is large.
+  std::string wideFederation() {
+    static const TempFile fom("wide", wideFom(100, 200));
+    const std::string name = name_ + "_wide";
+    makeAmbassador()->createFederationExecution(wide(vctest::hubUrl(port_, name)), fom.wpath());
+    return name;
+  }
+
+  // Waits for a line of the hub's log while the probe keeps going and the hub's memory
+  // is sampled.
+  bool whileProbing(Probe& p, const std::string& text, long& peakKiB,
+                    seconds timeout = seconds(30)) {
+    std::string line;
+    const auto deadline = Clock::now() + timeout;
+    while (Clock::now() < deadline) {
+      p.once();
+      peakKiB = std::max(peakKiB, residentKiB(hub_->pid()));
+      if (hub_->waitForLine(text, line, milliseconds(20))) return true;
+    }
+    return false;
+  }
+
+  std::size_t count(const std::string& text) const {
+    const std::string log = hub_->transcript();
+    std::size_t n = 0;
+    for (auto at = log.find(text); at != std::string::npos; at = log.find(text, at + 1)) ++n;
+    return n;
+  }
+};
+
+// ------------------------------------------------------------------ answers never read
+
+TEST_F(HubLimits, AClientThatNeverReadsItsAnswersIsDroppedAndCostsTheHubItsQueueLimit) {
+  const std::string big = wideFederation();
+  Probe p = probe();
+  const long before = residentKiB(hub_->pid());
+  long peak = before;
+
+  // Every join is answered with the whole object model; thousands of them, never read.
+  RawClient flood(port_);
+  Bytes burst;
+  for (std::uint32_t i = 0; i < 3000; ++i) {
+    const Bytes join = Frame(kJoin).u32(2 * i).str(big).str("flood").done();
+    const Bytes resign = Frame(kResign).u32(2 * i + 1).done();
+    burst.insert(burst.end(), join.begin(), join.end());
+    burst.insert(burst.end(), resign.begin(), resign.end());
+  }
+  ASSERT_TRUE(flood.send(burst));
+  ASSERT_TRUE(whileProbing(p, "not reading", peak)) << hub_->transcript();
+  EXPECT_TRUE(flood.closedByPeer(seconds(10)));
+
+  EXPECT_FALSE(p.lost);
+  EXPECT_LT(p.worstMs, kPromptlyMs);
+  // The default queue limit is 8 MiB, plus the answer that crossed it.
+  EXPECT_LT(peak - before, 32 * 1024) << "KiB the hub grew by";
+  // Dropped means resigned: nobody is left joined to the wide federation.
+  EXPECT_NO_THROW(makeAmbassador()->destroyFederationExecution(wide(vctest::hubUrl(port_, big))));
+  expectFederationWorks("after the flood");
+}
+
+// ------------------------------------------------------------------ routing
+
+class QuietHub : public HubLimits {
+ protected:
+  std::vector<std::string> hubArgs() const override { return {"--quiet"}; }
+};
+
+TEST_F(QuietHub, SubscriptionsInAWideModelWithManyMembersCostTheHubLittle) {
+  const std::string big = wideFederation();
+  // Members of the wide federation that only sit there (their join answers unread).
+  std::vector<std::unique_ptr<RawClient>> members;
+  for (std::uint32_t i = 0; i < 40; ++i) {
+    members.push_back(std::make_unique<RawClient>(port_));
+    ASSERT_TRUE(members.back()->send(Frame(kJoin).u32(1).str(big).str("member").done()));
+  }
+  Probe p = probe();  // in another federation of the same hub
+
+  RawClient hostile(port_);
+  Bytes body;
+  ASSERT_TRUE(hostile.send(Frame(kJoin).u32(1).str(big).str("hostile").done()));
+  ASSERT_TRUE(hostile.readFrame(body, seconds(30)));
+  const double cpu0 = vctest::cpuSeconds(hub_->pid());
+
+  // Subscribe and send, over and over, each time to another class.
+  const std::uint32_t pairs = 1500, classes = 20101;
+  Bytes burst;
+  for (std::uint32_t i = 0; i < pairs; ++i) {
+    const std::uint32_t cls = 1 + (i * 7919u) % (classes - 1);
+    const Bytes sub = Frame(kSubscribe).u32(i + 2).u32(cls).done();
+    const Bytes inter = bareInteraction(cls);
+    burst.insert(burst.end(), sub.begin(), sub.end());
+    burst.insert(burst.end(), inter.begin(), inter.end());
+  }
+  ASSERT_TRUE(hostile.send(burst));
+  std::uint32_t answers = 0;
+  const auto deadline = Clock::now() + seconds(60);
+  while (answers < pairs && Clock::now() < deadline) {
+    p.once();
+    while (answers < pairs && hostile.readFrame(body, milliseconds(1))) {
+      Reply r;
+      ASSERT_TRUE(parseReply(body, r));
+      ASSERT_EQ(r.status, 0u) << r.text;
+      ++answers;
+    }
+  }
+  ASSERT_EQ(answers, pairs);
+  const double cpu = vctest::cpuSeconds(hub_->pid()) - cpu0;
+
+  // Rebuilding every route for each subscription costs seconds here.
+  EXPECT_LT(cpu, 1.0) << "seconds of CPU for " << pairs << " subscriptions";
+  EXPECT_FALSE(p.lost);
+  EXPECT_LT(p.worstMs, kPromptlyMs);
+}
+
+// ------------------------------------------------------------------ incomplete frames
+
+class StalledFrames : public HubLimits {
+ protected:
+  std::vector<std::string> hubArgs() const override { return {"--frame-timeout", "2000"}; }
+};
+
+TEST_F(StalledFrames, AreDroppedInTimeAndHoldNoMoreThanTheHubsBudget) {
+  Probe p = probe();
+  const long before = residentKiB(hub_->pid());
+  long peak = before;
+
+  // Each announces a frame of nearly 1 MiB, sends 900 KiB of it and stops.
+  Bytes half = {0xF0, 0xFF, 0x0F, 0x00, kInteraction};
+  half.resize(900 * 1024, 0x5A);
+  std::vector<std::unique_ptr<RawClient>> stalled;
+  for (int i = 0; i < 60; ++i) {
+    stalled.push_back(std::make_unique<RawClient>(port_));
+    (void)stalled.back()->send(half);  // fails for the ones dropped at once
+    if (i % 10 == 0) p.once();
+    peak = std::max(peak, residentKiB(hub_->pid()));
+  }
+  ASSERT_TRUE(whileProbing(p, "frame not finished within 2000 ms", peak)) << hub_->transcript();
+  for (auto& c : stalled) EXPECT_TRUE(c->closedByPeer(seconds(10)));
+  peak = std::max(peak, residentKiB(hub_->pid()));
+
+  // Beyond 32 MiB of incomplete frames the oldest went first (logged before the timeouts).
+  EXPECT_GT(count("the oldest while incomplete frames took"), 0u) << hub_->transcript();
+  EXPECT_LT(peak - before, 44 * 1024) << "KiB the hub grew by";
+  EXPECT_FALSE(p.lost);
+  EXPECT_LT(p.worstMs, kPromptlyMs);
+  stalled.clear();
+  expectFederationWorks("after the stalled frames");
+}
+
+// ------------------------------------------------------------------ connections
+
+struct Caps {
+  const char* what;
+  std::vector<std::string> args;
+  const char* logged;
+};
+
+void PrintTo(const Caps& c, std::ostream* os) {
+  *os << c.what;
+}
+
+class ConnectionCaps : public HubLimits, public ::testing::WithParamInterface<Caps> {
+ protected:
+  std::vector<std::string> hubArgs() const override { return GetParam().args; }
+};
+
+TEST_P(ConnectionCaps, ConnectionsBeyondTheCapAreRefusedAndTheOthersServed) {
+  Probe p = probe();  // two connections of the cap of 8
+  std::vector<std::unique_ptr<RawClient>> extra;
+  for (int i = 0; i < 20; ++i) extra.push_back(std::make_unique<RawClient>(port_));
+  // Served connections answer a join; refused ones are closed without an answer.
+  int served = 0;
+  for (auto& c : extra) {
+    Bytes body;
+    (void)c->send(Frame(kJoin).u32(1).str(name_).str("extra").done());
+    if (c->readFrame(body, seconds(10))) ++served;
+  }
+  EXPECT_EQ(served, 6);
+  std::string line;
+  EXPECT_TRUE(hub_->waitForLine(GetParam().logged, line, seconds(5))) << hub_->transcript();
+  EXPECT_NE(line.find("refused client 127.0.0.1:"), std::string::npos) << line;
+  p.once();
+  EXPECT_FALSE(p.lost);
+  extra.clear();
+  expectFederationWorks("after the refusals");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Limits, ConnectionCaps,
+    ::testing::Values(Caps{"PerAddress", {"--max-per-address", "8"}, "the most one address may have"},
+                      Caps{"InAll", {"--max-clients", "8"}, "the most it may"}),
+    [](const ::testing::TestParamInfo<Caps>& param) { return std::string(param.param.what); });
+
+// ------------------------------------------------------------------ slow reader
+
+class SlowReaderHub : public HubLimits {
+ protected:
+  std::vector<std::string> hubArgs() const override {
+    return {"--queue-limit", "262144", "--max-delay", "1000"};
+  }
+};
+
+TEST_F(SlowReaderHub, CostsTheOthersTheDelayNotTheWholeTransfer) {
+  const std::uint32_t n = 20000;  // 20 MB: some 400 s at the slow reader's pace
+  auto counter = peer({"count", std::to_string(n)});
+  Fed& sender = join(true, false);
+  const long before = residentKiB(hub_->pid());
+
+  // Joined and subscribed, it takes 1 KiB every 20 ms.
+  RawClient slow(port_);
+  Bytes body;
+  ASSERT_TRUE(slow.send(Frame(kJoin).u32(1).str(name_).str("slow").done()));
+  ASSERT_TRUE(slow.readFrame(body, seconds(10)));
+  ASSERT_TRUE(slow.send(Frame(kSubscribe).u32(2).u32(handleValue(sender.cls)).done()));
+  ASSERT_TRUE(slow.readFrame(body, seconds(10)));
+  std::atomic<bool> stop{false};
+  std::thread sipping([&] {
+    char buf[1024];
+    while (!stop) {
+      pollfd pfd{slow.fd(), POLLIN, 0};
+      if (::poll(&pfd, 1, 100) > 0 && ::recv(slow.fd(), buf, sizeof buf, 0) <= 0) break;
+      std::this_thread::sleep_for(milliseconds(20));
+    }
+  });
+
+  const auto t0 = Clock::now();
+  long peak = before;
+  for (std::uint32_t i = 0; i < n; ++i) {
+    sender.send(numbered(i, 1024));
+    if (i % 1000 == 0) peak = std::max(peak, residentKiB(hub_->pid()));
+  }
+  sender.rti->evokeCallback(0.0);  // flushes what is batched
+  std::string line;
+  const bool received = counter->waitForLine("received", line, seconds(60));
+  const auto took = Clock::now() - t0;
+  stop = true;
+  sipping.join();
+
+  ASSERT_TRUE(received) << counter->transcript();
+  EXPECT_EQ(line, "received " + std::to_string(n) + " ok");
+  EXPECT_LT(took, seconds(30));
+  EXPECT_TRUE(hub_->waitForLine("not reading", line, seconds(5))) << hub_->transcript();
+  EXPECT_NE(line.find("for more than 1000 ms"), std::string::npos) << line;
+  EXPECT_TRUE(slow.closedByPeer(seconds(10)));  // once what reached its socket is read
+  EXPECT_LT(peak - before, 16 * 1024) << "KiB the hub grew by";
+  EXPECT_EQ(counter->wait(seconds(10)), 0);
+}
+
+// ------------------------------------------------------------------ log text
+
+TEST_F(HubLimits, ClientTextInTheLogCannotForgeLinesOrSteerATerminal) {
+  Probe p = probe();
+  // Every byte value in the federate type; a federation name with a forged line.
+  std::string type = "evil\nrtihub: federate 99 (x) from 10.0.0.1:1 joined 'forged'\r\\";
+  for (int c = 0; c < 256; ++c) type += static_cast<char>(c);
+  RawClient raw(port_);
+  Bytes body;
+  ASSERT_TRUE(raw.send(Frame(kJoin).u32(1).str(name_).str(type).done()));
+  ASSERT_TRUE(raw.readFrame(body, seconds(10)));
+  Reply joined;
+  ASSERT_TRUE(parseReply(body, joined));
+  ASSERT_EQ(joined.status, 0u);
+  ASSERT_GT(joined.payload.size(), 4u);
+  const Bytes model(joined.payload.begin() + 4, joined.payload.end());
+  ASSERT_TRUE(raw.send(Frame(kResign).u32(2).done()));
+  ASSERT_TRUE(raw.readFrame(body, seconds(10)));
+  const std::string forged = "x\nrtihub: dropped client 10.0.0.1:1: forged\x1b[2J";
+  // A create carrying the model the join answered with: its length, then its bytes.
+  Frame full(kCreate);
+  full.u32(3).str(forged).str("f.xml").u32(static_cast<std::uint32_t>(model.size())).raw(model);
+  ASSERT_TRUE(raw.send(full.done()));
+  ASSERT_TRUE(raw.readFrame(body, seconds(10)));
+  Reply created;
+  ASSERT_TRUE(parseReply(body, created));
+  EXPECT_EQ(created.status, 0u) << created.text;
+  std::string line;
+  ASSERT_TRUE(hub_->waitForLine("created by", line, seconds(5))) << hub_->transcript();
+  p.once();
+
+  const std::string log = hub_->transcript();
+  for (char c : log)
+    ASSERT_TRUE(c == '\n' || (c >= 0x20 && c < 0x7f)) << "raw byte " << int(c) << " in the log";
+  EXPECT_EQ(log.find("\nrtihub: federate 99"), std::string::npos) << log;
+  EXPECT_EQ(log.find("\nrtihub: dropped client 10.0.0.1"), std::string::npos) << log;
+  EXPECT_NE(log.find("(evil\\x0artihub: federate 99 (x) from 10.0.0.1:1 joined 'forged'\\x0d\\x5c"
+                     "\\x00\\x01"),
+            std::string::npos)
+      << log;
+  EXPECT_NE(log.find("~\\x7f\\x80\\x81"), std::string::npos) << log;
+  EXPECT_NE(log.find("\\xfe\\xff) from"), std::string::npos) << log;
+  EXPECT_NE(log.find("'x\\x0artihub: dropped client 10.0.0.1:1: forged\\x1b[2J' created by"),
+            std::string::npos)
+      << log;
+}
+
+// ------------------------------------------------------------------ federations left behind
+
+class SmallFederationBudget : public HubLimits {
+ protected:
+  std::vector<std::string> hubArgs() const override {
+    return {"--quiet", "--federation-memory", std::to_string(2 << 20), "--federation-expiry", "2"};
+  }
+  std::wstring urlOf(const std::string& name) const { return wide(vctest::hubUrl(port_, name)); }
+};
+
+TEST_F(SmallFederationBudget, EmptyFederationsMakeRoomAndExpireJoinedOnesStay) {
+  Probe p = probe();  // keeps the test's own federation joined throughout
+  const std::string filler(800 * 1024, 'f');
+  auto creator = makeAmbassador();
+  // Twenty federations of 800 KiB names, left empty, through a budget of 2 MiB: each
+  // new one pushes out the oldest empty one.
+  for (int i = 0; i < 20; ++i)
+    ASSERT_NO_THROW(creator->createFederationExecution(urlOf(std::to_string(i) + filler),
+                                                       wide(VC_FDD_FILE)))
+        << i;
+  EXPECT_GE(count("destroyed to make room"), 17u) << hub_->transcript().substr(0, 4000);
+  EXPECT_THROW(creator->destroyFederationExecution(urlOf("0" + filler)),
+               FederationExecutionDoesNotExist);
+  p.once();
+
+  // Joined federations are never pushed out: with two of them holding the budget, a
+  // third is refused until one is left empty.
+  const std::string keptName = "kept" + filler, otherName = "other" + filler;
+  creator->createFederationExecution(urlOf(keptName), wide(VC_FDD_FILE));
+  auto kept = makeAmbassador();
+  Recorder keptRec;
+  kept->joinFederationExecution(L"kept", urlOf(keptName), keptRec);
+  creator->createFederationExecution(urlOf(otherName), wide(VC_FDD_FILE));
+  auto other = makeAmbassador();
+  Recorder otherRec;
+  other->joinFederationExecution(L"other", urlOf(otherName), otherRec);
+  try {
+    creator->createFederationExecution(urlOf("third" + filler), wide(VC_FDD_FILE));
+    ADD_FAILURE() << "a create beyond the budget was accepted";
+  } catch (const RTIinternalError& e) {
+    EXPECT_NE(narrow(e.what()).find("holds as many federation executions as it can"),
+              std::string::npos)
+        << narrow(e.what());
+  }
+  other->resignFederationExecution(NO_ACTION);
+  EXPECT_NO_THROW(creator->createFederationExecution(urlOf("third" + filler), wide(VC_FDD_FILE)));
+
+  // Left empty, a federation expires; a joined one does not.
+  std::string line;
+  EXPECT_TRUE(hub_->waitForLine("expired: no federate joined for 2 s", line, seconds(15)))
+      << hub_->transcript().substr(0, 4000);
+  EXPECT_THROW(creator->destroyFederationExecution(urlOf("third" + filler)),
+               FederationExecutionDoesNotExist);
+  p.once();
+  EXPECT_FALSE(p.lost);
+  EXPECT_LT(p.worstMs, kPromptlyMs);
+  kept->resignFederationExecution(NO_ACTION);
+  EXPECT_NO_THROW(creator->destroyFederationExecution(urlOf(keptName)));
+}
+
+}  // namespace
