@@ -196,8 +196,7 @@ TEST_F(Delivery, ViewModeCallbackRemovingItselfAndItsDuplicates) {
   Watch self;
   self.action = [&] { controller.removeViewModeChangeCallback(&Watch::seen, &self, "0:0:0"); };
   // More than a delivery keeps inline: the blanking reaches the overflow too.
-  for (int i = 0; i < 12; ++i)
-    controller.addViewModeChangeCallback(&Watch::seen, &self, "0:0:0");
+  for (int i = 0; i < 12; ++i) controller.addViewModeChangeCallback(&Watch::seen, &self, "0:0:0");
   report();
   EXPECT_EQ(self.viewers.size(), 1u);
   report();

@@ -38,8 +38,8 @@ class HubLimits : public HubTest {
       const auto t0 = Clock::now();
       from.send(numbered(sent++, 64));
       if (!pumpUntil(*to.rti, *to.rec, sent, seconds(30))) lost = true;
-      worstMs = std::max<long>(
-          worstMs, std::chrono::duration_cast<milliseconds>(Clock::now() - t0).count());
+      worstMs = std::max<long>(worstMs,
+                               std::chrono::duration_cast<milliseconds>(Clock::now() - t0).count());
     }
   };
 
@@ -240,8 +240,9 @@ TEST_P(ConnectionCaps, ConnectionsBeyondTheCapAreRefusedAndTheOthersServed) {
 
 INSTANTIATE_TEST_SUITE_P(
     Limits, ConnectionCaps,
-    ::testing::Values(Caps{"PerAddress", {"--max-per-address", "8"}, "the most one address may have"},
-                      Caps{"InAll", {"--max-clients", "8"}, "the most it may"}),
+    ::testing::Values(
+        Caps{"PerAddress", {"--max-per-address", "8"}, "the most one address may have"},
+        Caps{"InAll", {"--max-clients", "8"}, "the most it may"}),
     [](const ::testing::TestParamInfo<Caps>& param) { return std::string(param.param.what); });
 
 // ------------------------------------------------------------------ slow reader
@@ -363,8 +364,8 @@ TEST_F(SmallFederationBudget, EmptyFederationsMakeRoomAndExpireJoinedOnesStay) {
   // Twenty federations of 800 KiB names, left empty, through a budget of 2 MiB: each
   // new one pushes out the oldest empty one.
   for (int i = 0; i < 20; ++i)
-    ASSERT_NO_THROW(creator->createFederationExecution(urlOf(std::to_string(i) + filler),
-                                                       wide(VC_FDD_FILE)))
+    ASSERT_NO_THROW(
+        creator->createFederationExecution(urlOf(std::to_string(i) + filler), wide(VC_FDD_FILE)))
         << i;
   EXPECT_GE(count("destroyed to make room"), 17u) << hub_->transcript().substr(0, 4000);
   EXPECT_THROW(creator->destroyFederationExecution(urlOf("0" + filler)),
