@@ -1,18 +1,22 @@
 // vcviewer: a headless stand-in for a viewer. It joins the federation under a viewer id,
 // applies what is addressed to it, answers state requests, prints one line per command,
-// and writes its scene as SVG.
+// and writes its scene as SVG; with --http it also shows its scene live on a web page.
 #include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
 
 #include "dtCmdLine.h"
 #include "dtOutput.h"
+#include "liveServer.h"
 #include "viewer.h"
 #include "vistrelControl.h"
+#include "webFiles.h"
 
 namespace {
 
@@ -116,6 +120,10 @@ DtCmdLine::Command commandLine() {
       .placeholder("FEDERATE");
   cli.option("svg", Type::Text, "write the scene here on request and when stopping")
       .placeholder("FILE");
+  cli.option("http", Type::Text,
+             "serve a live page of the scene at HOST:PORT (a bare PORT listens on 127.0.0.1; "
+             "port 0 picks a free one)")
+      .placeholder("ADDRESS");
   cli.option("quiet", Type::Flag, "print no line per command").shortName('q');
   cli.option("verbose", Type::Flag, "also print a line for each PDU meant for another viewer")
       .shortName('v');
@@ -129,8 +137,12 @@ DtCmdLine::Command commandLine() {
       "It stops cleanly, writing the SVG, on quit, at the end of standard input, on SIGINT or\n"
       "SIGTERM, and on the options exit command.\n"
       "\n"
+      "With --http it prints \"vcviewer page on http://HOST:PORT/\" and serves a page that\n"
+      "shows the scene, the eyepoint, the settings and the last commands as they change.\n"
+      "\n"
       "Example:\n"
-      "  vcviewer --id 1:1:1 --federation rti://127.0.0.1:15160/VistrelControl --svg scene.svg");
+      "  vcviewer --id 1:1:1 --federation rti://127.0.0.1:15160/VistrelControl --svg scene.svg \\\n"
+      "           --http 127.0.0.1:8080");
   return cli;
 }
 
@@ -145,6 +157,14 @@ int main(int argc, char** argv) {
   const std::string name = args.has("name") ? args.text("name") : "vcviewer-" + id;
   const bool quiet = args.flag("quiet");
   bool readStdin = args.flag("stdin") && stdinUsable();
+
+  std::string httpHost;
+  int httpPort = 0;
+  if (args.has("http") && !vcviewer::parseListenAddress(args.text("http"), httpHost, httpPort)) {
+    std::fprintf(stderr, "vcviewer: --http wants HOST:PORT or PORT, not '%s'\n",
+                 args.text("http").c_str());
+    return 2;
+  }
 
   DtInfo.setSink(toStderr, nullptr);
   installSignals();
@@ -171,6 +191,22 @@ int main(int argc, char** argv) {
   viewer.setVerbose(args.flag("verbose"));
   Run run{&viewer, args.has("svg") ? args.text("svg") : std::string()};
   DtVistrelControlInteraction::addCallback(&conn, &received, &viewer);
+
+  // The page's server runs in threads of its own; it gets finished snapshots only, made
+  // here on the viewer's thread after each batch of PDUs.
+  std::unique_ptr<vcviewer::LiveServer> page;
+  std::uint64_t published = 0;
+  if (args.has("http")) {
+    page = std::make_unique<vcviewer::LiveServer>(vcviewer::pageFiles());
+    std::string error;
+    if (!page->start(httpHost, httpPort, error)) {
+      std::fprintf(stderr, "vcviewer: %s\n", error.c_str());
+      return 1;
+    }
+    page->publish(viewer.json());
+    std::string shownHost = httpHost.find(':') == std::string::npos ? httpHost : "[" + httpHost + "]";
+    printLine("vcviewer page on http://" + shownHost + ":" + std::to_string(page->port()) + "/");
+  }
   printLine("vcviewer " + id + " ready on " + url);
 
   int exitCode = 0;
@@ -178,6 +214,10 @@ int main(int argc, char** argv) {
   std::string pending;
   while (why.empty()) {
     conn.drainInput(0.02);
+    if (page && viewer.revision() != published) {
+      published = viewer.revision();
+      page->publish(viewer.json());
+    }
     if (g_stopSignal) why = g_stopSignal == SIGINT ? "interrupted" : "terminated";
     if (viewer.exitRequested()) why = "exit command";
     if (!conn.connected()) {
@@ -218,6 +258,7 @@ int main(int argc, char** argv) {
   }
 
   DtVistrelControlInteraction::removeCallback(&conn, &received, &viewer);
+  if (page) page->stop();
   if (!run.svgPath.empty()) writeSvg(run);
   printLine("vcviewer " + id + " stopped: " + why);
   return exitCode;

@@ -379,4 +379,23 @@ bool Scene::attributeVisible(const Drawing& group, unsigned int attribute) const
   return !groupTemplate || !groupTemplate->hiddenAttributes.count(attribute);
 }
 
+std::string panelText(const Drawing& attribute, const AttributeValue* value) {
+  if (attribute.type == DtVdcAttributeNoValue) return "";
+  if (!value) return "-";
+  switch (attribute.type) {
+    case DtVdcAttributeGraphicListValue:
+      return "(" + number(value->x) + ", " + number(value->y) + ")";
+    case DtVdcAttributeBitmap:
+      return value->text;
+    default:
+      return number(value->x);
+  }
+}
+
+std::string panelTitle(const Scene& scene, const Drawing& group) {
+  const Drawing* groupTemplate = scene.find(group.attributeGroup);
+  return groupTemplate && !groupTemplate->text.empty() ? groupTemplate->text
+                                                       : "panel " + std::to_string(group.id);
+}
+
 }  // namespace vcviewer

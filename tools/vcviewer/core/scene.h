@@ -71,6 +71,14 @@ struct AttributeValue {
   std::string text;
 };
 
+class Scene;
+
+/// An attribute's value as a panel shows it: "-" when none was set, nothing for an
+/// attribute without a value, "(x, y)" for a list value, the text of a bitmap.
+std::string panelText(const Drawing& attribute, const AttributeValue* value);
+/// A panel's title: the name of its group template, else "panel ID".
+std::string panelTitle(const Scene& scene, const Drawing& group);
+
 class Scene {
  public:
   /// Most drawings, attributes and attribute values each that the scene holds: ids come

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "textFormat.h"
+
 namespace vcviewer {
 
 namespace {
@@ -19,34 +21,6 @@ std::string points(const std::vector<Pt>& pts) {
 }
 
 const char kReplacement[] = "\xEF\xBF\xBD";
-
-// Length of the valid UTF-8 sequence at `s`, or 0 when it is not one (overlong forms,
-// surrogates and code points beyond U+10FFFF are not).
-size_t utf8Length(const unsigned char* s, size_t left, unsigned int& codePoint) {
-  unsigned char c = s[0];
-  size_t n;
-  unsigned int min;
-  if (c < 0x80) {
-    codePoint = c;
-    return 1;
-  } else if ((c & 0xE0) == 0xC0) {
-    n = 2, min = 0x80, codePoint = c & 0x1F;
-  } else if ((c & 0xF0) == 0xE0) {
-    n = 3, min = 0x800, codePoint = c & 0x0F;
-  } else if ((c & 0xF8) == 0xF0) {
-    n = 4, min = 0x10000, codePoint = c & 0x07;
-  } else {
-    return 0;
-  }
-  if (left < n) return 0;
-  for (size_t i = 1; i < n; ++i) {
-    if ((s[i] & 0xC0) != 0x80) return 0;
-    codePoint = (codePoint << 6) | (s[i] & 0x3F);
-  }
-  if (codePoint < min || codePoint > 0x10FFFF || (codePoint >= 0xD800 && codePoint <= 0xDFFF))
-    return 0;
-  return n;
-}
 
 bool allowedInXml(unsigned int c) {
   if (c < 0x20) return c == 0x9 || c == 0xA || c == 0xD;
@@ -69,7 +43,7 @@ std::string SvgCanvas::escape(const std::string& text) {
   size_t i = 0;
   while (i < text.size()) {
     unsigned int c = 0;
-    size_t n = utf8Length(s + i, text.size() - i, c);
+    size_t n = utf8Sequence(s + i, text.size() - i, c);
     if (n == 0 || !allowedInXml(c)) {
       out += kReplacement;
       i += n ? n : 1;

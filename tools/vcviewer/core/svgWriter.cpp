@@ -428,10 +428,7 @@ class Picture {
 
   // An attribute panel: a box beside its anchor with one row per shown attribute.
   void panel(const Drawing& group, Pt at) {
-    const Drawing* groupTemplate = scene_.find(group.attributeGroup);
-    std::string title = groupTemplate && !groupTemplate->text.empty()
-                            ? groupTemplate->text
-                            : "panel " + std::to_string(group.id);
+    std::string title = panelTitle(scene_, group);
     std::vector<const Drawing*> rows;
     for (const Drawing& a : scene_.attributes(group.attributeGroup))
       if (scene_.attributeVisible(group, a.id)) rows.push_back(&a);
@@ -448,25 +445,7 @@ class Picture {
     for (const Drawing* a : rows) {
       const AttributeValue* v = scene_.value(group.id, a->id);
       canvas_.text({x + 8, rowY + 13}, shorten(a->text, 16), TextStyle{"#d0d6dc", 11});
-      std::string shown = "-";
-      if (v) {
-        switch (a->type) {
-          case DtVdcAttributeNoValue:
-            shown = "";
-            break;
-          case DtVdcAttributeGraphicListValue:
-            shown = "(" + number(v->x) + ", " + number(v->y) + ")";
-            break;
-          case DtVdcAttributeBitmap:
-            shown = v->text;
-            break;
-          default:
-            shown = number(v->x);
-            break;
-        }
-      } else if (a->type == DtVdcAttributeNoValue) {
-        shown = "";
-      }
+      std::string shown = panelText(*a, v);
       if (a->type == DtVdcAttributeGraphicSingleValue)
         bar(*a, v, x + 112, rowY + 4, 66, group.color);
       canvas_.text({x + w - 8, rowY + 13},

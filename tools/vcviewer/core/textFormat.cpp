@@ -33,6 +33,32 @@ std::string quoted(const std::string& text) {
   return out + "\"";
 }
 
+size_t utf8Sequence(const unsigned char* s, size_t left, unsigned int& codePoint) {
+  unsigned char c = s[0];
+  size_t n;
+  unsigned int min;
+  if (c < 0x80) {
+    codePoint = c;
+    return 1;
+  } else if ((c & 0xE0) == 0xC0) {
+    n = 2, min = 0x80, codePoint = c & 0x1F;
+  } else if ((c & 0xF0) == 0xE0) {
+    n = 3, min = 0x800, codePoint = c & 0x0F;
+  } else if ((c & 0xF8) == 0xF0) {
+    n = 4, min = 0x10000, codePoint = c & 0x07;
+  } else {
+    return 0;
+  }
+  if (left < n) return 0;
+  for (size_t i = 1; i < n; ++i) {
+    if ((s[i] & 0xC0) != 0x80) return 0;
+    codePoint = (codePoint << 6) | (s[i] & 0x3F);
+  }
+  if (codePoint < min || codePoint > 0x10FFFF || (codePoint >= 0xD800 && codePoint <= 0xDFFF))
+    return 0;
+  return n;
+}
+
 std::string word(const std::string& text) {
   if (text.empty()) return "\"\"";
   for (unsigned char c : text)

@@ -19,5 +19,9 @@ std::string quoted(const std::string& text);
 /// An identifier as it is when it is a plain word, quoted when empty or when it holds
 /// blanks or quotes.
 std::string word(const std::string& text);
+/// Length of the valid UTF-8 sequence at `s` (at least one byte, `left` in all), or 0 when
+/// it is not one: overlong forms, surrogates and code points beyond U+10FFFF are not.
+/// Texts come from the network, and every document we write must stay valid.
+size_t utf8Sequence(const unsigned char* s, size_t left, unsigned int& codePoint);
 
 }  // namespace vcviewer

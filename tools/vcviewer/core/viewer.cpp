@@ -1,7 +1,9 @@
 #include "viewer.h"
 
+#include <chrono>
 #include <utility>
 
+#include "sceneJson.h"
 #include "svgWriter.h"
 #include "textFormat.h"
 
@@ -52,6 +54,18 @@ void Viewer::receive(const DtVistrelControlPdu& pdu) {
   }
   if (line.empty()) line = "ignored unknown command " + std::to_string(static_cast<int>(command));
   say(line);
+  record(pdu, line);
+}
+
+void Viewer::record(const DtVistrelControlPdu& pdu, const std::string& line) {
+  CommandRecord r;
+  r.time = std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+  r.sender = pdu.senderId().stdString();
+  r.pdu = DtEnumString(pdu.viewerCommand());
+  r.summary = line;
+  recent_.push_back(std::move(r));
+  if (recent_.size() > kRecentCommands) recent_.pop_front();
+  ++revision_;
 }
 
 void Viewer::answerState(const DtVistrelControlPdu& request) {
@@ -59,11 +73,17 @@ void Viewer::answerState(const DtVistrelControlPdu& request) {
   report->setViewerId(id_);
   report->setSenderId(name_);
   if (send_) send_(*report);
-  say(std::string("state -> ") + DtEnumString(report->viewerCommand()));
+  std::string line = std::string("state -> ") + DtEnumString(report->viewerCommand());
+  say(line);
+  record(request, line);
 }
 
 std::string Viewer::svg() const {
   return renderSvg(id_, view_, settings_, scene_);
+}
+
+std::string Viewer::json() const {
+  return renderJson(id_, view_, settings_, scene_, recent_, revision_, svg());
 }
 
 }  // namespace vcviewer

@@ -2,6 +2,8 @@
 // The stand-in viewer as a whole: it takes every control PDU heard on the federation,
 // keeps those addressed to it, applies them to its eyepoint, settings and scene, answers
 // state requests, and says in one line what it did with each.
+#include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -12,6 +14,14 @@
 #include "vistrelControl.h"
 
 namespace vcviewer {
+
+/// One command the viewer took, as the live page lists it.
+struct CommandRecord {
+  double time = 0;  // when it arrived, seconds since the epoch
+  std::string sender;
+  std::string pdu;      // "DtVcOrbit", "DtVdc3DLine", ...
+  std::string summary;  // the line the viewer said about it
+};
 
 class Viewer {
  public:
@@ -40,11 +50,22 @@ class Viewer {
 
   /// The scene as a standalone SVG document.
   std::string svg() const;
+  /// The scene, the eyepoint, the settings and the recent commands as one JSON document,
+  /// with the SVG picture inside, for the live page.
+  std::string json() const;
+
+  /// The last commands taken, oldest first; at most kRecentCommands of them, so a busy
+  /// sender cannot grow the viewer.
+  static constexpr size_t kRecentCommands = 60;
+  const std::deque<CommandRecord>& recent() const { return recent_; }
+  /// Counts the commands taken: whoever shows the viewer's state redraws when it moves.
+  std::uint64_t revision() const { return revision_; }
 
  private:
   bool addressedToUs(const DtVistrelControlPdu& pdu) const;
   void answerState(const DtVistrelControlPdu& request);
   void say(const std::string& line) const;
+  void record(const DtVistrelControlPdu& pdu, const std::string& line);
 
   std::string id_;
   std::string name_;
@@ -54,6 +75,8 @@ class Viewer {
   ViewState view_;
   Settings settings_;
   Scene scene_;
+  std::deque<CommandRecord> recent_;
+  std::uint64_t revision_ = 0;
 };
 
 }  // namespace vcviewer

@@ -1,0 +1,184 @@
+// vcviewer's live page in a real, headless Chromium: a hub and vcviewer run as processes
+// of their own, vcctl sends a scenario, and the page must show it as it happens without
+// being reloaded. The last picture is kept as a screenshot beside the build's outputs.
+//   node live_page_test.mjs BIN_DIR FDD_FILE SCREENSHOT
+// Exits 0 when every check holds, 1 on the first that does not, 77 when there is no
+// Chromium or no puppeteer-core to drive it (scripts/setup.sh installs both).
+import { spawn, execFile } from 'node:child_process';
+import { existsSync, mkdtempSync, rmSync } from 'node:fs';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import { createInterface } from 'node:readline';
+import { promisify } from 'node:util';
+
+const [binDir, fdd, screenshot] = process.argv.slice(2);
+const chromium = process.env.CHROMIUM || '/usr/bin/chromium';
+const run = promisify(execFile);
+
+let puppeteer;
+try {
+  puppeteer = (await import('puppeteer-core')).default;
+} catch {
+  console.log('SKIP: puppeteer-core is not installed in tests/browser (run scripts/setup.sh)');
+  process.exit(77);
+}
+if (!existsSync(join(binDir, 'rtihub'))) {
+  console.log('SKIP: built against another RTI, there is no hub to run the scenario on');
+  process.exit(77);
+}
+if (!existsSync(chromium)) {
+  console.log(`SKIP: no Chromium at ${chromium} (run scripts/setup.sh)`);
+  process.exit(77);
+}
+
+const children = [];
+let browser;
+let profile;
+function cleanUp() {
+  for (const c of children) if (c.exitCode === null) c.kill('SIGKILL');
+  if (profile) rmSync(profile, { recursive: true, force: true });
+}
+process.on('exit', cleanUp);
+
+// Starts a program and waits (up to 10 s) for a line of its output that matches `pattern`.
+function start(program, args, pattern) {
+  const child = spawn(join(binDir, program), args, { stdio: ['ignore', 'pipe', 'pipe'] });
+  children.push(child);
+  let transcript = '';
+  child.stderr.on('data', (d) => { transcript += d; });
+  return new Promise((resolve, reject) => {
+    const timer = setTimeout(() => reject(new Error(`${program} did not start:\n${transcript}`)), 10000);
+    createInterface({ input: child.stdout }).on('line', (line) => {
+      transcript += line + '\n';
+      const m = line.match(pattern);
+      if (m) {
+        clearTimeout(timer);
+        resolve(m);
+      }
+    });
+    child.on('exit', (code) => reject(new Error(`${program} exited with ${code}:\n${transcript}`)));
+  });
+}
+
+let failures = 0;
+function check(what, ok, detail) {
+  console.log(`${ok ? 'ok  ' : 'FAIL'} ${what}${ok || detail === undefined ? '' : `: ${JSON.stringify(detail)}`}`);
+  if (!ok) failures += 1;
+}
+
+// Waits until the page's state satisfies `predicate` (run in the page), then returns what
+// `probe` reads there; a generous bound, since the machine may be busy.
+async function until(page, what, predicate, arg) {
+  try {
+    await page.waitForFunction(predicate, { timeout: 15000, polling: 50 }, arg);
+    check(what, true);
+  } catch {
+    check(what, false, await page.evaluate(() => window.vcLive.snapshot && window.vcLive.snapshot.commands.slice(-3)));
+  }
+}
+
+try {
+  const [, hubPort] = await start('rtihub', ['--listen', '127.0.0.1:0'], /listening on 127\.0\.0\.1:(\d+)/);
+  const url = `rti://127.0.0.1:${hubPort}/PageTest`;
+  const [, pageUrl] = await start('vcviewer',
+    ['--id', 'viewer-1', '--federation', url, '--fdd', fdd, '--http', '127.0.0.1:0'],
+    /^vcviewer page on (http:\/\/127\.0\.0\.1:\d+\/)$/);
+  const vcctl = (...args) => run(join(binDir, 'vcctl'), ['--federation', url, '--fdd', fdd, '--viewer', 'viewer-1', ...args]);
+
+  profile = mkdtempSync(join(tmpdir(), 'vcviewer-page-'));
+  browser = await puppeteer.launch({
+    executablePath: chromium,
+    headless: true,
+    userDataDir: profile,
+    args: ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
+      '--disable-background-networking', '--disable-component-update', '--disable-sync',
+      '--use-gl=angle', '--use-angle=swiftshader', '--enable-unsafe-swiftshader'],
+  });
+  const page = await browser.newPage();
+  const errors = [];
+  page.on('pageerror', (e) => errors.push(e.message));
+  page.on('requestfailed', (r) => { if (!r.url().endsWith('/events')) errors.push(`${r.url()} failed`); });
+  await page.setViewport({ width: 1600, height: 1000 });
+  await page.goto(pageUrl, { waitUntil: 'load' });
+  await until(page, 'the page gets the first snapshot', () => window.vcLive.received >= 1);
+  check('three.js is served by vcviewer and runs', await page.evaluate(() => typeof THREE === 'object' && !!window.vcLive.scene3d));
+
+  // A second page that goes away in the middle: the first must not notice.
+  const other = await browser.newPage();
+  await other.goto(pageUrl, { waitUntil: 'load' });
+
+  await vcctl('orbit', '1:1:1', '--radius', '500', '--rate', '0.1');
+  await until(page, 'the eyepoint mode and its parameters', () =>
+    document.getElementById('eye-mode').textContent === 'orbit' &&
+    document.getElementById('eye').textContent.includes('radius=500'));
+  await other.close();
+
+  await vcctl('option', 'fog', 'on');
+  await vcctl('draw', 'layer', '--id', '10', 'Routes');
+  await vcctl('draw', 'line3d', '--id', '11', '--from', '-450,-300,0', '--to', '300,250,0', '--color', 'yellow', '--thickness', '3', '--arrow', 'end');
+  await vcctl('add-to-layer', '11', '10');
+  await vcctl('draw', 'text2d', '--id', '14', '--at', '0.05,0.95', '--color', 'white', 'Orbiting 1:1:1');
+  await vcctl('draw', 'text3d', '--id', '15', '--attach', '300,250,0', '--color', 'white', 'Depot');
+  await vcctl('draw', 'cuboid', '--id', '16', '--attach', '-200,100,0', '--size', '40,40,10', '--color', 'purple');
+  await vcctl('draw', 'area', '--id', '17', '--color', 'green', '0,0,0', '200,0,0', '200,-150,0', '0,-150,0');
+  await vcctl('draw', 'template', '--id', '20', '--name', 'Status', '1:Speed:number', '2:Fuel:bar:0:100');
+  await vcctl('draw', 'panel', '--id', '21', '--template', '20', '--attach', '300,250,0', '--color', 'orange');
+  await vcctl('value', '21', '1', '--number', '42');
+  await vcctl('value', '21', '2', '--number', '80');
+  // A layer that is hidden, with a drawing in it: kept by the viewer, drawn nowhere.
+  await vcctl('draw', 'layer', '--id', '40', 'Hidden');
+  await vcctl('draw', 'line3d', '--id', '41', '--from', '0,0,0', '--to', '-300,400,0', '--color', 'red');
+  await vcctl('add-to-layer', '41', '40');
+  await vcctl('hide', '40');
+  await vcctl('value', '21', '1', '--number', '88');
+
+  await until(page, 'the panel shows its latest values', () => {
+    const row = (a) => document.querySelector(`#panel-21 tr[data-attribute="${a}"] .value`);
+    return row(1) && row(1).textContent === '88' && row(2).textContent === '80' &&
+      document.querySelector('#panel-21 h3').textContent.startsWith('Status');
+  });
+  const present = await page.evaluate(() => {
+    const names = new Set(window.vcLive.scene3d.children.map((c) => c.name));
+    const svg = (id) => !!document.querySelector(`#picture svg g#object-${id}`);
+    return { in3D: [11, 15, 16, 17, 21].filter((id) => names.has(`object-${id}`)),
+      inSvg: [11, 14, 15, 16, 17, 21].filter(svg), hidden3D: names.has('object-41'), hiddenSvg: svg(41),
+      listed41: document.getElementById('drawing-41')?.dataset.visible,
+      layer: document.getElementById('layer-40')?.className,
+      fog: document.querySelector('#settings tr[data-setting="fog"] td:last-child')?.textContent };
+  });
+  check('the 3D view holds every visible 3D drawing by id', present.in3D.length === 5, present.in3D);
+  check('the overlay and plan hold every visible drawing by id', present.inSvg.length === 6, present.inSvg);
+  check('a drawing in a hidden layer is drawn in neither view', !present.hidden3D && !present.hiddenSvg, present);
+  check('it is listed as kept but not visible, its layer as hidden', present.listed41 === 'false' && present.layer === 'hidden', present);
+  check('the settings show what the options PDU changed', present.fog === 'on', present.fog);
+
+  await until(page, 'the command list shows time, sender, PDU name and summary', () => {
+    const items = [...document.querySelectorAll('#commands li')];
+    const last = items[items.length - 1];
+    return items.length >= 18 && /^\d\d:\d\d:\d\d\.\d{3}$/.test(last.querySelector('.time').textContent) &&
+      last.querySelector('.sender').textContent === 'vcctl' &&
+      last.querySelector('.pdu').textContent === 'DtVdcAttributeUpdate' &&
+      last.querySelector('.summary').textContent === 'draw value 21/1 x=88 y=0' &&
+      items.some((i) => i.querySelector('.pdu').textContent === 'DtVcOrbit');
+  });
+
+  // A pivot is a place the scene knows: the 3D camera goes to look at it.
+  await vcctl('pivot', '--point', '0,0,0', '--radius', '1400', '--heading', '0.4', '--pitch', '-0.7');
+  await until(page, 'the 3D view follows the eyepoint to a known place', () => {
+    const t = window.vcLive.view.controls.target, c = window.vcLive.view.camera.position;
+    return t.x === 0 && t.y === 0 && Math.abs(c.distanceTo(t) - 1400) < 1e-3;
+  });
+  await vcctl('show', '40');
+  await until(page, 'showing the layer draws its drawing again', () =>
+    window.vcLive.scene3d.getObjectByName('object-41') && document.querySelector('#picture svg g#object-41'));
+
+  check('the page raised no error and every file it asked for was served', errors.length === 0, errors);
+  await page.screenshot({ path: screenshot });
+  console.log(`screenshot: ${screenshot}`);
+} catch (e) {
+  check('the scenario ran', false, String(e && e.stack || e));
+} finally {
+  if (browser) await browser.close();
+  cleanUp();
+}
+process.exit(failures ? 1 : 0);

@@ -1,0 +1,508 @@
+// vcviewer's live page from the outside: the JSON it pushes (escaping, limits, what a
+// hidden drawing looks like), the HTTP server in-process through raw sockets (its files,
+// its refusals, its event stream, slow and vanished pages), and vcviewer as a process of
+// its own pushing a change it received to an open stream.
+#include <gtest/gtest.h>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cmath>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "liveServer.h"
+#include "process.h"
+#include "sceneJson.h"
+#include "viewer.h"
+#include "vistrelControl.h"
+#include "webFiles.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using vcviewer::LiveServer;
+
+// ---------------------------------------------------------------- a raw HTTP client
+
+class Client {
+ public:
+  explicit Client(int port) {
+    fd_ = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in a{};
+    a.sin_family = AF_INET;
+    a.sin_port = htons(static_cast<uint16_t>(port));
+    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    connected_ = ::connect(fd_, reinterpret_cast<sockaddr*>(&a), sizeof a) == 0;
+  }
+  ~Client() { close(); }
+  Client(const Client&) = delete;
+  Client& operator=(const Client&) = delete;
+
+  bool connected() const { return connected_; }
+  void send(const std::string& bytes) {
+    ASSERT_EQ(::send(fd_, bytes.data(), bytes.size(), MSG_NOSIGNAL),
+              static_cast<ssize_t>(bytes.size()));
+  }
+  // Reads until `text` has arrived, the peer closes, or `timeout` passes; returns all so far.
+  const std::string& readUntil(const std::string& text, std::chrono::milliseconds timeout = 10s) {
+    auto end = std::chrono::steady_clock::now() + timeout;
+    while (received_.find(text) == std::string::npos && !closed_) {
+      auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+          end - std::chrono::steady_clock::now());
+      if (left.count() <= 0) break;
+      pollfd p{fd_, POLLIN, 0};
+      if (::poll(&p, 1, static_cast<int>(left.count())) <= 0) break;
+      char buffer[65536];
+      ssize_t n = ::recv(fd_, buffer, sizeof buffer, 0);
+      if (n <= 0) closed_ = true;
+      if (n > 0) received_.append(buffer, static_cast<size_t>(n));
+    }
+    return received_;
+  }
+  bool closedByPeer() {
+    readUntil("\x01\x02 never sent", 10s);
+    return closed_;
+  }
+  void close() {
+    if (fd_ >= 0) ::close(fd_);
+    fd_ = -1;
+  }
+
+ private:
+  int fd_ = -1;
+  bool connected_ = false;
+  bool closed_ = false;
+  std::string received_;
+};
+
+std::string get(const std::string& path) {
+  return "GET " + path + " HTTP/1.1\r\nHost: 127.0.0.1\r\nConnection: close\r\n\r\n";
+}
+
+// One whole response, headers and the body its Content-Length announces, to a request sent
+// on a fresh connection. Does not wait for the server to close: after a refusal it may keep
+// the connection for the next request.
+std::string request(int port, const std::string& bytes) {
+  Client c(port);
+  EXPECT_TRUE(c.connected());
+  c.send(bytes);
+  std::string r = c.readUntil("\r\n\r\n");
+  size_t end = r.find("\r\n\r\n");
+  if (end == std::string::npos) return r;
+  size_t length = 0, at = r.find("Content-Length: ");
+  if (at != std::string::npos && at < end) length = std::stoul(r.substr(at + 16));
+  while (r.size() < end + 4 + length) {
+    size_t before = r.size();
+    r = c.readUntil(std::string(1, '\0') + "never sent", 200ms);
+    if (r.size() == before && c.closedByPeer()) break;
+  }
+  return r;
+}
+
+std::string statusLine(const std::string& response) {
+  return response.substr(0, response.find("\r\n"));
+}
+
+std::string body(const std::string& response) {
+  size_t at = response.find("\r\n\r\n");
+  return at == std::string::npos ? std::string() : response.substr(at + 4);
+}
+
+template <typename Pred>
+bool eventually(Pred pred) {
+  for (int i = 0; i < 1000; ++i) {
+    if (pred()) return true;
+    std::this_thread::sleep_for(10ms);
+  }
+  return pred();
+}
+
+// ---------------------------------------------------------------- the JSON document
+
+TEST(LivePageJson, StringsAreEscapedAndMadeValidUtf8) {
+  using vcviewer::jsonString;
+  EXPECT_EQ(jsonString("plain"), "\"plain\"");
+  EXPECT_EQ(jsonString("a\"b\\c"), "\"a\\\"b\\\\c\"");
+  EXPECT_EQ(jsonString("line\nnext\t\x01\x7f"), "\"line\\u000anext\\u0009\\u0001\\u007f\"");
+  EXPECT_EQ(jsonString("caf\xC3\xA9 \xE2\x82\xAC"), "\"caf\xC3\xA9 \xE2\x82\xAC\"");  // kept as is
+  EXPECT_EQ(jsonString("bad\xff\xC3"), "\"bad\xEF\xBF\xBD\xEF\xBF\xBD\"");
+  EXPECT_EQ(jsonString("\xC0\xAF"), "\"\xEF\xBF\xBD\xEF\xBF\xBD\"");  // an overlong '/'
+  EXPECT_EQ(jsonString("\xE2\x80\xA8"), "\"\\u2028\"");
+  EXPECT_EQ(jsonString(std::string("nul\0end", 7)), "\"nul\\u0000end\"");
+}
+
+class LiveJson : public ::testing::Test {
+ protected:
+  struct Wire : DtCustomRemoteControlSender {
+    explicit Wire(vcviewer::Viewer& v) : viewer(v) {}
+    void send(const char* pdu, int length) override {
+      std::unique_ptr<DtVistrelControlPdu> received(
+          DtVistrelControlPdu::createFromBytes(pdu, static_cast<size_t>(length)));
+      ASSERT_TRUE(received);
+      viewer.receive(*received);
+    }
+    vcviewer::Viewer& viewer;
+  };
+  vcviewer::Viewer viewer{"v1", "vcviewer-v1", nullptr, nullptr};
+  Wire wire{viewer};
+  DtVistrelRemoteController controller{&wire, DtString("v1")};
+  DtVistrelRemoteDrawer drawer{&wire, DtString("drawer \"1\"")};
+};
+
+TEST_F(LiveJson, DescribesTheSceneWithHiddenDrawingsMarkedAndNoLineBreaks) {
+  unsigned int layer = drawer.add(new DtVdcDrawLayerObject(drawer.nextId(), "Routes"));
+  DtVdc3DAttachPoint from(DtVector64(-10, 20, 0)), to(DtVector64(1000, 500, 0));
+  unsigned int line = drawer.add(new DtVdcLine3DObject(
+      drawer.nextId(), from, to, 1, DtVector64(), DtVdcColor::DtVdcRed, DtVdcSegmentStraight,
+      DtVdcSegmentArrowEnd, 3, 0xFFFFFFFF, false, false, false));
+  drawer.addToLayer(line, layer);
+  drawer.hide(layer);
+  unsigned int label = drawer.add(new DtVdcText2DObject(
+      drawer.nextId(), "two\nlines \"quoted\"", DtVdcVector2D(0.5, 0.9), DtVdcColor::DtVdcYellow,
+      false));
+  float radius = 250;
+  DtString entity("1:2:3");
+  controller.setOrbitMode(&entity, &radius, nullptr, nullptr, nullptr);
+
+  std::string json = viewer.json();
+  EXPECT_EQ(json.find('\n'), std::string::npos) << "an event stream line would end inside it";
+  EXPECT_EQ(json.front(), '{');
+  EXPECT_EQ(json.back(), '}');
+  const std::string id = std::to_string(line);
+  EXPECT_NE(json.find("{\"id\":" + id + ",\"type\":\"DtVdc3DLine\",\"is2D\":false,\"line\":true,"
+                      "\"visible\":false,\"hidden\":false,\"layers\":[" +
+                      std::to_string(layer) + "],\"color\":[255,0,0,255]"),
+            std::string::npos)
+      << json.substr(0, 2000);
+  EXPECT_NE(json.find("\"position\":[-10,20,0]"), std::string::npos);
+  EXPECT_NE(json.find("\"arrow\":1"), std::string::npos);
+  EXPECT_NE(json.find("\"pattern\":4294967295"), std::string::npos);
+  EXPECT_NE(json.find("{\"id\":" + std::to_string(layer) + ",\"name\":\"Routes\",\"hidden\":true}"),
+            std::string::npos);
+  EXPECT_NE(json.find("\"id\":" + std::to_string(label) + ",\"type\":\"DtVdc2DText\",\"is2D\":true"),
+            std::string::npos);
+  EXPECT_NE(json.find("\"text\":\"two\\u000alines \\\"quoted\\\"\""), std::string::npos);
+  EXPECT_NE(json.find("\"eye\":{\"mode\":\"orbit\",\"describe\":\"orbit attach=1:2:3 radius=250"),
+            std::string::npos);
+  EXPECT_NE(json.find("\"primary\":\"1:2:3\""), std::string::npos);
+  // The SVG rides along, escaped, and is the same picture the SVG file gets.
+  EXPECT_NE(json.find("\"svg\":" + vcviewer::jsonString(viewer.svg()) + "}"), std::string::npos);
+}
+
+TEST_F(LiveJson, PanelsCarryTheirValuesAsThePictureShowsThem) {
+  auto* panelTemplate = new DtVdcAttributeGroupTemplateObject(drawer.nextId(), "Fuel");
+  // Attributes are drawing objects too: ids of their own, apart from the template's.
+  panelTemplate->createAttributeTemplate(101, "Level", 20, 120);
+  panelTemplate->createAttributeTemplate(102, "Range",
+                                         DtVdcAttributeTemplateObject::DtVdcNumericAttribute);
+  drawer.add(panelTemplate);
+  auto* group = new DtVdcAttributeGroupObject(drawer.nextId(), panelTemplate,
+                                              DtVdc3DAttachPoint(DtVector64(500, 0, 0)),
+                                              DtVector64(), DtVdcColor::DtVdcGreen, false);
+  drawer.add(group);
+  group->setValueBarAttributeValue(101, 95);
+  drawer.update(group);
+  std::string json = viewer.json();
+  const std::string g = std::to_string(group->id());
+  EXPECT_NE(json.find("\"panels\":[{\"id\":" + g +
+                      ",\"title\":\"Fuel\",\"visible\":true,\"color\":[0,255,0,255],\"rows\":["
+                      "{\"id\":101,\"name\":\"Level\",\"type\":\"DtVdcAttributeGraphicSingleValue\","
+                      "\"value\":\"95\",\"fraction\":0.75},"
+                      "{\"id\":102,\"name\":\"Range\",\"type\":\"DtVdcAttributeSingleValue\","
+                      "\"value\":\"-\"}]}]"),
+            std::string::npos)
+      << json.substr(json.find("\"panels\""), 400);
+}
+
+TEST_F(LiveJson, RecentCommandsAreBoundedAndCountedWithTheirSenderAndTime) {
+  EXPECT_EQ(viewer.revision(), 0u);
+  double before = std::chrono::duration<double>(
+                      std::chrono::system_clock::now().time_since_epoch())
+                      .count();
+  for (size_t i = 0; i < vcviewer::Viewer::kRecentCommands + 5; ++i)
+    drawer.add(new DtVdcDrawLayerObject(drawer.nextId(), "L" + std::to_string(i)));
+  controller.requestCurrentViewMode("v1");  // answered, and listed too
+  DtTetherVCPdu other;
+  other.setViewerId("v2");  // for another viewer: not taken, not counted
+  wire.send(other.packet(), other.length());
+
+  EXPECT_EQ(viewer.revision(), vcviewer::Viewer::kRecentCommands + 6);
+  ASSERT_EQ(viewer.recent().size(), vcviewer::Viewer::kRecentCommands);
+  EXPECT_EQ(viewer.recent().front().summary.find("draw add 7 DtVdcLayer"), 0u)
+      << "the six oldest are dropped: " << viewer.recent().front().summary;
+  const vcviewer::CommandRecord& last = viewer.recent().back();
+  EXPECT_EQ(last.pdu, "DtVcRequestState");
+  EXPECT_EQ(last.summary, "state -> DtVcAbsoluteStatus");
+  EXPECT_GE(last.time, std::floor(before));
+  EXPECT_EQ(viewer.recent().front().sender, "drawer \"1\"");
+
+  std::string json = viewer.json();
+  EXPECT_NE(json.find("\"sender\":\"drawer \\\"1\\\"\",\"pdu\":\"DtVdcLayer\""),
+            std::string::npos);
+  // Arrival times keep their milliseconds.
+  size_t at = json.find("\"time\":");
+  ASSERT_NE(at, std::string::npos);
+  std::string time = json.substr(at + 7, json.find(',', at) - at - 7);
+  ASSERT_NE(time.find('.'), std::string::npos) << time;
+  EXPECT_EQ(time.size() - time.find('.'), 4u) << time;
+}
+
+// ---------------------------------------------------------------- the server in-process
+
+class LiveServerTest : public ::testing::Test {
+ protected:
+  void startWith(LiveServer::Limits limits) {
+    server = std::make_unique<LiveServer>(vcviewer::pageFiles(), limits);
+    std::string error;
+    ASSERT_TRUE(server->start("127.0.0.1", 0, error)) << error;
+    port = server->port();
+    ASSERT_GT(port, 0);
+  }
+  void SetUp() override {
+    LiveServer::Limits limits;
+    limits.maxStreams = 3;
+    limits.writeTimeoutMs = 300;
+    limits.heartbeatMs = 100;
+    startWith(limits);
+  }
+  std::unique_ptr<LiveServer> server;
+  int port = 0;
+};
+
+TEST_F(LiveServerTest, ServesItsOwnFilesExactlyAndNothingElse) {
+  for (const vcviewer::WebFile& f : vcviewer::pageFiles()) {
+    std::string r = request(port, get(f.path));
+    EXPECT_EQ(statusLine(r), "HTTP/1.1 200 OK") << f.path;
+    EXPECT_NE(r.find("Content-Type: " + f.contentType + "\r\n"), std::string::npos) << f.path;
+    EXPECT_NE(r.find("Content-Length: " + std::to_string(f.body.size()) + "\r\n"),
+              std::string::npos)
+        << f.path;
+    EXPECT_EQ(body(r), f.body) << f.path;
+  }
+  std::string page = body(request(port, get("/")));
+  for (const char* used : {"src=\"three.min.js\"", "src=\"OrbitControls.js\"", "src=\"page.js\"",
+                           "href=\"page.css\""})
+    EXPECT_NE(page.find(used), std::string::npos) << used;
+  EXPECT_GT(body(request(port, get("/three.min.js"))).size(), 100000u);
+
+  for (const char* path : {"/nope", "/pageXjs", "/page.js/", "/../../etc/passwd", "/%2e%2e/etc/passwd",
+                           "/index.htm", "//page.js", "/EVENTS"}) {
+    std::string r = request(port, get(path));
+    EXPECT_EQ(statusLine(r), "HTTP/1.1 404 Not Found") << path;
+    EXPECT_EQ(r.find("root:"), std::string::npos) << path;
+  }
+  // A query string does not change which file is served.
+  EXPECT_EQ(statusLine(request(port, get("/page.js?v=2"))), "HTTP/1.1 200 OK");
+}
+
+TEST_F(LiveServerTest, RefusesOtherMethodsAndBadRequestsWithAProperStatus) {
+  for (const char* method : {"POST", "PUT", "PATCH", "DELETE", "OPTIONS"}) {
+    std::string r = request(port, std::string(method) +
+                                      " / HTTP/1.1\r\nHost: x\r\nContent-Length: 2\r\n"
+                                      "Connection: close\r\n\r\nhi");
+    EXPECT_EQ(statusLine(r), "HTTP/1.1 405 Method Not Allowed") << method;
+    EXPECT_NE(r.find("Allow: GET, HEAD\r\n"), std::string::npos) << method;
+  }
+  EXPECT_EQ(statusLine(request(port, "GARBAGE\r\n\r\n")), "HTTP/1.1 400 Bad Request");
+  EXPECT_EQ(statusLine(request(port, "GET / HTTP/9.9 extra\r\n\r\n")), "HTTP/1.1 400 Bad Request");
+  EXPECT_EQ(statusLine(request(port, "BREW /pot HTTP/1.1\r\nConnection: close\r\n\r\n")),
+            "HTTP/1.1 400 Bad Request");
+  // A body larger than anything we take is refused.
+  std::string big =
+      "POST / HTTP/1.1\r\nHost: x\r\nContent-Length: 5000\r\n\r\n" + std::string(5000, 'b');
+  EXPECT_EQ(statusLine(request(port, big)), "HTTP/1.1 413 Payload Too Large");
+  // An endless header does not grow the server either.
+  std::string endless = "GET / HTTP/1.1\r\nX-Long: " + std::string(20000, 'a') + "\r\n\r\n";
+  EXPECT_EQ(statusLine(request(port, endless)).rfind("HTTP/1.1 4", 0), 0u);
+  // And after all that it still serves.
+  EXPECT_EQ(statusLine(request(port, get("/"))), "HTTP/1.1 200 OK");
+}
+
+TEST_F(LiveServerTest, SceneIsTheLatestSnapshotOnceThereIsOne) {
+  EXPECT_EQ(statusLine(request(port, get("/scene"))), "HTTP/1.1 503 Service Unavailable");
+  server->publish("{\"n\":1}");
+  server->publish("{\"n\":2}");
+  std::string r = request(port, get("/scene"));
+  EXPECT_EQ(statusLine(r), "HTTP/1.1 200 OK");
+  EXPECT_NE(r.find("Content-Type: application/json\r\n"), std::string::npos);
+  EXPECT_EQ(body(r), "{\"n\":2}");
+}
+
+TEST_F(LiveServerTest, StreamSendsTheLatestSnapshotThenEachNewOne) {
+  server->publish("{\"n\":1}");
+  Client page(port);
+  page.send(get("/events"));
+  std::string first = page.readUntil("\n\n");
+  EXPECT_EQ(statusLine(first), "HTTP/1.1 200 OK");
+  EXPECT_NE(first.find("Content-Type: text/event-stream\r\n"), std::string::npos);
+  EXPECT_NE(first.find("Transfer-Encoding: chunked\r\n"), std::string::npos);
+  EXPECT_NE(first.find("event: scene\nid: 1\ndata: {\"n\":1}\n\n"), std::string::npos) << first;
+  EXPECT_TRUE(eventually([&] { return server->streams() == 1; }));
+
+  server->publish("{\"n\":2}");
+  EXPECT_NE(page.readUntil("data: {\"n\":2}\n\n").find("event: scene\nid: 2\ndata: {\"n\":2}\n\n"),
+            std::string::npos);
+  // A burst: the page may skip some, but always ends on the newest.
+  for (int n = 3; n <= 50; ++n) server->publish("{\"n\":" + std::to_string(n) + "}");
+  EXPECT_NE(page.readUntil("data: {\"n\":50}\n\n").find("id: 50\ndata: {\"n\":50}\n\n"),
+            std::string::npos);
+}
+
+TEST_F(LiveServerTest, OpenStreamsAreBoundedAndAVanishedPageFreesItsPlace) {
+  server->publish("{}");
+  std::vector<std::unique_ptr<Client>> pages;
+  for (int i = 0; i < 3; ++i) {
+    pages.push_back(std::make_unique<Client>(port));
+    pages.back()->send(get("/events"));
+    ASSERT_NE(pages.back()->readUntil("data: {}\n\n").find("data: {}"), std::string::npos);
+  }
+  std::string refused = request(port, get("/events"));
+  EXPECT_EQ(statusLine(refused), "HTTP/1.1 503 Service Unavailable");
+  EXPECT_NE(refused.find("Retry-After: 5\r\n"), std::string::npos);
+  // The page's files are still served while every stream is taken.
+  EXPECT_EQ(statusLine(request(port, get("/page.js"))), "HTTP/1.1 200 OK");
+
+  pages[1]->close();  // gone without a word
+  EXPECT_TRUE(eventually([&] { return server->streams() == 2; })) << server->streams();
+  Client again(port);
+  again.send(get("/events"));
+  EXPECT_NE(again.readUntil("data: {}\n\n").find("data: {}"), std::string::npos);
+}
+
+TEST_F(LiveServerTest, APageThatStopsReadingIsDroppedWithoutHoldingUpTheOthers) {
+  Client stalled(port), reader(port);
+  stalled.send(get("/events"));
+  reader.send(get("/events"));
+  server->publish("{\"n\":0}");
+  ASSERT_NE(reader.readUntil("data: {\"n\":0}").find("data"), std::string::npos);
+  // Far more than the socket buffers hold. publish() must return every time: if it waited
+  // for the stalled page, this loop would never end.
+  const std::string filler(1 << 20, 'x');
+  for (int n = 1; n <= 60; ++n) {
+    server->publish("{\"n\":" + std::to_string(n) + ",\"pad\":\"" + filler + "\"}");
+    reader.readUntil("{\"n\":" + std::to_string(n) + ",", 10s);
+  }
+  EXPECT_NE(reader.readUntil("{\"n\":60,").find("{\"n\":60,"), std::string::npos);
+  // Stuck past its write timeout, the stalled page is cut off; the reader stays.
+  EXPECT_TRUE(eventually([&] { return server->streams() == 1; })) << server->streams();
+  server->publish("{\"n\":61}");
+  EXPECT_NE(reader.readUntil("data: {\"n\":61}").find("data: {\"n\":61}"), std::string::npos);
+}
+
+TEST_F(LiveServerTest, StoppingEndsOpenStreams) {
+  server->publish("{}");
+  Client page(port);
+  page.send(get("/events"));
+  ASSERT_NE(page.readUntil("data: {}").find("data"), std::string::npos);
+  server->stop();
+  EXPECT_TRUE(page.closedByPeer());
+  EXPECT_FALSE(Client(port).connected());
+}
+
+TEST(LiveServerAddress, ParsesHostAndPortAndDefaultsToLoopback) {
+  std::string host;
+  int port = -1;
+  EXPECT_TRUE(vcviewer::parseListenAddress("8080", host, port));
+  EXPECT_EQ(host, "127.0.0.1");
+  EXPECT_EQ(port, 8080);
+  EXPECT_TRUE(vcviewer::parseListenAddress("127.0.0.1:0", host, port));
+  EXPECT_EQ(port, 0);
+  EXPECT_TRUE(vcviewer::parseListenAddress("[::1]:65535", host, port));
+  EXPECT_EQ(host, "::1");
+  EXPECT_EQ(port, 65535);
+  for (const char* bad : {"", ":80", "host:", "host:65536", "host:-1", "host:8o", "127.0.0.1:123456"})
+    EXPECT_FALSE(vcviewer::parseListenAddress(bad, host, port)) << bad;
+}
+
+TEST(LiveServerAddress, APortInUseIsReportedNotServed) {
+  LiveServer first(vcviewer::pageFiles());
+  std::string error;
+  ASSERT_TRUE(first.start("127.0.0.1", 0, error)) << error;
+  LiveServer second(vcviewer::pageFiles());
+  EXPECT_FALSE(second.start("127.0.0.1", first.port(), error));
+  EXPECT_EQ(error, "cannot listen on 127.0.0.1:" + std::to_string(first.port()));
+}
+
+// ---------------------------------------------------------------- vcviewer as a process
+
+class LivePageProcess : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!vctest::hubAvailable()) GTEST_SKIP() << "built against another RTI: no hub here";
+    hub = vctest::startHub(hubPort);
+    url = vctest::hubUrl(hubPort, "LivePage");
+  }
+  std::unique_ptr<vctest::ChildProcess> startViewer(const std::vector<std::string>& extra) {
+    std::vector<std::string> args{"--id", "v-1", "--federation", url, "--fdd", VC_FDD_FILE};
+    args.insert(args.end(), extra.begin(), extra.end());
+    return std::make_unique<vctest::ChildProcess>(vctest::binaryPath("vcviewer"), args, true);
+  }
+  std::uint16_t hubPort = 0;
+  std::unique_ptr<vctest::ChildProcess> hub;
+  std::string url;
+};
+
+// The page is meant to show a change within 100 ms of its arrival; a second is allowed
+// here, for a busy machine.
+TEST_F(LivePageProcess, ACommandReachesAnOpenStreamWellWithinASecond) {
+  auto viewer = startViewer({"--http", "127.0.0.1:0"});
+  std::string line;
+  ASSERT_TRUE(viewer->waitForLine("vcviewer page on http://127.0.0.1:", line, 10s))
+      << viewer->transcript();
+  int httpPort = std::stoi(line.substr(line.rfind(':') + 1));
+  ASSERT_TRUE(viewer->waitForLine("vcviewer v-1 ready on " + url, line, 10s));
+
+  Client page(httpPort);
+  page.send(get("/events"));
+  ASSERT_NE(page.readUntil("\"revision\":0").find("\"revision\":0"), std::string::npos)
+      << page.readUntil("");
+  DtVistrelRemoteController controller(url.c_str(), "steering",
+                                       static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE,
+                                       DtString("v-1"));
+  ASSERT_TRUE(controller.exerciseConn()->connected());
+  controller.setControllerId("ctl");
+  DtString entity("9:8:7");
+  float radius = 321;
+  auto sent = std::chrono::steady_clock::now();
+  controller.setOrbitMode(&entity, &radius, nullptr, nullptr, nullptr);
+  const std::string& events = page.readUntil("\"revision\":1,", 10s);
+  auto shown = std::chrono::steady_clock::now();
+  size_t at = events.find("\"revision\":1,");
+  ASSERT_NE(at, std::string::npos) << viewer->transcript();
+  EXPECT_LT(shown - sent, 1s);
+  std::string event = events.substr(at);
+  EXPECT_NE(event.find("\"eye\":{\"mode\":\"orbit\",\"describe\":\"orbit attach=9:8:7 radius=321"),
+            std::string::npos);
+  EXPECT_NE(event.find("\"sender\":\"ctl\",\"pdu\":\"DtVcOrbit\",\"summary\":\"orbit attach=9:8:7"),
+            std::string::npos);
+
+  viewer->kill(SIGTERM);
+  EXPECT_EQ(viewer->wait(10s), 0) << viewer->transcript();
+  EXPECT_TRUE(page.closedByPeer());
+}
+
+TEST_F(LivePageProcess, ABadAddressOrATakenPortStopsItWithAReason) {
+  auto bad = startViewer({"--http", "127.0.0.1:99999"});
+  EXPECT_EQ(bad->wait(10s), 2);
+  EXPECT_NE(bad->transcript().find("--http wants HOST:PORT or PORT, not '127.0.0.1:99999'"),
+            std::string::npos)
+      << bad->transcript();
+
+  LiveServer taken(vcviewer::pageFiles());
+  std::string error;
+  ASSERT_TRUE(taken.start("127.0.0.1", 0, error));
+  auto busy = startViewer({"--http", "127.0.0.1:" + std::to_string(taken.port())});
+  EXPECT_EQ(busy->wait(10s), 1);
+  EXPECT_NE(busy->transcript().find("vcviewer: cannot listen on 127.0.0.1:" +
+                                    std::to_string(taken.port())),
+            std::string::npos)
+      << busy->transcript();
+}
+
+}  // namespace

@@ -1,0 +1,230 @@
+#include "sceneJson.h"
+
+#include <cmath>
+#include <cstdio>
+
+#include "scene.h"
+#include "settings.h"
+#include "textFormat.h"
+#include "viewState.h"
+#include "viewer.h"
+
+namespace vcviewer {
+
+namespace {
+
+// JSON has no NaN or infinity, and a PDU may carry them: they go out as null.
+std::string num(double v) {
+  return std::isfinite(v) ? number(v) : "null";
+}
+
+// Arrival times keep their milliseconds, which the page needs to order and time commands.
+std::string seconds(double t) {
+  char text[40];
+  std::snprintf(text, sizeof text, "%.3f", std::isfinite(t) ? t : 0.0);
+  return text;
+}
+
+std::string vec(const DtVector64& v) {
+  return "[" + num(v.x()) + "," + num(v.y()) + "," + num(v.z()) + "]";
+}
+
+std::string color(const Rgba& c) {
+  return "[" + std::to_string(c.r) + "," + std::to_string(c.g) + "," + std::to_string(c.b) + "," +
+         std::to_string(c.a) + "]";
+}
+
+// Builds one object member by member, commas included.
+class Obj {
+ public:
+  Obj& raw(const char* name, const std::string& json) {
+    text_ += (text_.size() > 1 ? ",\"" : "\"") + std::string(name) + "\":" + json;
+    return *this;
+  }
+  Obj& str(const char* name, const std::string& value) { return raw(name, jsonString(value)); }
+  Obj& number(const char* name, double value) { return raw(name, num(value)); }
+  Obj& flag(const char* name, bool value) { return raw(name, value ? "true" : "false"); }
+  std::string done() { return text_ + "}"; }
+
+ private:
+  std::string text_ = "{";
+};
+
+template <typename Range, typename Fn>
+std::string array(const Range& range, Fn each) {
+  std::string out = "[";
+  for (const auto& item : range) {
+    std::string one = each(item);
+    if (one.empty()) continue;
+    out += (out.size() > 1 ? "," : "") + one;
+  }
+  return out + "]";
+}
+
+std::string anchor(const Anchor& a) {
+  static const char* const kinds[] = {"none", "position", "entity", "object"};
+  Obj o;
+  o.str("kind", kinds[a.kind]);
+  if (a.kind == Anchor::Position) o.raw("position", vec(a.position));
+  if (a.kind == Anchor::Entity) o.str("entity", a.entity);
+  if (a.kind == Anchor::Object) o.number("object", a.objectId).number("percent", a.percent);
+  return o.done();
+}
+
+std::string drawing(const Scene& scene, const Drawing& d) {
+  Obj o;
+  o.number("id", d.id)
+      .str("type", DtVistrelDrawControlPdu::typeString(d.type))
+      .flag("is2D", d.is2D())
+      .flag("line", d.isLine())
+      .flag("visible", scene.visible(d))
+      .flag("hidden", d.hidden)
+      .raw("layers", array(d.layers, [](unsigned int id) { return std::to_string(id); }))
+      .raw("color", color(d.color))
+      .flag("flashing", d.flashing)
+      .raw("anchors", "[" + anchor(d.anchors[0]) + "," + anchor(d.anchors[1]) + "]")
+      .raw("offset", vec(d.offset))
+      .raw("segments", array(d.segments,
+                             [](const Segment& s) {
+                               return Obj()
+                                   .raw("color", color(s.color))
+                                   .number("thickness", s.thickness)
+                                   .number("pattern", s.pattern)
+                                   .number("arrow", s.arrow)
+                                   .flag("lightning", s.lightning)
+                                   .number("percent", s.percent)
+                                   .done();
+                             }))
+      .flag("fill", d.fill)
+      .raw("scale", vec(d.scale))
+      .raw("rotation", "[" + num(d.rotation.psi()) + "," + num(d.rotation.theta()) + "," +
+                           num(d.rotation.phi()) + "]")
+      .raw("points", array(d.points, [](const DtVector64& p) { return vec(p); }))
+      .str("text", d.text)
+      .str("texture", d.texture);
+  return o.done();
+}
+
+std::string panel(const Scene& scene, const Drawing& group) {
+  std::string rows = array(scene.attributes(group.attributeGroup), [&](const Drawing& a) {
+    if (!scene.attributeVisible(group, a.id)) return std::string();
+    const AttributeValue* v = scene.value(group.id, a.id);
+    Obj o;
+    o.number("id", a.id)
+        .str("name", a.text)
+        .str("type", DtVistrelDrawControlPdu::typeString(a.type))
+        .str("value", panelText(a, v));
+    if (a.type == DtVdcAttributeGraphicSingleValue) {
+      double lo = 0, hi = 100;
+      if (a.hasRange && a.rangeMax > a.rangeMin) lo = a.rangeMin, hi = a.rangeMax;
+      double fraction = v && hi > lo ? (v->x - lo) / (hi - lo) : 0.0;
+      o.number("fraction", std::fmax(0.0, std::fmin(1.0, fraction)));
+    }
+    return o.done();
+  });
+  return Obj()
+      .number("id", group.id)
+      .str("title", panelTitle(scene, group))
+      .flag("visible", scene.visible(group))
+      .raw("color", color(group.color))
+      .raw("rows", rows)
+      .done();
+}
+
+std::string eye(const ViewState& view) {
+  const EyeParams& e = view.params();
+  return Obj()
+      .str("mode", view.modeName())
+      .str("describe", view.describe())
+      .raw("location", vec(e.location))
+      .number("heading", e.heading)
+      .number("pitch", e.pitch)
+      .number("roll", e.roll)
+      .raw("pivot", vec(e.pivotPoint))
+      .raw("offset", vec(e.offset))
+      .number("radius", e.radius)
+      .str("primary", e.primary.id)
+      .str("secondary", e.secondary.id)
+      .raw("group", array(view.group(), [](const std::string& id) { return jsonString(id); }))
+      .done();
+}
+
+}  // namespace
+
+std::string jsonString(const std::string& text) {
+  std::string out = "\"";
+  const auto* s = reinterpret_cast<const unsigned char*>(text.data());
+  size_t i = 0;
+  while (i < text.size()) {
+    unsigned int c = 0;
+    size_t n = utf8Sequence(s + i, text.size() - i, c);
+    if (n == 0) {
+      out += "\xEF\xBF\xBD";
+      ++i;
+      continue;
+    }
+    if (c == '"' || c == '\\') {
+      out += '\\';
+      out += static_cast<char>(c);
+    } else if (c < 0x20 || c == 0x7F) {
+      char hex[8];
+      std::snprintf(hex, sizeof hex, "\\u%04x", c);
+      out += hex;
+    } else if (c == 0x2028 || c == 0x2029) {
+      // Valid JSON, but not inside a script; escaped so the document is safe everywhere.
+      out += c == 0x2028 ? "\\u2028" : "\\u2029";
+    } else {
+      out.append(text, i, n);
+    }
+    i += n;
+  }
+  return out + "\"";
+}
+
+std::string renderJson(const std::string& viewerId, const ViewState& view,
+                       const Settings& settings, const Scene& scene,
+                       const std::deque<CommandRecord>& recent, std::uint64_t revision,
+                       const std::string& svg) {
+  std::string settingValues = "{";
+  for (const auto& [name, value] : settings.values())
+    settingValues += (settingValues.size() > 1 ? "," : "") + jsonString(name) + ":" + jsonString(value);
+  settingValues += "}";
+
+  const auto& all = scene.drawings();
+  std::string layers = array(all, [](const auto& entry) {
+    const Drawing& d = entry.second;
+    if (d.type != DtVdcLayer) return std::string();
+    return Obj().number("id", d.id).str("name", d.text).flag("hidden", d.hidden).done();
+  });
+  std::string drawings = array(all, [&](const auto& entry) {
+    const Drawing& d = entry.second;
+    if (d.type == DtVdcLayer || d.type == DtVdcAttributeGroupTemplate) return std::string();
+    return drawing(scene, d);
+  });
+  std::string panels = array(all, [&](const auto& entry) {
+    return entry.second.type == DtVdcAttributeGroup ? panel(scene, entry.second) : std::string();
+  });
+  std::string commands = array(recent, [](const CommandRecord& r) {
+    return Obj()
+        .raw("time", seconds(r.time))
+        .str("sender", r.sender)
+        .str("pdu", r.pdu)
+        .str("summary", r.summary)
+        .done();
+  });
+  return Obj()
+      .str("viewer", viewerId)
+      .number("revision", static_cast<double>(revision))
+      .raw("eye", eye(view))
+      .raw("settings", settingValues)
+      .number("stepsize", settings.stepsize())
+      .number("turnrate", settings.turnrate())
+      .raw("layers", layers)
+      .raw("drawings", drawings)
+      .raw("panels", panels)
+      .raw("commands", commands)
+      .str("svg", svg)
+      .done();
+}
+
+}  // namespace vcviewer
