@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
 # The library end to end on this machine: installs what the build needs, builds, starts
-# a hub and the viewer stand-in on loopback, steers the viewer and draws in its scene with
-# vcctl, and leaves the viewer's picture of the scene in out/scene.svg.
+# a hub and the viewer stand-in on loopback, prints the address of the viewer's live page,
+# steers the viewer and draws in its scene with vcctl, and leaves the viewer's picture of
+# the scene in out/scene.svg.
 #   scripts/demo.sh              run the scenario, then stop everything it started
 #   scripts/demo.sh --keep       leave the hub and the viewer running, to try vcctl by hand
 #   scripts/demo.sh --no-build   use the programs already built (BUILD_DIR, default build/)
-# BUILD_DIR and OUT_DIR (default out/) move the build and the output elsewhere.
+# BUILD_DIR and OUT_DIR (default out/) move the build and the output elsewhere; HTTP sets
+# the page's address (default 127.0.0.1:0, a free port); PAUSE the seconds between steps
+# (default 2 on a terminal, so the page can be watched, else 0).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 root=$PWD
@@ -16,7 +19,7 @@ for arg in "$@"; do
   case "$arg" in
     --keep) keep=yes ;;
     --no-build) build=no ;;
-    -h|--help) sed -n '2,8p' "$0"; exit 0 ;;
+    -h|--help) sed -n '2,11p' "$0"; exit 0 ;;
     *) echo "demo.sh: unknown option $arg (try --help)" >&2; exit 2 ;;
   esac
 done
@@ -26,7 +29,11 @@ out=$(cd "$root" && mkdir -p "${OUT_DIR:-out}" && cd "${OUT_DIR:-out}" && pwd)
 bin=$build_dir/bin
 svg=$out/scene.svg
 
-step() { printf '\n== %s\n' "$*"; }
+step() {
+  # Time to watch each step happen on the page, once there is a page to watch.
+  if [ -n "${pause:-}" ] && [ "$pause" != 0 ]; then sleep "$pause"; fi
+  printf '\n== %s\n' "$*"
+}
 fail() { echo "demo.sh: $*" >&2; exit 1; }
 
 # ------------------------------------------------------------------ build
@@ -78,12 +85,19 @@ url=rti://127.0.0.1:$port/Demo
 echo "$line"
 
 step "Starting the viewer stand-in viewer-1 on $url"
-"$bin/vcviewer" --id viewer-1 --federation "$url" --svg "$svg" >"$out/viewer.log" 2>"$out/viewer.err" &
+"$bin/vcviewer" --id viewer-1 --federation "$url" --svg "$svg" --http "${HTTP:-127.0.0.1:0}" \
+  >"$out/viewer.log" 2>"$out/viewer.err" &
 viewer_pid=$!
 pids+=($viewer_pid)
 wait_for_line "$out/viewer.log" "ready on" 10 >/dev/null ||
   { cat "$out/viewer.log" "$out/viewer.err" >&2; fail "the viewer did not start"; }
+page=$(grep -m1 "vcviewer page on " "$out/viewer.log") || fail "the viewer printed no page address"
+page=${page#vcviewer page on }
 echo "viewer-1 is running; its log: $out/viewer.log"
+echo
+echo "   +------------------------------------------------------------------+"
+echo "     Watch the viewer live: open $page in a browser"
+echo "   +------------------------------------------------------------------+"
 
 # ------------------------------------------------------------------ the scenario
 # Prints each vcctl command as a user would type it, runs it, then shows what the viewer
@@ -101,6 +115,8 @@ show_viewer() {
   tail -n +"$((viewer_lines + 1))" "$out/viewer.log" | sed 's/^/   viewer-1 | /'
   viewer_lines=$(wc -l <"$out/viewer.log")
 }
+pause=${PAUSE:-}
+if [ -z "$pause" ]; then if [ -t 1 ]; then pause=2; else pause=0; fi; fi
 vcctl() {
   local word shown=""
   for word in "$@"; do
@@ -163,7 +179,7 @@ if [ "$keep" = yes ]; then
    vcctl --federation $url listen --seconds 30     # in a second shell, then send more
    vcctl --help;  vcctl draw --help;  vcctl option --help
 
-   The viewer prints a line per command in $out/viewer.log.
+   The viewer prints a line per command in $out/viewer.log; its live page: $page
    When done, stop the viewer (it then writes $svg) and the hub:
    vcctl --federation $url --viewer viewer-1 option exit;  kill ${pids[0]}
 EOF
@@ -183,3 +199,4 @@ show_viewer
 
 step "Done. The viewer's picture of the scene: $svg"
 echo "Open it in a browser. Logs are beside it in $out/."
+echo "(The live page went away with the viewer; run with --keep to leave it up.)"

@@ -163,9 +163,9 @@ TEST_F(LiveJson, DescribesTheSceneWithHiddenDrawingsMarkedAndNoLineBreaks) {
       DtVdcSegmentArrowEnd, 3, 0xFFFFFFFF, false, false, false));
   drawer.addToLayer(line, layer);
   drawer.hide(layer);
-  unsigned int label = drawer.add(new DtVdcText2DObject(
-      drawer.nextId(), "two\nlines \"quoted\"", DtVdcVector2D(0.5, 0.9), DtVdcColor::DtVdcYellow,
-      false));
+  unsigned int label =
+      drawer.add(new DtVdcText2DObject(drawer.nextId(), "two\nlines \"quoted\"",
+                                       DtVdcVector2D(0.5, 0.9), DtVdcColor::DtVdcYellow, false));
   float radius = 250;
   DtString entity("1:2:3");
   controller.setOrbitMode(&entity, &radius, nullptr, nullptr, nullptr);
@@ -175,7 +175,8 @@ TEST_F(LiveJson, DescribesTheSceneWithHiddenDrawingsMarkedAndNoLineBreaks) {
   EXPECT_EQ(json.front(), '{');
   EXPECT_EQ(json.back(), '}');
   const std::string id = std::to_string(line);
-  EXPECT_NE(json.find("{\"id\":" + id + ",\"type\":\"DtVdc3DLine\",\"is2D\":false,\"line\":true,"
+  EXPECT_NE(json.find("{\"id\":" + id +
+                      ",\"type\":\"DtVdc3DLine\",\"is2D\":false,\"line\":true,"
                       "\"visible\":false,\"hidden\":false,\"layers\":[" +
                       std::to_string(layer) + "],\"color\":[255,0,0,255]"),
             std::string::npos)
@@ -185,8 +186,9 @@ TEST_F(LiveJson, DescribesTheSceneWithHiddenDrawingsMarkedAndNoLineBreaks) {
   EXPECT_NE(json.find("\"pattern\":4294967295"), std::string::npos);
   EXPECT_NE(json.find("{\"id\":" + std::to_string(layer) + ",\"name\":\"Routes\",\"hidden\":true}"),
             std::string::npos);
-  EXPECT_NE(json.find("\"id\":" + std::to_string(label) + ",\"type\":\"DtVdc2DText\",\"is2D\":true"),
-            std::string::npos);
+  EXPECT_NE(
+      json.find("\"id\":" + std::to_string(label) + ",\"type\":\"DtVdc2DText\",\"is2D\":true"),
+      std::string::npos);
   EXPECT_NE(json.find("\"text\":\"two\\u000alines \\\"quoted\\\"\""), std::string::npos);
   EXPECT_NE(json.find("\"eye\":{\"mode\":\"orbit\",\"describe\":\"orbit attach=1:2:3 radius=250"),
             std::string::npos);
@@ -210,21 +212,21 @@ TEST_F(LiveJson, PanelsCarryTheirValuesAsThePictureShowsThem) {
   drawer.update(group);
   std::string json = viewer.json();
   const std::string g = std::to_string(group->id());
-  EXPECT_NE(json.find("\"panels\":[{\"id\":" + g +
-                      ",\"title\":\"Fuel\",\"visible\":true,\"color\":[0,255,0,255],\"rows\":["
-                      "{\"id\":101,\"name\":\"Level\",\"type\":\"DtVdcAttributeGraphicSingleValue\","
-                      "\"value\":\"95\",\"fraction\":0.75},"
-                      "{\"id\":102,\"name\":\"Range\",\"type\":\"DtVdcAttributeSingleValue\","
-                      "\"value\":\"-\"}]}]"),
-            std::string::npos)
+  EXPECT_NE(
+      json.find("\"panels\":[{\"id\":" + g +
+                ",\"title\":\"Fuel\",\"visible\":true,\"color\":[0,255,0,255],\"rows\":["
+                "{\"id\":101,\"name\":\"Level\",\"type\":\"DtVdcAttributeGraphicSingleValue\","
+                "\"value\":\"95\",\"fraction\":0.75},"
+                "{\"id\":102,\"name\":\"Range\",\"type\":\"DtVdcAttributeSingleValue\","
+                "\"value\":\"-\"}]}]"),
+      std::string::npos)
       << json.substr(json.find("\"panels\""), 400);
 }
 
 TEST_F(LiveJson, RecentCommandsAreBoundedAndCountedWithTheirSenderAndTime) {
   EXPECT_EQ(viewer.revision(), 0u);
-  double before = std::chrono::duration<double>(
-                      std::chrono::system_clock::now().time_since_epoch())
-                      .count();
+  double before =
+      std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
   for (size_t i = 0; i < vcviewer::Viewer::kRecentCommands + 5; ++i)
     drawer.add(new DtVdcDrawLayerObject(drawer.nextId(), "L" + std::to_string(i)));
   controller.requestCurrentViewMode("v1");  // answered, and listed too
@@ -243,8 +245,7 @@ TEST_F(LiveJson, RecentCommandsAreBoundedAndCountedWithTheirSenderAndTime) {
   EXPECT_EQ(viewer.recent().front().sender, "drawer \"1\"");
 
   std::string json = viewer.json();
-  EXPECT_NE(json.find("\"sender\":\"drawer \\\"1\\\"\",\"pdu\":\"DtVdcLayer\""),
-            std::string::npos);
+  EXPECT_NE(json.find("\"sender\":\"drawer \\\"1\\\"\",\"pdu\":\"DtVdcLayer\""), std::string::npos);
   // Arrival times keep their milliseconds.
   size_t at = json.find("\"time\":");
   ASSERT_NE(at, std::string::npos);
@@ -286,13 +287,13 @@ TEST_F(LiveServerTest, ServesItsOwnFilesExactlyAndNothingElse) {
     EXPECT_EQ(body(r), f.body) << f.path;
   }
   std::string page = body(request(port, get("/")));
-  for (const char* used : {"src=\"three.min.js\"", "src=\"OrbitControls.js\"", "src=\"page.js\"",
-                           "href=\"page.css\""})
+  for (const char* used :
+       {"src=\"three.min.js\"", "src=\"OrbitControls.js\"", "src=\"page.js\"", "href=\"page.css\""})
     EXPECT_NE(page.find(used), std::string::npos) << used;
   EXPECT_GT(body(request(port, get("/three.min.js"))).size(), 100000u);
 
-  for (const char* path : {"/nope", "/pageXjs", "/page.js/", "/../../etc/passwd", "/%2e%2e/etc/passwd",
-                           "/index.htm", "//page.js", "/EVENTS"}) {
+  for (const char* path : {"/nope", "/pageXjs", "/page.js/", "/../../etc/passwd",
+                           "/%2e%2e/etc/passwd", "/index.htm", "//page.js", "/EVENTS"}) {
     std::string r = request(port, get(path));
     EXPECT_EQ(statusLine(r), "HTTP/1.1 404 Not Found") << path;
     EXPECT_EQ(r.find("root:"), std::string::npos) << path;
@@ -416,7 +417,8 @@ TEST(LiveServerAddress, ParsesHostAndPortAndDefaultsToLoopback) {
   EXPECT_TRUE(vcviewer::parseListenAddress("[::1]:65535", host, port));
   EXPECT_EQ(host, "::1");
   EXPECT_EQ(port, 65535);
-  for (const char* bad : {"", ":80", "host:", "host:65536", "host:-1", "host:8o", "127.0.0.1:123456"})
+  for (const char* bad :
+       {"", ":80", "host:", "host:65536", "host:-1", "host:8o", "127.0.0.1:123456"})
     EXPECT_FALSE(vcviewer::parseListenAddress(bad, host, port)) << bad;
 }
 
@@ -462,9 +464,8 @@ TEST_F(LivePageProcess, ACommandReachesAnOpenStreamWellWithinASecond) {
   page.send(get("/events"));
   ASSERT_NE(page.readUntil("\"revision\":0").find("\"revision\":0"), std::string::npos)
       << page.readUntil("");
-  DtVistrelRemoteController controller(url.c_str(), "steering",
-                                       static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE,
-                                       DtString("v-1"));
+  DtVistrelRemoteController controller(url.c_str(), "steering", static_cast<DtFomMapper*>(nullptr),
+                                       VC_FDD_FILE, DtString("v-1"));
   ASSERT_TRUE(controller.exerciseConn()->connected());
   controller.setControllerId("ctl");
   DtString entity("9:8:7");

@@ -204,7 +204,8 @@ int main(int argc, char** argv) {
       return 1;
     }
     page->publish(viewer.json());
-    std::string shownHost = httpHost.find(':') == std::string::npos ? httpHost : "[" + httpHost + "]";
+    std::string shownHost =
+        httpHost.find(':') == std::string::npos ? httpHost : "[" + httpHost + "]";
     printLine("vcviewer page on http://" + shownHost + ":" + std::to_string(page->port()) + "/");
   }
   printLine("vcviewer " + id + " ready on " + url);

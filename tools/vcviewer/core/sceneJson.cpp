@@ -181,13 +181,13 @@ std::string jsonString(const std::string& text) {
   return out + "\"";
 }
 
-std::string renderJson(const std::string& viewerId, const ViewState& view,
-                       const Settings& settings, const Scene& scene,
-                       const std::deque<CommandRecord>& recent, std::uint64_t revision,
-                       const std::string& svg) {
+std::string renderJson(const std::string& viewerId, const ViewState& view, const Settings& settings,
+                       const Scene& scene, const std::deque<CommandRecord>& recent,
+                       std::uint64_t revision, const std::string& svg) {
   std::string settingValues = "{";
   for (const auto& [name, value] : settings.values())
-    settingValues += (settingValues.size() > 1 ? "," : "") + jsonString(name) + ":" + jsonString(value);
+    settingValues +=
+        (settingValues.size() > 1 ? "," : "") + jsonString(name) + ":" + jsonString(value);
   settingValues += "}";
 
   const auto& all = scene.drawings();

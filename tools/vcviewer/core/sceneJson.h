@@ -15,10 +15,9 @@ class ViewState;
 struct CommandRecord;
 
 /// The whole document. `svg` goes in as it is, as the "svg" member.
-std::string renderJson(const std::string& viewerId, const ViewState& view,
-                       const Settings& settings, const Scene& scene,
-                       const std::deque<CommandRecord>& recent, std::uint64_t revision,
-                       const std::string& svg);
+std::string renderJson(const std::string& viewerId, const ViewState& view, const Settings& settings,
+                       const Scene& scene, const std::deque<CommandRecord>& recent,
+                       std::uint64_t revision, const std::string& svg);
 
 /// A JSON string literal of `text`: quotes, backslashes and control characters escaped,
 /// bytes that are not UTF-8 replaced by U+FFFD.

@@ -59,7 +59,8 @@ void Viewer::receive(const DtVistrelControlPdu& pdu) {
 
 void Viewer::record(const DtVistrelControlPdu& pdu, const std::string& line) {
   CommandRecord r;
-  r.time = std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+  r.time =
+      std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
   r.sender = pdu.senderId().stdString();
   r.pdu = DtEnumString(pdu.viewerCommand());
   r.summary = line;

@@ -118,7 +118,8 @@ LiveServer::LiveServer(std::vector<WebFile> files, Limits limits) : impl_(new Im
   // Streams, plus room for the files and for requests that are refused.
   size_t threads = limits.maxStreams + 6;
   impl_->server.new_task_queue = [threads] { return new httplib::ThreadPool(threads); };
-  impl_->server.set_write_timeout(limits.writeTimeoutMs / 1000, (limits.writeTimeoutMs % 1000) * 1000);
+  impl_->server.set_write_timeout(limits.writeTimeoutMs / 1000,
+                                  (limits.writeTimeoutMs % 1000) * 1000);
   impl_->server.set_read_timeout(5, 0);
   impl_->server.set_keep_alive_timeout(2);
   impl_->server.set_payload_max_length(limits.maxRequestBody);

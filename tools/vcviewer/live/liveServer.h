@@ -23,10 +23,10 @@ struct WebFile {
 class LiveServer {
  public:
   struct Limits {
-    size_t maxStreams = 16;       // open pages at once; more are told to come back later
-    int writeTimeoutMs = 3000;    // a page that reads nothing for this long is dropped
-    int heartbeatMs = 1000;       // how soon a page that went away is noticed
-    size_t maxRequestBody = 4096; // nothing we serve takes a body
+    size_t maxStreams = 16;        // open pages at once; more are told to come back later
+    int writeTimeoutMs = 3000;     // a page that reads nothing for this long is dropped
+    int heartbeatMs = 1000;        // how soon a page that went away is noticed
+    size_t maxRequestBody = 4096;  // nothing we serve takes a body
   };
 
   explicit LiveServer(std::vector<WebFile> files);
