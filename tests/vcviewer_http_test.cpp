@@ -20,6 +20,7 @@
 #include "process.h"
 #include "sceneJson.h"
 #include "viewer.h"
+#include "viewerWire.h"
 #include "vistrelControl.h"
 #include "webFiles.h"
 
@@ -139,18 +140,8 @@ TEST(LivePageJson, StringsAreEscapedAndMadeValidUtf8) {
 
 class LiveJson : public ::testing::Test {
  protected:
-  struct Wire : DtCustomRemoteControlSender {
-    explicit Wire(vcviewer::Viewer& v) : viewer(v) {}
-    void send(const char* pdu, int length) override {
-      std::unique_ptr<DtVistrelControlPdu> received(
-          DtVistrelControlPdu::createFromBytes(pdu, static_cast<size_t>(length)));
-      ASSERT_TRUE(received);
-      viewer.receive(*received);
-    }
-    vcviewer::Viewer& viewer;
-  };
   vcviewer::Viewer viewer{"v1", "vcviewer-v1", nullptr, nullptr};
-  Wire wire{viewer};
+  vctest::ViewerWire wire{viewer};
   DtVistrelRemoteController controller{&wire, DtString("v1")};
   DtVistrelRemoteDrawer drawer{&wire, DtString("drawer \"1\"")};
 };

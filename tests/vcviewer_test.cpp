@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "viewer.h"
+#include "viewerWire.h"
 #include "vistrelControl.h"
 #include "wireBytes.h"
 
@@ -16,17 +17,7 @@ namespace {
 
 using vcviewer::Viewer;
 
-// Bytes in, PDU out: as the viewer would get them from the federation.
-struct Wire : DtCustomRemoteControlSender {
-  explicit Wire(Viewer& v) : viewer(v) {}
-  void send(const char* pdu, int length) override {
-    std::unique_ptr<DtVistrelControlPdu> received(
-        DtVistrelControlPdu::createFromBytes(pdu, static_cast<size_t>(length)));
-    ASSERT_TRUE(received);
-    viewer.receive(*received);
-  }
-  Viewer& viewer;
-};
+using Wire = vctest::ViewerWire;
 
 DtGlobalObjectDesignatorList ids(std::initializer_list<const char*> names) {
   DtGlobalObjectDesignatorList list;
