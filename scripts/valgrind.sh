@@ -28,6 +28,8 @@ slow=(
   "Hub.SendingWhileAnotherThreadWaitsInEvokeIsNotHeldUp"
   "*Throughput*"
   "*Performance*"
+  "LiveServerTest.APageThatStopsReading*"
+  "LivePageProcess.ACommandReachesAnOpenStream*"
 )
 exclude=$(IFS=:; echo "${slow[*]}")
 
