@@ -314,7 +314,7 @@ TEST_F(LiveServerTest, ServesItsOwnFilesExactlyAndNothingElse) {
 TEST_F(LiveServerTest, RefusesOtherMethodsAndBadRequestsWithAProperStatus) {
   for (const char* method : {"POST", "PUT", "PATCH", "DELETE", "OPTIONS"}) {
     std::string r = request(port, std::string(method) +
-                                      " / HTTP/1.1\r\nHost: x\r\nContent-Length: 2\r\n"
+                                      " / HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: 2\r\n"
                                       "Connection: close\r\n\r\nhi");
     EXPECT_EQ(statusLine(r), "HTTP/1.1 405 Method Not Allowed") << method;
     EXPECT_NE(r.find("Allow: GET, HEAD\r\n"), std::string::npos) << method;
@@ -325,13 +325,35 @@ TEST_F(LiveServerTest, RefusesOtherMethodsAndBadRequestsWithAProperStatus) {
             "HTTP/1.1 400 Bad Request");
   // A body larger than anything we take is refused.
   std::string big =
-      "POST / HTTP/1.1\r\nHost: x\r\nContent-Length: 5000\r\n\r\n" + std::string(5000, 'b');
+      "POST / HTTP/1.1\r\nHost: localhost\r\nContent-Length: 5000\r\n\r\n" + std::string(5000, 'b');
   EXPECT_EQ(statusLine(request(port, big)), "HTTP/1.1 413 Payload Too Large");
   // An endless header does not grow the server either.
   std::string endless = "GET / HTTP/1.1\r\nX-Long: " + std::string(20000, 'a') + "\r\n\r\n";
   EXPECT_EQ(statusLine(request(port, endless)).rfind("HTTP/1.1 4", 0), 0u);
   // And after all that it still serves.
   EXPECT_EQ(statusLine(request(port, get("/"))), "HTTP/1.1 200 OK");
+}
+
+// Bound to loopback, a request naming another host came through a name made to point here
+// (a web page of some site reading the scene through its own name): refused.
+TEST_F(LiveServerTest, OnLoopbackOnlyRequestsNamingThisMachineAreServed) {
+  auto withHost = [&](const std::string& host) {
+    return statusLine(
+        request(port, "GET /page.js HTTP/1.1\r\nHost: " + host + "\r\nConnection: close\r\n\r\n"));
+  };
+  const std::string p = std::to_string(port);
+  for (const std::string& host :
+       std::vector<std::string>{"127.0.0.1:" + p, "localhost:" + p, "[::1]:" + p, "127.0.0.1"})
+    EXPECT_EQ(withHost(host), "HTTP/1.1 200 OK") << host;
+  for (const std::string& host :
+       std::vector<std::string>{"evil.example:" + p, "evil.example", "127.0.0.1.evil.example:" + p,
+                                "localhost.evil.example"}) {
+    std::string r =
+        request(port, "GET /events HTTP/1.1\r\nHost: " + host + "\r\nConnection: close\r\n\r\n");
+    EXPECT_EQ(statusLine(r), "HTTP/1.1 403 Forbidden") << host;
+    EXPECT_EQ(r.find("event:"), std::string::npos) << host;
+  }
+  EXPECT_EQ(statusLine(request(port, "GET / HTTP/1.0\r\n\r\n")), "HTTP/1.1 200 OK");
 }
 
 TEST_F(LiveServerTest, SceneIsTheLatestSnapshotOnceThereIsOne) {

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
@@ -196,6 +197,10 @@ int main(int argc, char** argv) {
   // here on the viewer's thread after each batch of PDUs.
   std::unique_ptr<vcviewer::LiveServer> page;
   std::uint64_t published = 0;
+  // A snapshot costs the whole scene as JSON and SVG: under a flood of PDUs one every
+  // 40 ms is enough, and a change still reaches the pages within some 60 ms.
+  const auto snapshotInterval = std::chrono::milliseconds(40);
+  auto lastSnapshot = std::chrono::steady_clock::now();
   if (args.has("http")) {
     page = std::make_unique<vcviewer::LiveServer>(vcviewer::pageFiles());
     std::string error;
@@ -215,8 +220,10 @@ int main(int argc, char** argv) {
   std::string pending;
   while (why.empty()) {
     conn.drainInput(0.02);
-    if (page && viewer.revision() != published) {
+    if (page && viewer.revision() != published &&
+        std::chrono::steady_clock::now() - lastSnapshot >= snapshotInterval) {
       published = viewer.revision();
+      lastSnapshot = std::chrono::steady_clock::now();
       page->publish(viewer.json());
     }
     if (g_stopSignal) why = g_stopSignal == SIGINT ? "interrupted" : "terminated";

@@ -25,6 +25,7 @@ struct LiveServer::Impl {
   bool stopping = false;                        // guarded by mutex
   std::atomic<size_t> streams{0};
   std::atomic<bool> listenEnded{false};
+  bool loopbackOnly = false;  // set before the server threads start
 
   void routes();
   void stream(httplib::Response& res);
@@ -37,9 +38,32 @@ void refuse(httplib::Response& res, int status, const std::string& why) {
   res.set_content(why + "\n", "text/plain; charset=utf-8");
 }
 
+bool loopbackName(const std::string& host) {
+  return host == "127.0.0.1" || host == "localhost" || host == "::1" || host == "[::1]";
+}
+
+// The host part of a Host header: "127.0.0.1:8080" -> "127.0.0.1", "[::1]:80" -> "[::1]".
+std::string hostName(const std::string& header) {
+  size_t colon = header.rfind(':');
+  if (colon != std::string::npos && header.find(']', colon) == std::string::npos)
+    return header.substr(0, colon);
+  return header;
+}
+
 }  // namespace
 
 void LiveServer::Impl::routes() {
+  // Served on loopback, the page is for this machine only: a request that names another
+  // host reached us through a name that was made to point here, and a page of some web
+  // site could read the scene that way.
+  server.set_pre_routing_handler([this](const httplib::Request& req, httplib::Response& res) {
+    std::string named = hostName(req.get_header_value("Host"));
+    if (!loopbackOnly || named.empty() || loopbackName(named))
+      return httplib::Server::HandlerResponse::Unhandled;
+    refuse(res, 403, "this page is served to this machine only (Host: 127.0.0.1 or localhost)");
+    return httplib::Server::HandlerResponse::Handled;
+  });
+
   // One handler looks every path up exactly: patterns would let "/page.js" match
   // "/pageXjs", and nothing outside the list may ever be served.
   server.Get(".*", [this](const httplib::Request& req, httplib::Response& res) {
@@ -148,6 +172,7 @@ bool LiveServer::start(const std::string& host, int port, std::string& error) {
     return false;
   }
   impl_->port = bound;
+  impl_->loopbackOnly = loopbackName(host);
   impl_->thread = std::thread([this] {
     impl_->server.listen_after_bind();
     impl_->listenEnded = true;
