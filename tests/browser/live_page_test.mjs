@@ -120,6 +120,7 @@ try {
   await vcctl('draw', 'text2d', '--id', '14', '--at', '0.05,0.95', '--color', 'white', 'Orbiting 1:1:1');
   await vcctl('draw', 'text3d', '--id', '15', '--attach', '300,250,0', '--color', 'white', 'Depot');
   await vcctl('draw', 'cuboid', '--id', '16', '--attach', '-200,100,0', '--size', '40,40,10', '--color', 'purple');
+  await vcctl('draw', 'cylinder', '--id', '18', '--attach', '-450,250,0', '--to', 'object:11@50', '--diameters', '20,20', '--color', 'blue');
   await vcctl('draw', 'area', '--id', '17', '--color', 'green', '0,0,0', '200,0,0', '200,-150,0', '0,-150,0');
   await vcctl('draw', 'template', '--id', '20', '--name', 'Status', '1:Speed:number', '2:Fuel:bar:0:100');
   await vcctl('draw', 'panel', '--id', '21', '--template', '20', '--attach', '300,250,0', '--color', 'orange');
@@ -140,13 +141,13 @@ try {
   const present = await page.evaluate(() => {
     const names = new Set(window.vcLive.scene3d.children.map((c) => c.name));
     const svg = (id) => !!document.querySelector(`#picture svg g#object-${id}`);
-    return { in3D: [11, 15, 16, 17, 21].filter((id) => names.has(`object-${id}`)),
+    return { in3D: [11, 15, 16, 17, 18, 21].filter((id) => names.has(`object-${id}`)),
       inSvg: [11, 14, 15, 16, 17, 21].filter(svg), hidden3D: names.has('object-41'), hiddenSvg: svg(41),
       listed41: document.getElementById('drawing-41')?.dataset.visible,
       layer: document.getElementById('layer-40')?.className,
       fog: document.querySelector('#settings tr[data-setting="fog"] td:last-child')?.textContent };
   });
-  check('the 3D view holds every visible 3D drawing by id', present.in3D.length === 5, present.in3D);
+  check('the 3D view holds every visible 3D drawing by id', present.in3D.length === 6, present.in3D);
   check('the overlay and plan hold every visible drawing by id', present.inSvg.length === 6, present.inSvg);
   check('a drawing in a hidden layer is drawn in neither view', !present.hidden3D && !present.hiddenSvg, present);
   check('it is listed as kept but not visible, its layer as hidden', present.listed41 === 'false' && present.layer === 'hidden', present);
@@ -155,7 +156,7 @@ try {
   await until(page, 'the command list shows time, sender, PDU name and summary', () => {
     const items = [...document.querySelectorAll('#commands li')];
     const last = items[items.length - 1];
-    return items.length >= 18 && /^\d\d:\d\d:\d\d\.\d{3}$/.test(last.querySelector('.time').textContent) &&
+    return items.length >= 19 && /^\d\d:\d\d:\d\d\.\d{3}$/.test(last.querySelector('.time').textContent) &&
       last.querySelector('.sender').textContent === 'vcctl' &&
       last.querySelector('.pdu').textContent === 'DtVdcAttributeUpdate' &&
       last.querySelector('.summary').textContent === 'draw value 21/1 x=88 y=0' &&

@@ -283,6 +283,19 @@ function solid(d, at, labelHeight) {
   return mesh;
 }
 
+// A cylinder spanning two anchors: its axis runs from one to the other.
+function tube(d, from, to) {
+  const radius = Math.max(Math.abs(d.scale[0]), Math.abs(d.scale[1]), 1) / 2;
+  const geometry = new THREE.CylinderGeometry(radius, radius, Math.max(from.distanceTo(to), 0.01), 20);
+  const mesh = d.fill ? new THREE.Mesh(geometry, material(d.color, THREE.MeshBasicMaterial))
+    : new THREE.LineSegments(new THREE.EdgesGeometry(geometry), material(d.color, THREE.LineBasicMaterial));
+  if (!d.fill) geometry.dispose();
+  const axis = to.clone().sub(from);
+  if (axis.lengthSq() > 0) mesh.quaternion.setFromUnitVectors(new THREE.Vector3(0, 1, 0), axis.normalize());
+  mesh.position.copy(from).lerp(to, 0.5);
+  return mesh;
+}
+
 function build3D(s) {
   const byId = new Map(s.drawings.map((d) => [d.id, d]));
   const box = new THREE.Box3();
@@ -309,6 +322,10 @@ function build3D(s) {
       item.add(polygon(d.points, d.color, d.fill || d.type.includes('Area')));
     } else if (!at) {
       continue;
+    } else if (d.type.includes('Cylinder') && d.anchors[1].kind !== 'none') {
+      const end = resolve(d.anchors[1], d.offset, byId, 0);
+      if (!end) continue;
+      item.add(tube(d, at, end));
     } else if (d.type.includes('Text')) {
       const label = sprite([d.text], d.color, labelHeight, false);
       label.position.copy(at);
