@@ -158,6 +158,11 @@ int ChildProcess::wait(std::chrono::milliseconds timeout) {
     if (r == pid_) {
       reaped_ = true;
       status_ = WIFEXITED(st) ? WEXITSTATUS(st) : WIFSIGNALED(st) ? 128 + WTERMSIG(st) : -1;
+      // The child is gone, but the reader may not have taken its last lines yet: a test
+      // that reads the transcript right after wait() must find all of it. A grandchild
+      // holding the pipe open keeps it from ending, hence the bound.
+      std::unique_lock<std::mutex> lock(mu_);
+      cv_.wait_for(lock, std::chrono::seconds(5), [this] { return eof_; });
       return status_;
     }
     if (r < 0 && errno != EINTR) return -1;

@@ -51,8 +51,8 @@ class ChildProcess {
   void closeStdin();
 
   void kill(int signal);
-  // Waits for the child to end. Returns its exit code, 128 + the signal that ended it, or
-  // -1 on timeout (the child is left running).
+  // Waits for the child to end, and for the rest of its output. Returns its exit code, 128 + the
+  // signal that ended it, or -1 on timeout (the child is left running).
   int wait(std::chrono::milliseconds timeout);
   bool running();
 
