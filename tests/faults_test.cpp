@@ -311,8 +311,10 @@ TEST_F(StoppedSubscriber, HubMemoryStaysBoundedAndTheOthersGoOn) {
   EXPECT_TRUE(hub_->waitForLine("not reading", line, seconds(5))) << hub_->transcript();
   // The stopped client cost the others its stall timeout, not the whole transfer.
   EXPECT_LT(took, seconds(60));
-  EXPECT_LT(peak - baseline, 24 * kQueueLimit / 1024)
-      << "KiB the hub grew by for one stopped client";
+  if (vctest::kResidentMemoryTells) {
+    EXPECT_LT(peak - baseline, 24 * kQueueLimit / 1024)
+        << "KiB the hub grew by for one stopped client";
+  }
 
   // Woken up, the stopped federate finds itself disconnected.
   ::kill(stuck->pid(), SIGCONT);

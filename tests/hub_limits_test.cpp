@@ -105,7 +105,9 @@ TEST_F(HubLimits, AClientThatNeverReadsItsAnswersIsDroppedAndCostsTheHubItsQueue
   EXPECT_FALSE(p.lost);
   EXPECT_LT(p.worstMs, kPromptlyMs);
   // The default queue limit is 8 MiB, plus the answer that crossed it.
-  EXPECT_LT(peak - before, 32 * 1024) << "KiB the hub grew by";
+  if (vctest::kResidentMemoryTells) {
+    EXPECT_LT(peak - before, 32 * 1024) << "KiB the hub grew by";
+  }
   // Dropped means resigned: nobody is left joined to the wide federation.
   EXPECT_NO_THROW(makeAmbassador()->destroyFederationExecution(wide(vctest::hubUrl(port_, big))));
   expectFederationWorks("after the flood");
@@ -193,7 +195,9 @@ TEST_F(StalledFrames, AreDroppedInTimeAndHoldNoMoreThanTheHubsBudget) {
 
   // Beyond 32 MiB of incomplete frames the oldest went first (logged before the timeouts).
   EXPECT_GT(count("the oldest while incomplete frames took"), 0u) << hub_->transcript();
-  EXPECT_LT(peak - before, 44 * 1024) << "KiB the hub grew by";
+  if (vctest::kResidentMemoryTells) {
+    EXPECT_LT(peak - before, 44 * 1024) << "KiB the hub grew by";
+  }
   EXPECT_FALSE(p.lost);
   EXPECT_LT(p.worstMs, kPromptlyMs);
   stalled.clear();
@@ -296,7 +300,9 @@ TEST_F(SlowReaderHub, CostsTheOthersTheDelayNotTheWholeTransfer) {
   EXPECT_TRUE(hub_->waitForLine("not reading", line, seconds(5))) << hub_->transcript();
   EXPECT_NE(line.find("for more than 1000 ms"), std::string::npos) << line;
   EXPECT_TRUE(slow.closedByPeer(seconds(10)));  // once what reached its socket is read
-  EXPECT_LT(peak - before, 16 * 1024) << "KiB the hub grew by";
+  if (vctest::kResidentMemoryTells) {
+    EXPECT_LT(peak - before, 16 * 1024) << "KiB the hub grew by";
+  }
   EXPECT_EQ(counter->wait(seconds(10)), 0);
 }
 
