@@ -4,7 +4,10 @@
 // this process, so there is no port and no other process.
 //
 // Input: chunks of [client byte][16-bit little-endian length][bytes]. The client byte's
-// low bits pick the client (0..2); 0x80 makes it stop reading, 0x40 makes it hang up.
+// low bits pick the client (0..2); 0x80 makes it stop reading, 0x40 makes it hang up,
+// 0x20 lets ten minutes pass after the chunk, so that every time limit (frames left
+// unfinished, queues left full, federations left empty) comes due. Bounds are small, so
+// that a short input reaches them: a queue limit of 4 KiB, a federation budget of 64 KiB.
 #include <asio.hpp>
 
 #include <cerrno>
@@ -73,6 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   vcrti::hub::Options options;
   options.quiet = true;
   options.queueLimit = 4096;
+  options.federationMemory = 65536;
   vcrti::hub::Hub hub(io, options);
   Client clients[kClients];
   for (Client& c : clients) {
@@ -90,7 +94,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     size_t n = data[pos + 1] | static_cast<size_t>(data[pos + 2]) << 8;
     pos += 3;
     if (n > size - pos) n = size - pos;
-    Client& c = clients[(which & 0x3F) % kClients];
+    Client& c = clients[(which & 0x1F) % kClients];
     if (which & 0x80) c.reading = false;
     send(io, clients, c, data + pos, n);
     pos += n;
@@ -99,6 +103,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       c.fd = -1;
     }
     settle(io, clients);
+    if (which & 0x20) {
+      hub.checkLimits(std::chrono::steady_clock::now() + std::chrono::minutes(10));
+      settle(io, clients);
+    }
   }
 
   // Everyone hangs up; the hub must let go of every session and come to rest.

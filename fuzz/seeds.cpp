@@ -330,6 +330,65 @@ int main(int argc, char** argv) {
   chunk(busy, 0x40, f.take());
   hub.add(busy);
 
+  // What hostile clients once did to the hub, each against a federation in use.
+  Bytes setUp;
+  f.create("Fed", blob);
+  f.join("Fed", 2);
+  f.request(vcrti::wire::MsgType::Subscribe, 3, cls);
+  chunk(setUp, 0, f.take());
+  f.join("Fed", 1);
+  f.request(vcrti::wire::MsgType::Subscribe, 2, cls);
+  chunk(setUp, 1, f.take());
+  // Joins and resigns whose answers (each with the whole model) are never read.
+  Bytes unread = setUp;
+  for (std::uint32_t i = 0; i < 200; ++i) {
+    f.join("Fed", 2 * i);
+    f.resign(2 * i + 1);
+  }
+  chunk(unread, 0x82, f.take());
+  chunk(unread, 0x20, {});
+  hub.add(unread);
+  // Subscriptions and sends in turn, each changing the routes.
+  Bytes churn = setUp;
+  for (std::uint32_t i = 0; i < 300; ++i) {
+    f.request(i % 2 ? vcrti::wire::MsgType::Unsubscribe : vcrti::wire::MsgType::Subscribe, i,
+              i % 3 ? cls : 0);
+    f.interaction(cls, param, pduSeeds[i % pduSeeds.size()]);
+    chunk(churn, 2, f.take());
+  }
+  hub.add(churn);
+  // Half a frame, and then nothing more.
+  Bytes stalled = setUp;
+  f.interaction(cls, param, Bytes(3000, 0x5A));
+  Bytes half = f.take();
+  half.resize(half.size() / 2);
+  chunk(stalled, 0x22, half);
+  f.interaction(cls, param, pduSeeds[0]);
+  chunk(stalled, 0, f.take());
+  hub.add(stalled);
+  // A subscriber that stops reading while another federate keeps sending.
+  Bytes slow = setUp;
+  chunk(slow, 0x81, {});
+  for (int i = 0; i < 20; ++i) {
+    f.interaction(cls, param, Bytes(1000, static_cast<unsigned char>(i)));
+    chunk(slow, i == 19 ? 0x20 : 0, f.take());
+  }
+  hub.add(slow);
+  // Names that would forge log lines.
+  Bytes forged;
+  f.create("x\nrtihub: forged\x1b[2J\\", blob);
+  f.join("x\nrtihub: forged\x1b[2J\\", 2);
+  chunk(forged, 0, f.take());
+  hub.add(forged);
+  // Federations created and left behind, more than the budget holds, then time passes.
+  Bytes left = setUp;
+  for (int i = 0; i < 12; ++i) f.create("Left" + std::to_string(i), blob);
+  chunk(left, 2, f.take());
+  chunk(left, 0x20, {});
+  f.create("After", blob);
+  chunk(left, 2, f.take());
+  hub.add(left);
+
   // Object models.
   Corpus fdd(root, "fuzz_fdd");
   fdd.add(readFile(VC_FDD_FILE));
