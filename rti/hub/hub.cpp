@@ -15,8 +15,8 @@ using Clock = std::chrono::steady_clock;
 constexpr std::size_t kReadChunk = 64 * 1024;
 // Reads from one client in a row before the others get their turn.
 constexpr int kReadsPerTurn = 8;
-// Buffers larger than this are given back once they are empty, so that an idle client
-// costs its socket and little else.
+// Buffers larger than this are given back when found empty, so that an idle client costs
+// its socket and little else.
 constexpr std::size_t kKeptBuffer = 256 * 1024;
 // Incomplete frames of all clients together. Past it the client whose frame has waited
 // longest is dropped: a federate sends a frame in one go, so the oldest one is the
@@ -153,6 +153,21 @@ class Session : public std::enable_shared_from_this<Session> {
                    std::to_string(rx_.size()) + " of " + std::to_string(announced()) + " bytes");
   }
 
+  // Gives back large buffers that are empty. Done now and then rather than each time one
+  // empties: a busy client empties them many times a second and would otherwise pay for
+  // fresh pages each time.
+  void trim() {
+    if (closed_) return;
+    if (rx_.empty() && rx_.capacity() > kKeptBuffer) {
+      rx_ = ByteBuffer();
+      account();
+    }
+    if (!writingNow_ && pending_.empty()) {
+      if (writing_.capacity() > kKeptBuffer) writing_ = ByteBuffer();
+      if (pending_.capacity() > kKeptBuffer) pending_ = ByteBuffer();
+    }
+  }
+
   bool holdsPartial() const { return !closed_ && rxCounted_ > 0; }
   Clock::time_point partialSince() const { return partialSince_; }
   std::size_t partialSize() const { return rx_.size(); }
@@ -172,9 +187,14 @@ class Session : public std::enable_shared_from_this<Session> {
   void read() {
     if (closed_ || reading_ || paused_ || held_) return;
     for (int turn = 0; turn < kReadsPerTurn; ++turn) {
+      // Bytes that start afresh land in the hub's scratch buffer and are handled where
+      // they lie; bytes that continue a frame go straight behind it.
+      const std::size_t old = rx_.size();
       unsigned char* buf = hub_.scratch_.data();
+      if (old > 0) buf = rx_.grow(kReadChunk);
       asio::error_code ec;
-      const std::size_t n = socket_.read_some(asio::buffer(buf, hub_.scratch_.size()), ec);
+      const std::size_t n = socket_.read_some(asio::buffer(buf, kReadChunk), ec);
+      if (old > 0) rx_.resize(old + (ec ? 0 : n));
       if (ec == asio::error::would_block || ec == asio::error::try_again) {
         reading_ = true;
         socket_.async_wait(asio::socket_base::wait_read,
@@ -190,7 +210,7 @@ class Session : public std::enable_shared_from_this<Session> {
         const bool orderly = ec == asio::error::eof || ec == asio::error::connection_reset;
         return close(orderly ? std::string() : "read: " + ec.message());
       }
-      received(buf, n);
+      received(old == 0 ? buf : nullptr, n);
       if (closed_ || paused_ || held_) return;
     }
     // More may be waiting; the other clients go first.
@@ -201,28 +221,25 @@ class Session : public std::enable_shared_from_this<Session> {
     });
   }
 
-  // Handles the complete frames among the bytes read and keeps the rest. Bytes straight
-  // from the socket are handled where they lie; only a remainder is copied.
+  // Handles the complete frames among the bytes read and keeps the rest: `p` holds `n`
+  // fresh bytes, or is null when they were read into rx_ behind a frame begun earlier.
   void received(const unsigned char* p, std::size_t n) {
-    const bool fresh = rx_.empty();
     std::size_t used = 0;
-    if (fresh) {
+    if (p) {
       used = process(p, n);
       if (!closed_ && used < n) rx_.append(p + used, n - used);
     } else {
-      rx_.append(p, n);
       used = process(rx_.data(), rx_.size());
       if (!closed_) rx_.consume(used);
     }
     if (closed_) return;
-    if (rx_.empty() || fresh || used > 0) partialSince_ = Clock::now();
+    if (p || used > 0) partialSince_ = Clock::now();
     account();
   }
 
-  // Brings the hub's count of held bytes up to date and gives back a large empty buffer.
+  // Brings the hub's count of the memory held for incomplete frames up to date.
   void account() {
-    if (rx_.empty() && rx_.capacity() > kKeptBuffer) rx_ = ByteBuffer();
-    const std::size_t now = rx_.size();
+    const std::size_t now = rx_.empty() ? 0 : rx_.capacity();
     if (now == rxCounted_) return;
     const auto delta = static_cast<std::ptrdiff_t>(now) - static_cast<std::ptrdiff_t>(rxCounted_);
     rxCounted_ = now;
@@ -257,13 +274,8 @@ class Session : public std::enable_shared_from_this<Session> {
   void resume() {
     if (closed_) return;
     held_ = false;
-    if (!rx_.empty()) {
-      const std::size_t used = process(rx_.data(), rx_.size());
-      if (closed_) return;
-      rx_.consume(used);
-      partialSince_ = Clock::now();
-      account();
-    }
+    partialSince_ = Clock::now();
+    if (!rx_.empty()) received(nullptr, 0);
     read();
   }
 
@@ -428,8 +440,6 @@ class Session : public std::enable_shared_from_this<Session> {
         // An answer carrying an object model leaves a large buffer behind.
         written_ = 0;
         writing_.clear();
-        if (writing_.capacity() > kKeptBuffer) writing_ = ByteBuffer();
-        if (pending_.capacity() > kKeptBuffer) pending_ = ByteBuffer();
         return;
       }
       writing_.swap(pending_);
@@ -668,7 +678,10 @@ void Hub::checkLimits(Clock::time_point now) {
   std::vector<std::shared_ptr<Session>> sessions;
   sessions.reserve(sessions_.size());
   for (auto& [raw, s] : sessions_) sessions.push_back(s);
-  for (auto& s : sessions) s->checkLimits(now);
+  for (auto& s : sessions) {
+    s->checkLimits(now);
+    s->trim();
+  }
   for (auto it = federations_.begin(); it != federations_.end();) {
     const Federation& f = *it->second;
     if (f.members.empty() && now - f.emptySince > options_.emptyFederationExpiry) {
