@@ -333,7 +333,13 @@ TEST(HubCommandLine, RefusesBadArgumentsAndBusyPorts) {
   for (std::vector<std::string> args : {std::vector<std::string>{"--listen", "nohostport"},
                                         {"--listen", "127.0.0.1:70000"},
                                         {"--bogus"},
-                                        {"--queue-limit", "12"}}) {
+                                        {"--queue-limit", "12"},
+                                        {"--max-delay", "0"},
+                                        {"--frame-timeout", "3600001"},
+                                        {"--max-clients", "0"},
+                                        {"--max-per-address", "-1"},
+                                        {"--federation-memory", "65535"},
+                                        {"--federation-expiry", "1s"}}) {
     ChildProcess p(vctest::binaryPath("rtihub"), args, true);
     EXPECT_EQ(p.wait(seconds(5)), 2) << args[0];
   }
