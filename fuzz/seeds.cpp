@@ -271,6 +271,22 @@ int main(int argc, char** argv) {
   }
   for (const Bytes& b : controllerAndDrawerOutput()) pduSeeds.push_back(b);
   for (const Bytes& b : pduSeeds) bytes.add(b);
+  // The viewer's input: PDUs behind a two-byte length; each alone, then the controller's
+  // and the drawer's whole session in one run.
+  Corpus viewer(root, "fuzz_viewer");
+  auto framed = [](const Bytes& pdu) {
+    Bytes out{static_cast<unsigned char>(pdu.size() >> 8 & 0x7F),
+              static_cast<unsigned char>(pdu.size() & 0xFF)};
+    out.insert(out.end(), pdu.begin(), pdu.end());
+    return out;
+  };
+  Bytes viewerRun;
+  for (const Bytes& b : pduSeeds) viewer.add(framed(b));
+  for (const Bytes& b : controllerAndDrawerOutput()) {
+    Bytes one = framed(b);
+    viewerRun.insert(viewerRun.end(), one.begin(), one.end());
+  }
+  viewer.add(viewerRun);
   textSeed(0, "1 2 3 0.5 0.25 0.125");
   textSeed(1, "1:2:3,a b,1.5,2.5,3.5,-4,5,6,marking with blanks");
 

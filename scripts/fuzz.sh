@@ -17,7 +17,7 @@ if [ $# -lt 1 ] || ! [[ "$1" =~ ^[0-9]+$ ]]; then
 fi
 seconds=$1
 shift
-all=(fuzz_pdu_bytes fuzz_pdu_text fuzz_rti_frames fuzz_hub fuzz_fdd fuzz_cmdline)
+all=(fuzz_pdu_bytes fuzz_pdu_text fuzz_rti_frames fuzz_hub fuzz_fdd fuzz_cmdline fuzz_viewer)
 targets=("${@:-${all[@]}}")
 
 scripts/setup.sh
@@ -31,7 +31,7 @@ mkdir -p "$dir/findings" "$dir/logs"
 # Inputs large enough for the longest PDU, frame sequence or model the targets can meet
 # in a few minutes, small enough to keep them fast.
 declare -A maxlen=([fuzz_pdu_bytes]=4096 [fuzz_pdu_text]=2048 [fuzz_rti_frames]=16384
-                   [fuzz_hub]=262144 [fuzz_fdd]=16384 [fuzz_cmdline]=1024)
+                   [fuzz_hub]=262144 [fuzz_fdd]=16384 [fuzz_cmdline]=1024 [fuzz_viewer]=16384)
 failed=0
 passed=0
 for t in "${targets[@]}"; do

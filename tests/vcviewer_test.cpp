@@ -455,6 +455,34 @@ TEST_F(SceneTest, SvgShowsVisibleDrawingsWithEscapedLabelsAndOmitsHiddenOnes) {
   EXPECT_NE(svg.find(">Fuel<"), std::string::npos);
 }
 
+// Positions come from the network: far from the origin a grid step no longer moves a
+// double, and a zigzag between far points would want billions of teeth. Either used to
+// hang the viewer; the picture must come back, well-formed.
+TEST_F(ViewerTest, FarAwayAndEndlessDrawingsAreDrawnInBoundedTime) {
+  // On an entity, the eyepoint has no place on the plan: only the drawings span it.
+  DtString entity("1:2:3");
+  float radius = 10;
+  controller.setOrbitMode(&entity, &radius, nullptr, nullptr, nullptr);
+  for (double far : {1e17, -3e18, 1e300}) {
+    DtVdc3DAttachPoint a(DtVector64(far, far, 0)), b(DtVector64(far + 5, far, 0));
+    unsigned int id = drawer.add(new DtVdcLine3DObject(
+        drawer.nextId(), a, b, 1, DtVector64(), DtVdcColor::DtVdcRed, DtVdcSegmentLightning,
+        DtVdcSegmentArrowEnd, 2, 0xFFFFFFFF, false, false, false));
+    std::string svg = viewer.svg(), why;
+    EXPECT_TRUE(wellFormed(svg, why)) << far << ": " << why;
+    EXPECT_LT(svg.size(), 2000000u) << far;
+    delete drawer.remove(id);
+  }
+  // A lightning line from one end of the world to the other, seen from close by.
+  DtVdc3DAttachPoint a(DtVector64(-1e300, 0, 0)), b(DtVector64(1e300, 0, 0));
+  drawer.add(new DtVdcLine3DObject(drawer.nextId(), a, b, 1, DtVector64(), DtVdcColor::DtVdcRed,
+                                   DtVdcSegmentLightning, DtVdcSegmentArrowEnd, 2, 0xFFFFFFFF,
+                                   false, false, false));
+  std::string svg = viewer.svg(), why;
+  EXPECT_TRUE(wellFormed(svg, why)) << why;
+  EXPECT_LT(svg.size(), 2000000u);
+}
+
 }  // namespace
 
 namespace {

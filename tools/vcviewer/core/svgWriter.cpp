@@ -20,6 +20,7 @@ constexpr int kTraySlots = 6;
 // A drawing anchored to a drawing anchored to ... is followed this far, so that a cycle
 // of references ends.
 constexpr int kMaxAnchorDepth = 8;
+constexpr int kMaxGridLines = 64;
 
 struct Frame {
   double x, y, w, h;
@@ -345,10 +346,18 @@ class Picture {
     line.strokeWidth = 0.5;
     double left = centre_.x - kPlan.w / 2 / scale_, right = centre_.x + kPlan.w / 2 / scale_;
     double bottom = centre_.y - kPlan.h / 2 / scale_, top = centre_.y + kPlan.h / 2 / scale_;
-    for (double x = std::ceil(left / step) * step; x <= right; x += step)
+    // Counted, not stepped: far from the origin a step can be too small to change a
+    // double, and a drawing sent there must not hang the viewer.
+    auto each = [step](double from, double to, auto draw) {
+      double first = std::ceil(from / step) * step;
+      for (int i = 0; i < kMaxGridLines && first + i * step <= to; ++i) draw(first + i * step);
+    };
+    each(left, right, [&](double x) {
       canvas_.line(world(DtVector64(x, bottom, 0)), world(DtVector64(x, top, 0)), line);
-    for (double y = std::ceil(bottom / step) * step; y <= top; y += step)
+    });
+    each(bottom, top, [&](double y) {
       canvas_.line(world(DtVector64(left, y, 0)), world(DtVector64(right, y, 0)), line);
+    });
   }
 
   static double niceStep(double raw) {
@@ -590,7 +599,9 @@ class Picture {
 
   static std::vector<Pt> zigzag(Pt a, Pt b) {
     double dx = b.x - a.x, dy = b.y - a.y, length = std::hypot(dx, dy);
-    int teeth = std::max(2, static_cast<int>(length / 12));
+    // A line reaching far off the page still gets a bounded number of teeth.
+    double wanted = length / 12;  // NaN too ends up at two
+    int teeth = wanted >= 2 ? (wanted < 400 ? static_cast<int>(wanted) : 400) : 2;
     double nx = length > 0 ? -dy / length : 0, ny = length > 0 ? dx / length : 0;
     std::vector<Pt> pts{a};
     for (int i = 1; i < teeth; ++i) {
