@@ -15,6 +15,8 @@ using Clock = std::chrono::steady_clock;
 constexpr std::size_t kReadChunk = 64 * 1024;
 // Reads from one client in a row before the others get their turn.
 constexpr int kReadsPerTurn = 8;
+// Requests (anything but interactions) handled for one client in a row.
+constexpr int kRequestsPerTurn = 64;
 // Buffers larger than this are given back when found empty, so that an idle client costs
 // its socket and little else.
 constexpr std::size_t kKeptBuffer = 256 * 1024;
@@ -250,6 +252,7 @@ class Session : public std::enable_shared_from_this<Session> {
   std::size_t process(const unsigned char* p, std::size_t n) {
     const std::size_t limit = hub_.options().queueLimit;
     std::size_t pos = 0;
+    int requests = 0;
     while (!closed_) {
       wire::Message m;
       const wire::DecodeResult d = wire::decodeFrame(p + pos, n - pos, m);
@@ -262,6 +265,13 @@ class Session : public std::enable_shared_from_this<Session> {
       // further requests wait, so its queue grows by one answer at most.
       if (m.type != wire::MsgType::Interaction && queued() > limit) {
         held_ = true;
+        break;
+      }
+      // A request may touch a whole subtree of the model; a burst of them yields to the
+      // other clients now and then, so that one client's burst is not everyone's wait.
+      if (m.type != wire::MsgType::Interaction && ++requests > kRequestsPerTurn) {
+        held_ = true;
+        asio::post(socket_.get_executor(), [self = shared_from_this()] { self->resume(); });
         break;
       }
       handle(m, p + pos, d.frameSize);
