@@ -29,8 +29,6 @@ function css(color) {
   return `rgba(${r},${g},${b},${a === 0 ? 1 : a / 255})`;
 }
 
-const fmt = (v) => (v === null || v === undefined ? '-' : Array.isArray(v) ? `(${v.join(', ')})` : String(v));
-
 // ------------------------------------------------------------------ panels and lists
 
 function showEye(s) {
@@ -305,7 +303,7 @@ function build3D(s) {
     for (const p of d.points) box.expandByPoint(v3(p));
   }
   const span = box.isEmpty() ? 1000 : Math.max(100, box.getSize(new THREE.Vector3()).length());
-  const labelHeight = span / 40;
+  const labelHeight = span / 28;
   const group = new THREE.Group();
   const panels = new Map(s.panels.map((p) => [p.id, p]));
   for (const d of s.drawings) {
