@@ -4,6 +4,7 @@
 // both sides' work, with no thread hand-off). items/s is interactions per second.
 #include <benchmark/benchmark.h>
 
+#include <RTI/NullFederateAmbassador.h>
 #include <RTI/RTI1516.h>
 
 #include <memory>
@@ -109,8 +110,9 @@ class Counter : public rti1516::NullFederateAmbassador {
 void BM_RtiThreadLoopback(benchmark::State& state) {
   const std::wstring fed = L"thread://bench-rti-loopback";
   rti1516::RTIambassadorFactory factory;
-  auto sender = factory.createRTIambassador({});
-  auto receiver = factory.createRTIambassador({});
+  std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
+  auto sender = factory.createRTIambassador(noArgs);
+  auto receiver = factory.createRTIambassador(noArgs);
   sender->createFederationExecution(fed, wide(VC_FDD_FILE));
   Counter senderAmb, receiverAmb;
   sender->joinFederationExecution(L"sender", fed, senderAmb);

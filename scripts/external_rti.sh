@@ -1,16 +1,17 @@
 #!/usr/bin/env bash
-# Builds the library, vcbench, an example and the benchmarks against an RTI installed in a
-# prefix of its own (-DRTI1516_ROOT), the way a user who brings another RTI builds them,
-# then runs each briefly. The prefix holds only what any 1516 RTI installs: the RTI/
-# headers and the rti1516 and fedtime1516 libraries, here taken from the embedded RTI.
+# The project on an RTI installed elsewhere, built as a user who brings one builds it
+# (-DRTI1516_ROOT=<the RTI's install prefix>, warnings as errors): the embedded RTI
+# installed on its own in a prefix laid out the way most RTIs lay it out (headers in
+# include/RTI/, libraries named with _64): the library, vcbench, an example and the
+# benchmarks, each run briefly.
 #   scripts/external_rti.sh
-# Uses build/ (as scripts/test.sh leaves it; configured and built here when missing) and
-# builds in build-ext/.
+# Builds in build-ext/ (and build/, as scripts/test.sh leaves it).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 jobs=${JOBS:-2}
 scripts/setup.sh >/dev/null
+
 if [ ! -f build/build.ninja ]; then
   cmake -S . -B build -G Ninja -DVC_WERROR=ON -DCMAKE_BUILD_TYPE=Release >/dev/null
 fi
@@ -19,10 +20,9 @@ cmake --build build -j "$jobs" >/dev/null
 prefix=$(mktemp -d)
 trap 'rm -rf "$prefix"' EXIT
 cmake --install build --prefix "$prefix/all" >/dev/null
-mkdir -p "$prefix/rti/lib"
-cp -a "$prefix/all/include" "$prefix/rti/"
-find "$prefix/rti/include" -mindepth 1 -maxdepth 1 ! -name RTI -exec rm -rf {} +
-cp -a "$prefix/all/lib/"librti1516_64.so* "$prefix/all/lib/"libfedtime1516_64.so* "$prefix/rti/lib/"
+mkdir -p "$prefix/rti/lib" "$prefix/rti/include"
+cp -a "$prefix/all/include/vistrelcontrol/rti1516/RTI" "$prefix/rti/include/"
+cp -a "$prefix/all/lib/vistrelcontrol/rti1516/"lib* "$prefix/rti/lib/"
 root=$prefix/rti
 
 cmake -S . -B build-ext -G Ninja -DCMAKE_BUILD_TYPE=Release -DVC_WERROR=ON -DVC_BUILD_BENCH=ON \

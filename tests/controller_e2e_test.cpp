@@ -25,8 +25,8 @@ struct Reports {
 class ControllerE2E : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (!vctest::hubAvailable()) GTEST_SKIP() << "built against another RTI: no hub here";
-    hub = vctest::startHub(port);
+    if (!vctest::serverAvailable()) GTEST_SKIP() << "built against an RTI without a server process";
+    hub = vctest::startServer(port);
     url = vctest::hubUrl(port, "Steering");
   }
   std::unique_ptr<vctest::ChildProcess> startViewer(const std::string& id, bool echo = false) {

@@ -1,39 +1,70 @@
 #!/usr/bin/env bash
-# Installs the build into a fresh prefix and builds a small consumer out of tree against
-# it twice: with find_package(VistrelControl) and with pkg-config. Both must run.
+# Installs the build into a fresh prefix, moves the prefix elsewhere, and builds a small
+# consumer out of tree against it twice: with find_package(VistrelControl) and with
+# pkg-config. Both must run, and so must the installed tools, whichever RTI the build
+# uses: the embedded one (installed beside the library in directories of its own) or one
+# installed elsewhere (RTI1516_ROOT), whose libraries the package names by their paths.
 #   install_consumer.sh BUILD_DIR SOURCE_DIR
 set -euo pipefail
 build=$1
 source=$2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+fail() {
+  echo "packaging: $*" >&2
+  exit 1
+}
+
+cmake --install "$build" --prefix "$work/staged" >/dev/null
+# Nothing may depend on where the prefix was when it was installed.
+mv "$work/staged" "$work/prefix"
 prefix=$work/prefix
-
-cmake --install "$build" --prefix "$prefix" >/dev/null
 lib=$prefix/lib
-test -L "$lib/libvistrelControlToolkitHLA1516.so"
-test -L "$lib/libvistrelControlToolkitHLA1516.so.54"
-test -f "$lib/libvistrelControlToolkitHLA1516.so.54.0.0"
+test -L "$lib/libvistrelControlToolkitHLA1516.so" || fail "no libvistrelControlToolkitHLA1516.so link"
+test -L "$lib/libvistrelControlToolkitHLA1516.so.54" || fail "no .so.54 link"
+test -f "$lib/libvistrelControlToolkitHLA1516.so.54.0.0" || fail "no .so.54.0.0"
 soname=$(readelf -d "$lib/libvistrelControlToolkitHLA1516.so.54.0.0" | sed -n 's/.*SONAME.*\[\(.*\)\]/\1/p')
-[ "$soname" = "libvistrelControlToolkitHLA1516.so.54" ] || { echo "bad SONAME $soname"; exit 1; }
-test -f "$prefix/include/vistrelcontrol/vistrelControl.h"
-test -f "$prefix/include/RTI/RTIambassador.h"
-test -f "$prefix/include/RTI/SpecificConfig.h"
-test -x "$prefix/bin/rtihub"
+[ "$soname" = "libvistrelControlToolkitHLA1516.so.54" ] || fail "bad SONAME $soname"
+test -f "$prefix/include/vistrelcontrol/vistrelControl.h" || fail "no vistrelControl.h"
 fdd=$prefix/share/vistrelcontrol/fom/VistrelControl.xml
-test -f "$fdd"
+test -f "$fdd" || fail "no FDD"
+fdd=$(realpath "$fdd")
 
-echo "== find_package"
+# Another RTI installed in the same prefix keeps its own include/RTI/ and libraries.
+for clash in "$prefix/include/RTI" "$lib"/librti1516* "$lib"/libfedtime1516*; do
+  [ ! -e "$clash" ] || fail "$clash is where another RTI installs"
+done
+if [ -x "$prefix/bin/rtihub" ]; then
+  rti=embedded
+  for f in include/vistrelcontrol/rti1516/RTI/RTIambassador.h \
+    include/vistrelcontrol/rti1516/RTI/SpecificConfig.h \
+    lib/vistrelcontrol/rti1516/librti1516_64.so lib/vistrelcontrol/rti1516/libfedtime1516_64.so; do
+    test -e "$prefix/$f" || fail "embedded RTI: no $f"
+  done
+else
+  rti=external
+fi
+
+# The installed tools take the installed FDD, found from where they are now.
+help=$("$prefix/bin/vcctl" --help)
+grep -qF "$fdd" <<<"$help" || fail "vcctl --help names no $fdd:"$'\n'"$help"
+! grep -qF "$source" <<<"$help" || fail "vcctl --help names the source tree"
+"$prefix/bin/vcctl" --dry-run orbit 1:1:1 >/dev/null || fail "installed vcctl does not run"
+out=$("$prefix/bin/vcbench" --federation thread://installed --count 2000 --pings 5) ||
+  fail "installed vcbench did not run on the installed FDD:"$'\n'"$out"
+
+echo "== find_package ($rti RTI)"
 cmake -S "$source/tests/consumer" -B "$work/cmake-build" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 cmake --build "$work/cmake-build" >/dev/null
 printed=$(cmake --build "$work/cmake-build" --target print-fdd)
-case "$printed" in *"FDD=$fdd"*) ;; *) echo "find_package gave no FDD path"; exit 1 ;; esac
+case "$printed" in *"FDD=$fdd"*) ;; *) fail "find_package gave no FDD path" ;; esac
 "$work/cmake-build/consumer" "$fdd"
 
-echo "== pkg-config"
+echo "== pkg-config ($rti RTI)"
 export PKG_CONFIG_PATH=$lib/pkgconfig
-[ "$(realpath "$(pkg-config --variable=fdd vistrelcontrol)")" = "$(realpath "$fdd")" ]
+[ "$(realpath "$(pkg-config --variable=fdd vistrelcontrol)")" = "$(realpath "$fdd")" ] ||
+  fail "pkg-config names another FDD"
 # shellcheck disable=SC2046
 c++ -std=c++17 -o "$work/pc-consumer" "$source/tests/consumer/consumer.cpp" $(pkg-config --cflags --libs vistrelcontrol)
 "$work/pc-consumer" "$fdd"
-echo "packaging: both consumers ran"
+echo "packaging: both consumers ran ($rti RTI)"

@@ -331,8 +331,9 @@ class RawSends : public ::testing::TestWithParam<const char*> {
   void SetUp() override {
     std::string url = GetParam();
     if (url == "hub") {
-      if (!vctest::hubAvailable()) GTEST_SKIP() << "built against another RTI: no hub here";
-      hub_ = vctest::startHub(port_);
+      if (!vctest::serverAvailable())
+        GTEST_SKIP() << "built against an RTI without a server process";
+      hub_ = vctest::startServer(port_);
       url = vctest::hubUrl(port_, "Malformed");
     }
     url_ = url;
@@ -394,10 +395,15 @@ class RawSends : public ::testing::TestWithParam<const char*> {
 };
 
 TEST_P(RawSends, EmptyAndMissingParametersArriveEmptyAndNothingIsLost) {
-  sendValue({});                             // a zero-length value
-  send(rti1516::ParameterHandleValueMap());  // no parameter at all
-  sendValue(headerPrefix(9, 312));           // nine bytes: only the length's high byte (256)
-  sendValue(headerPrefix(10, 312));          // the whole length field, and no more
+  sendValue({});  // a zero-length value
+  // No parameter at all: ours delivers such an interaction, other RTIs may drop it, so
+  // there it is one more zero-length value.
+  if (vctest::embeddedRti())
+    send(rti1516::ParameterHandleValueMap());
+  else
+    sendValue({});
+  sendValue(headerPrefix(9, 312));   // nine bytes: only the length's high byte (256)
+  sendValue(headerPrefix(10, 312));  // the whole length field, and no more
   sendValue(wire::controlPdu(DtVcGroup, 65535, 12));  // claims the largest length there is
   Bytes counts = wire::controlPdu(DtVcGroup, 188);
   wire::put32(counts, 180, 0x7FFFFFFF);

@@ -9,6 +9,7 @@
 //
 // Numbered payloads: bytes 0..3 hold the sequence number (big-endian), byte k >= 4 holds
 // (seq * 31 + k) & 0xFF, so a reader can tell a lost, reordered or damaged one.
+#include <RTI/NullFederateAmbassador.h>
 #include <RTI/RTI1516.h>
 
 #include <chrono>
@@ -91,7 +92,8 @@ int main(int argc, char** argv) {
   peer.mode = argv[3];
   try {
     RTIambassadorFactory factory;
-    auto rti = factory.createRTIambassador(std::vector<std::wstring>());
+    std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
+    auto rti = factory.createRTIambassador(noArgs);
     peer.rti = rti.get();
     try {
       rti->createFederationExecution(url, fdd);

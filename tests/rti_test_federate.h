@@ -1,6 +1,7 @@
 #pragma once
 // Shared by the RTI tests: a federate that records what it receives, and helpers to
 // build the object models the tests need.
+#include <RTI/NullFederateAmbassador.h>
 #include <RTI/RTI1516.h>
 
 #include <gtest/gtest.h>
@@ -141,7 +142,8 @@ inline std::string wideFom(int groups, int leaves) {
 
 inline std::unique_ptr<rti1516::RTIambassador> makeAmbassador() {
   rti1516::RTIambassadorFactory factory;
-  return factory.createRTIambassador(std::vector<std::wstring>());
+  std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
+  return factory.createRTIambassador(noArgs);
 }
 
 // The test's own name, usable in a federation name.

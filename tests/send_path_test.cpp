@@ -3,12 +3,14 @@
 // lends the PDU to the encoder instead of copying it only where no one can tell.
 #include <gtest/gtest.h>
 
+#include <RTI/NullFederateAmbassador.h>
 #include <RTI/RTI1516.h>
 
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "process.h"
 #include "vistrelControl.h"
 
 namespace {
@@ -35,7 +37,8 @@ class SendPath : public ::testing::Test {
  protected:
   void SetUp() override {
     rti1516::RTIambassadorFactory factory;
-    listener = factory.createRTIambassador(std::vector<std::wstring>());
+    std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
+    listener = factory.createRTIambassador(noArgs);
     conn = std::make_unique<DtExerciseConn>(kFederation, "sender",
                                             static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
     listener->joinFederationExecution(L"listener", L"thread://send-path", wire);
@@ -50,6 +53,9 @@ class SendPath : public ::testing::Test {
   std::string heard() {
     while (listener->evokeCallback(0.0)) {
     }
+    // An interaction without the parameter: ours delivers it without, other RTIs may drop
+    // it altogether.
+    if (wire.got.empty() && !vctest::embeddedRti()) return "none";
     EXPECT_EQ(wire.got.size(), 1u);
     std::string last = wire.got.empty() ? std::string() : wire.got.back();
     wire.got.clear();

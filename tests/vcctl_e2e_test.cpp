@@ -35,8 +35,9 @@ std::string readFile(const std::string& path) {
 class VcctlAgainstViewer : public testing::Test {
  protected:
   void SetUp() override {
-    if (!vctest::hubAvailable() || !built("vcviewer")) GTEST_SKIP() << "needs rtihub and vcviewer";
-    hub_ = vctest::startHub(port_);
+    if (!vctest::serverAvailable() || !built("vcviewer"))
+      GTEST_SKIP() << "needs a server process and vcviewer";
+    hub_ = vctest::startServer(port_);
     url_ = vctest::hubUrl(port_, "VcctlE2e");
     svg_ = testing::TempDir() + "vcctl_e2e_" + std::to_string(::getpid()) + ".svg";
     viewer_ = std::make_unique<ChildProcess>(

@@ -35,8 +35,8 @@ std::string readFile(const std::string& path) {
 class ViewerProcess : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (!vctest::hubAvailable()) GTEST_SKIP() << "built against another RTI: no hub here";
-    hub = vctest::startHub(port);
+    if (!vctest::serverAvailable()) GTEST_SKIP() << "built against an RTI without a server process";
+    hub = vctest::startServer(port);
     url = vctest::hubUrl(port, "Viewing");
     svgPath = testing::TempDir() + "vcviewer_e2e_" + std::to_string(::getpid()) + ".svg";
     std::remove(svgPath.c_str());

@@ -470,7 +470,7 @@ RTIambassadorFactory::RTIambassadorFactory() = default;
 RTIambassadorFactory::~RTIambassadorFactory() = default;
 
 RTI_UNIQUE_PTR<RTIambassador> RTIambassadorFactory::createRTIambassador(
-    std::vector<std::wstring> const&) {
+    std::vector<std::wstring>&) {
   // Nothing to configure: where a federation lives is part of its name.
   return std::make_unique<vcrti::Ambassador>();
 }

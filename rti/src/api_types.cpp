@@ -9,6 +9,7 @@
 #include <RTI/LogicalTimeInterval.h>
 #include <RTI/LogicalTimeIntervalFactory.h>
 #include <RTI/NullFederateAmbassador.h>
+#include <RTI/RTI1516.h>
 #include <RTI/RTIambassador.h>
 #include <RTI/VariableLengthData.h>
 
@@ -17,6 +18,14 @@
 #include <sstream>
 
 namespace rti1516 {
+
+// What an application prints to say which RTI it runs on.
+std::wstring RTIname() {
+  return L"vistrel embedded rti1516";
+}
+std::wstring RTIversion() {
+  return L"1.0.0";
+}
 
 // ------------------------------------------------------------------------ Exceptions
 

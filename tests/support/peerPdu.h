@@ -36,7 +36,7 @@ inline bool nextPeerPdu(ChildProcess& peer, PeerPdu& out,
 /// the peer listens.
 struct HubWithPeer {
   explicit HubWithPeer(const std::string& federation, const std::string& viewerId = "v-1")
-      : hub(startHub(port)),
+      : hub(startServer(port)),
         url(hubUrl(port, federation)),
         viewer(binaryPath("vc_peer"), {url, VC_FDD_FILE, "viewer", viewerId}) {}
   bool ready() {

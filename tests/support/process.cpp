@@ -7,8 +7,11 @@
 #include <sstream>
 #include <stdexcept>
 
+#include <arpa/inet.h>
 #include <fcntl.h>
+#include <netinet/in.h>
 #include <poll.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -238,6 +241,73 @@ double cpuSeconds(pid_t pid) {
     if (i == 15) stime = std::stoull(field);
   }
   return static_cast<double>(utime + stime) / static_cast<double>(::sysconf(_SC_CLK_TCK));
+}
+
+}  // namespace vctest
+
+namespace vctest {
+
+bool embeddedRti() {
+  return VC_EMBEDDED_RTI != 0;
+}
+
+bool serverAvailable() {
+  if (embeddedRti()) return hubAvailable();
+  const std::string node = VC_RTINODE;
+  return !node.empty() && ::access(node.c_str(), X_OK) == 0;
+}
+
+namespace {
+
+sockaddr_in loopback(std::uint16_t port) {
+  sockaddr_in a{};
+  a.sin_family = AF_INET;
+  a.sin_port = htons(port);
+  a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  return a;
+}
+
+// A loopback port nothing listens on just now. The server is told to take it a moment
+// later; another process grabbing it in between shows as a server that does not come up.
+std::uint16_t freePort() {
+  const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in a = loopback(0);
+  socklen_t len = sizeof a;
+  if (fd < 0 || ::bind(fd, reinterpret_cast<sockaddr*>(&a), sizeof a) != 0 ||
+      ::getsockname(fd, reinterpret_cast<sockaddr*>(&a), &len) != 0) {
+    if (fd >= 0) ::close(fd);
+    throw std::runtime_error("no free loopback port");
+  }
+  ::close(fd);
+  return ntohs(a.sin_port);
+}
+
+bool accepts(std::uint16_t port) {
+  const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (fd < 0) return false;
+  sockaddr_in a = loopback(port);
+  const bool ok = ::connect(fd, reinterpret_cast<sockaddr*>(&a), sizeof a) == 0;
+  ::close(fd);
+  return ok;
+}
+
+}  // namespace
+
+std::unique_ptr<ChildProcess> startServer(std::uint16_t& port) {
+  if (embeddedRti()) return startHub(port);
+  // rtinode cannot be asked for a port of its own choosing, nor does it say when it
+  // listens: it is given a free one and tried until it answers.
+  port = freePort();
+  auto node = std::make_unique<ChildProcess>(
+      VC_RTINODE, std::vector<std::string>{"-i", "127.0.0.1:" + std::to_string(port)}, true);
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (!accepts(port)) {
+    if (!node->running() || std::chrono::steady_clock::now() > deadline)
+      throw std::runtime_error("rtinode did not start on port " + std::to_string(port) + ":\n" +
+                               node->transcript());
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  return node;
 }
 
 }  // namespace vctest

@@ -109,4 +109,17 @@ double cpuSeconds(pid_t pid);
 // "rti://127.0.0.1:<port>/<federation>"
 std::string hubUrl(std::uint16_t port, const std::string& federation);
 
+// Whether the build runs on the RTI in rti/ (false when built against another one).
+bool embeddedRti();
+
+// The server that carries federations across processes for the RTI the build uses: our
+// hub, or the other RTI's own server (OpenRTI's rtinode) when the build found one.
+// Tests of the library and the tools across processes run on either; what only our hub
+// does is tested with startHub().
+bool serverAvailable();
+// Starts that server on a free 127.0.0.1 port, returns once it accepts connections, and
+// sets `port`; hubUrl(port, NAME) then names a federation on it. Throws
+// std::runtime_error when it does not come up within a few seconds.
+std::unique_ptr<ChildProcess> startServer(std::uint16_t& port);
+
 }  // namespace vctest

@@ -66,7 +66,8 @@ void DtExerciseConn::join(const char* fedFileName, DtExerciseConnStatus* status)
   ambassador_.reset(new Ambassador(this));
   try {
     rti1516::RTIambassadorFactory factory;
-    rti_ = factory.createRTIambassador(std::vector<std::wstring>());
+    std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
+    rti_ = factory.createRTIambassador(noArgs);
     try {
       rti_->createFederationExecution(dtwide::widen(execName_), dtwide::widen(text(fedFileName)));
     } catch (const rti1516::FederationExecutionAlreadyExists&) {

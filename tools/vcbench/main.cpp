@@ -1,6 +1,5 @@
 // vcbench: throughput and latency of control interactions through a federation. Run
 // 'vcbench --help'.
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -11,20 +10,13 @@
 #include "dtCmdLine.h"
 #include "dtOutput.h"
 #include "endpoint.h"
+#include "installedFdd.h"
 #include "roles.h"
 
 namespace {
 
 using DtCmdLine::Type;
 using namespace vcbench;
-
-// A build tree runs against its own source tree's model; an installed vcbench against
-// the installed one.
-std::string defaultFdd() {
-  struct stat info;
-  if (::stat(VC_DEFAULT_FDD, &info) == 0) return VC_DEFAULT_FDD;
-  return VC_INSTALLED_FDD;
-}
 
 // The library's banner and notes would mix with the figures on stdout.
 void toStderr(void*, const char* text, size_t length) {
@@ -147,7 +139,7 @@ int main(int argc, char** argv) {
       .defaultValue("thread://vcbench");
   cli.option("fdd", Type::Text, "object model file that defines ViewControl")
       .placeholder("FILE")
-      .defaultValue(defaultFdd());
+      .defaultValue(vctools::installedFdd());
   cli.option("role", Type::Text,
              "both: two federates in this process; send or recv: one end each, in two processes")
       .choices({"both", "send", "recv"})

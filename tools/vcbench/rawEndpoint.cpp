@@ -1,6 +1,7 @@
 // The raw endpoint: ViewControl interactions whose one parameter holds `size` bytes
 // that look like a control PDU (its 12-byte header, kind 202), carrying vcbench's own
 // message in the first bytes of the body. Only the standard API is used.
+#include <RTI/NullFederateAmbassador.h>
 #include <RTI/RTI1516.h>
 
 #include <cstring>
@@ -32,7 +33,8 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
         control_(wire::buffer(wire::kMessageSize)) {
     try {
       rti1516::RTIambassadorFactory factory;
-      rti_ = factory.createRTIambassador(std::vector<std::wstring>());
+      std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
+      rti_ = factory.createRTIambassador(noArgs);
       try {
         rti_->createFederationExecution(wide(settings.federation), wide(settings.fdd));
       } catch (const rti1516::FederationExecutionAlreadyExists&) {
@@ -46,12 +48,7 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
     } catch (const rti1516::Exception& e) {
       throw std::runtime_error("cannot join " + settings.federation + ": " + narrow(e.what()));
     }
-    // The maps point at our buffers: a send reads whatever the buffer holds then.
     wire::mark(data_.data(), Kind::Data, 0, 0);
-    dataValues_[param_].setDataPointer(data_.data(), static_cast<unsigned long>(data_.size()));
-    pingValues_[param_].setDataPointer(ping_.data(), static_cast<unsigned long>(ping_.size()));
-    controlValues_[param_].setDataPointer(control_.data(),
-                                          static_cast<unsigned long>(control_.size()));
   }
 
   ~RawEndpoint() override {
@@ -64,16 +61,16 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
 
   void sendData(std::uint64_t seq) override {
     wire::setA(data_.data(), seq);
-    rti_->sendInteraction(cls_, dataValues_, tag_);
+    sendBuffer(dataValues_, data_);
   }
 
   void send(Kind kind, std::uint64_t a, std::uint64_t b) override {
     if (kind == Kind::Ping) {
       wire::mark(ping_.data(), kind, a, b);
-      rti_->sendInteraction(cls_, pingValues_, tag_);
+      sendBuffer(pingValues_, ping_);
     } else {
       wire::mark(control_.data(), kind, a, b);
-      rti_->sendInteraction(cls_, controlValues_, tag_);
+      sendBuffer(controlValues_, control_);
     }
   }
 
@@ -95,6 +92,14 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
   }
 
  private:
+  // The value points at our buffer as it is now. It is pointed again before every send:
+  // an RTI may take a copy of the bytes when it is given the pointer rather than when it
+  // sends, and then a pointer set once would send the first contents for ever.
+  void sendBuffer(rti1516::ParameterHandleValueMap& values, std::vector<unsigned char>& buffer) {
+    values[param_].setDataPointer(buffer.data(), static_cast<unsigned long>(buffer.size()));
+    rti_->sendInteraction(cls_, values, tag_);
+  }
+
   Handler& handler_;
   std::unique_ptr<rti1516::RTIambassador> rti_;
   rti1516::InteractionClassHandle cls_;
@@ -113,7 +118,8 @@ std::unique_ptr<Endpoint> makeRawEndpoint(const Settings& settings, Handler& han
 void destroyRawFederation(const Settings& settings) {
   try {
     rti1516::RTIambassadorFactory factory;
-    auto rti = factory.createRTIambassador(std::vector<std::wstring>());
+    std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
+    auto rti = factory.createRTIambassador(noArgs);
     rti->destroyFederationExecution(wide(settings.federation));
   } catch (const rti1516::Exception&) {
     // Still in use, or gone already.

@@ -1,22 +1,13 @@
 // vcctl: every command of the remote controller and the remote drawer from the shell,
 // plus the viewer's state, a listener and a decoder. Run 'vcctl --help'.
-#include <sys/stat.h>
-
 #include "commands.h"
+#include "installedFdd.h"
 #include "link.h"
 #include "output.h"
 
 namespace {
 
 using DtCmdLine::Type;
-
-// A build tree runs against its own source tree's model; an installed vcctl against
-// the installed one.
-std::string defaultFdd() {
-  struct stat info;
-  if (::stat(VC_DEFAULT_FDD, &info) == 0) return VC_DEFAULT_FDD;
-  return VC_INSTALLED_FDD;
-}
 
 }  // namespace
 
@@ -32,7 +23,7 @@ int main(int argc, char** argv) {
       .defaultValue("VistrelControl");
   cli.option("fdd", Type::Text, "object model file that defines ViewControl")
       .placeholder("FILE")
-      .defaultValue(defaultFdd());
+      .defaultValue(vctools::installedFdd());
   cli.option("name", Type::Text, "vcctl's federate name and the sender id of its PDUs")
       .placeholder("ID")
       .defaultValue("vcctl");

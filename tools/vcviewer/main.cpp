@@ -14,6 +14,7 @@
 
 #include "dtCmdLine.h"
 #include "dtOutput.h"
+#include "installedFdd.h"
 #include "liveServer.h"
 #include "viewer.h"
 #include "vistrelControl.h"
@@ -46,15 +47,6 @@ void printLine(const std::string& line) {
   std::fwrite(line.data(), 1, line.size(), stdout);
   std::fputc('\n', stdout);
   std::fflush(stdout);
-}
-
-bool fileExists(const std::string& path) {
-  struct stat st {};
-  return ::stat(path.c_str(), &st) == 0;
-}
-
-std::string defaultFdd() {
-  return fileExists(VC_DEFAULT_FDD) ? VC_DEFAULT_FDD : VC_INSTALLED_FDD;
 }
 
 // Standard input of a job started in the background by a script is /dev/null, and a
@@ -154,7 +146,7 @@ int main(int argc, char** argv) {
   DtCmdLine::Args args = cli.parseOrExit(argc, argv);
   const std::string id = args.text("id");
   const std::string url = args.text("federation");
-  const std::string fdd = args.has("fdd") ? args.text("fdd") : defaultFdd();
+  const std::string fdd = args.has("fdd") ? args.text("fdd") : vctools::installedFdd();
   const std::string name = args.has("name") ? args.text("name") : "vcviewer-" + id;
   const bool quiet = args.flag("quiet");
   bool readStdin = args.flag("stdin") && stdinUsable();

@@ -22,7 +22,7 @@ class RTI_EXPORT RTIambassadorFactory {
   // federation lives (thread://Name, rti://host:port/Name, or a plain Name for the hub
   // on this host at its default port).
   // BadInitializationParameter, RTIinternalError
-  RTI_UNIQUE_PTR<RTIambassador> createRTIambassador(std::vector<std::wstring> const& args);
+  RTI_UNIQUE_PTR<RTIambassador> createRTIambassador(std::vector<std::wstring>& args);
 };
 }  // namespace rti1516
 

@@ -11,6 +11,7 @@
 
 namespace rti1516 {
 typedef std::set<AttributeHandle> AttributeHandleSet;
+typedef std::set<ParameterHandle> ParameterHandleSet;
 typedef std::set<FederateHandle> FederateHandleSet;
 typedef std::set<DimensionHandle> DimensionHandleSet;
 typedef std::set<RegionHandle> RegionHandleSet;
@@ -18,8 +19,9 @@ typedef std::set<RegionHandle> RegionHandleSet;
 typedef std::map<AttributeHandle, VariableLengthData> AttributeHandleValueMap;
 typedef std::map<ParameterHandle, VariableLengthData> ParameterHandleValueMap;
 
-typedef std::pair<AttributeHandleSet, RegionHandleSet> AttributeSetRegionSetPair;
-typedef std::vector<AttributeSetRegionSetPair> AttributeHandleSetRegionHandleSetPairVector;
+typedef std::pair<AttributeHandleSet, RegionHandleSet> AttributeHandleSetRegionHandleSetPair;
+typedef std::vector<AttributeHandleSetRegionHandleSetPair>
+    AttributeHandleSetRegionHandleSetPairVector;
 
 typedef std::pair<FederateHandle, SaveStatus> FederateHandleSaveStatusPair;
 typedef std::vector<FederateHandleSaveStatusPair> FederateHandleSaveStatusPairVector;

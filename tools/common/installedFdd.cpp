@@ -1,0 +1,24 @@
+#include "installedFdd.h"
+
+#include <unistd.h>
+
+#include <climits>
+#include <cstdlib>
+
+namespace vctools {
+
+std::string installedFdd() {
+  // argv[0] may be a bare name found on PATH or a symbolic link; the kernel knows the file.
+  char self[PATH_MAX];
+  const ssize_t n = ::readlink("/proc/self/exe", self, sizeof self - 1);
+  if (n <= 0) return {};
+  const std::string exe(self, static_cast<std::size_t>(n));
+  const auto slash = exe.rfind('/');
+  if (slash == std::string::npos) return {};
+  const std::string fdd = exe.substr(0, slash + 1) + VC_FDD_FROM_BINDIR;
+  // Shown in --help: the plain path reads better than one through bin/..
+  char resolved[PATH_MAX];
+  return ::realpath(fdd.c_str(), resolved) ? std::string(resolved) : fdd;
+}
+
+}  // namespace vctools

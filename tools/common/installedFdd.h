@@ -1,0 +1,13 @@
+#pragma once
+// Where the tools find the federation object model when --fdd is not given.
+#include <string>
+
+namespace vctools {
+
+// The object model installed with the executable that is running: found relative to the
+// executable itself (share/vistrelcontrol/fom/VistrelControl.xml beside its bin/), so that
+// an installed tool works wherever its prefix was put and a build tree runs on the copy
+// the build lays out the same way. Empty when the executable cannot be located.
+std::string installedFdd();
+
+}  // namespace vctools
