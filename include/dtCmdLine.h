@@ -123,6 +123,9 @@ class DT_EXPORT Command {
   Command& command(const std::string& name, const std::string& summary);
   /// Text printed at the end of the help (examples, notes). Lines are kept as written.
   Command& details(const std::string& text);
+  /// Gives a program "--version": `lines` (its own name and version, and what else it
+  /// was built against) are printed, followed by the library's name and version.
+  Command& version(const std::string& lines);
 
   /// "vcctl orbit" for a sub-command.
   std::string path() const;
@@ -133,8 +136,8 @@ class DT_EXPORT Command {
   Args parse(const std::vector<std::string>& words) const;
   /// The same from main()'s arguments, skipping argv[0].
   Args parse(int argc, const char* const* argv) const;
-  /// Prints the help to stdout and exits 0 on --help; prints "<program>: <message>" and
-  /// "Try '<command> --help'." to stderr and exits 2 on an error.
+  /// Prints the help (or the versions) to stdout and exits 0 on --help (--version); prints
+  /// "<program>: <message>" and "Try '<command> --help'." to stderr and exits 2 on an error.
   Args parseOrExit(int argc, const char* const* argv) const;
 
  private:
@@ -175,6 +178,8 @@ class DT_EXPORT Args {
 
   /// --help (or -h) was met; helpText() is the help of the command it was given to.
   bool helpRequested() const;
+  /// --version was met at a program that has a version(); nothing after it is checked.
+  bool versionRequested() const;
   std::string helpText() const;
 
   /// For the tool's own checks after parsing: reports `message` the way parseOrExit

@@ -185,9 +185,120 @@ TEST_F(Faults, FrameOverTheCapFromTheHubSideIsALossNotAnAllocation) {
   EXPECT_FALSE(conn.connected());
   EXPECT_NE(std::string(conn.errorText().c_str()).find("corrupt frame"), std::string::npos)
       << conn.errorText();
-  EXPECT_NE(warn.text().find(url), std::string::npos) << warn.text();
+  EXPECT_NE(std::string(status.message.c_str()).find(url), std::string::npos) << status.message;
+  // Reported once, through the status the caller asked for.
+  EXPECT_EQ(warn.text(), "");
   fake.join();
   ::close(listener);
+}
+
+// A stand-in hub on a port of its own that answers each connection's first request with
+// the given reply frame (request id 1: every connection numbers its requests from 1).
+class FakeHub {
+ public:
+  explicit FakeHub(std::vector<Bytes> replies) {
+    listener_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in a{};
+    a.sin_family = AF_INET;
+    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    ::bind(listener_, reinterpret_cast<sockaddr*>(&a), sizeof a);
+    ::listen(listener_, 4);
+    socklen_t len = sizeof a;
+    ::getsockname(listener_, reinterpret_cast<sockaddr*>(&a), &len);
+    port_ = ntohs(a.sin_port);
+    thread_ = std::thread([this, replies] {
+      for (const Bytes& reply : replies) {
+        pollfd p{listener_, POLLIN, 0};
+        if (::poll(&p, 1, 10000) != 1) return;
+        const int fd = ::accept(listener_, nullptr, nullptr);
+        char request[4096];
+        (void)!::recv(fd, request, sizeof request, 0);
+        sendAll(fd, reply);
+        closedByPeer(fd, seconds(10));
+        ::close(fd);
+      }
+    });
+  }
+  ~FakeHub() {
+    thread_.join();
+    ::close(listener_);
+  }
+  std::uint16_t port() const { return port_; }
+
+  // Reply: type 8, request id, status, text, payload; numbers little-endian.
+  static Bytes reply(std::uint32_t status, const std::string& text, const Bytes& payload) {
+    Bytes body = {8};
+    auto u32 = [&](std::uint32_t v) {
+      for (int k = 0; k < 4; ++k) body.push_back(static_cast<unsigned char>(v >> (8 * k)));
+    };
+    u32(1);
+    u32(status);
+    u32(static_cast<std::uint32_t>(text.size()));
+    body.insert(body.end(), text.begin(), text.end());
+    u32(static_cast<std::uint32_t>(payload.size()));
+    body.insert(body.end(), payload.begin(), payload.end());
+    Bytes frame;
+    for (int k = 0; k < 4; ++k) frame.push_back(static_cast<unsigned char>(body.size() >> (8 * k)));
+    frame.insert(frame.end(), body.begin(), body.end());
+    return frame;
+  }
+
+ private:
+  int listener_ = -1;
+  std::uint16_t port_ = 0;
+  std::thread thread_;
+};
+
+// An object model with a name longer than the hub's frames is refused for what it is,
+// not later as a corrupt model.
+TEST(HubReplies, AModelWithANameTooLongForTheHubIsRefusedAsSuch) {
+  if (!vctest::hubAvailable()) GTEST_SKIP() << "built against another RTI: no hub here";
+  std::uint16_t port = 0;
+  auto hub = vctest::startHub(port);
+  std::ifstream in(VC_FDD_FILE);
+  std::string fdd((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  const std::string param = "name=\"ViewControlPdu\"";
+  fdd.replace(fdd.find(param), param.size(), "name=\"" + std::string((1u << 20) + 1, 'P') + "\"");
+  const std::string path = testing::TempDir() + "long_name_" + std::to_string(::getpid()) + ".xml";
+  std::ofstream(path) << fdd;
+  DtExerciseConnStatus status;
+  DtExerciseConn conn(vctest::hubUrl(port, "LongName").c_str(), "f",
+                      static_cast<DtFomMapper*>(nullptr), path.c_str(), &status);
+  std::remove(path.c_str());
+  EXPECT_FALSE(status.ok);
+  const std::string message = status.message.c_str();
+  EXPECT_NE(message.find("holds a name longer than the hub carries (1048576 bytes)"),
+            std::string::npos)
+      << message.substr(0, 300);
+  EXPECT_EQ(message.find("corrupt"), std::string::npos) << message.substr(0, 300);
+}
+
+// What a hub says reaches the user's terminal: it must say what is wrong, and must not
+// be able to drive the terminal.
+TEST(HubReplies, ShortJoinRepliesAndControlCharactersAreReportedPlainly) {
+  if (!vctest::hubAvailable()) GTEST_SKIP() << "built against another RTI: no hub here";
+  const Bytes exists = FakeHub::reply(1, "exists", {});
+  {
+    FakeHub hub({exists, FakeHub::reply(0, "fdd.xml", {1, 2})});
+    DtExerciseConnStatus status;
+    const std::string url = vctest::hubUrl(hub.port(), "Short");
+    DtExerciseConn conn(url.c_str(), "f", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE, &status);
+    EXPECT_FALSE(status.ok);
+    EXPECT_NE(std::string(status.message.c_str())
+                  .find("RTI hub answered the join with 2 bytes, too few for a federate handle"),
+              std::string::npos)
+        << status.message;
+  }
+  {
+    FakeHub hub({exists, FakeHub::reply(2, "gone\x1b[2J\x07\x7f\xc2\x9b!", {})});
+    DtExerciseConnStatus status;
+    const std::string url = vctest::hubUrl(hub.port(), "Escapes");
+    DtExerciseConn conn(url.c_str(), "f", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE, &status);
+    EXPECT_FALSE(status.ok);
+    const std::string message = status.message.c_str();
+    EXPECT_NE(message.find("gone\\x1b[2J\\x07\\x7f\\x9b!"), std::string::npos) << message;
+    for (char c : message) EXPECT_GE(static_cast<unsigned char>(c), 0x20) << message;
+  }
 }
 
 // ------------------------------------------------------------------ churn

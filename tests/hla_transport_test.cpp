@@ -233,11 +233,40 @@ TEST(Connection, BadFederationsFailWithAReason) {
   EXPECT_FALSE(status.ok);
   EXPECT_FALSE(missingFdd.connected());
   EXPECT_NE(std::string(status.message.c_str()).find("/nonexistent/fdd.xml"), std::string::npos);
-  EXPECT_FALSE(warn.text().empty());
+  EXPECT_EQ(std::string(missingFdd.errorText().c_str()), std::string(status.message.c_str()));
+  // The status carries the reason to a caller that asked for it; a warning as well would
+  // make the caller's report the second one.
+  EXPECT_EQ(warn.text(), "");
   DtVistrelControlInteraction inter;
   inter.setVcPdu(sampleOrbit());
   EXPECT_FALSE(missingFdd.sendInteraction(inter));
   EXPECT_EQ(missingFdd.drainInput(0.0), 0);
+  EXPECT_FALSE(missingFdd.createdFederation());
+
+  // Without a status, the warning is the only report: exactly one line.
+  DtExerciseConn unreported("thread://MissingFdd", "b", static_cast<DtFomMapper*>(nullptr),
+                            "/nonexistent/fdd.xml");
+  EXPECT_EQ(warn.text(), "DtExerciseConn: " + std::string(unreported.errorText().c_str()) + "\n");
+}
+
+// Whether a connection found its federation or made it is what tells a tool that nobody
+// can be listening; leaving is confirmed once, and a connection that left sends nothing.
+TEST(Connection, SaysWhetherItCreatedTheFederationAndLeavesOnce) {
+  DtExerciseConn first("thread://CreatedOrFound", "first", static_cast<DtFomMapper*>(nullptr),
+                       VC_FDD_FILE);
+  DtExerciseConn second("thread://CreatedOrFound", "second", static_cast<DtFomMapper*>(nullptr),
+                        VC_FDD_FILE);
+  ASSERT_TRUE(first.connected() && second.connected()) << first.errorText() << second.errorText();
+  EXPECT_TRUE(first.createdFederation());
+  EXPECT_FALSE(second.createdFederation());
+  EXPECT_TRUE(second.resign());
+  EXPECT_FALSE(second.connected());
+  EXPECT_EQ(std::string(second.errorText().c_str()), "");
+  EXPECT_TRUE(second.resign());
+  DtVistrelControlInteraction inter;
+  inter.setVcPdu(sampleOrbit());
+  EXPECT_FALSE(second.sendInteraction(inter));
+  EXPECT_TRUE(first.connected());
 }
 
 TEST(HubFederation, PduCrossesProcessesByteForByte) {

@@ -228,6 +228,18 @@ TEST(FddBlob, RoundTripKeepsTreeNamesAndHandles) {
   EXPECT_EQ(out.objects.members[0].name, L"HLAprivilegeToDeleteObject");
 }
 
+TEST(FddBlob, ANameNoFrameCanCarryIsRefusedAtTheEncoder) {
+  FddModel m = sampleModel();
+  m.interactions.members[0].name.assign(wire::kMaxFrameBody + 1, L'n');
+  ByteBuffer blob;
+  blob.append("x", 1);
+  EXPECT_FALSE(encodeFdd(m, blob));
+  EXPECT_EQ(blob.size(), 1u);  // nothing appended
+  m.interactions.members[0].name.assign(1000, L'n');
+  EXPECT_TRUE(encodeFdd(m, blob));
+  EXPECT_GT(blob.size(), 1000u);
+}
+
 TEST(FddBlob, TruncatedOrCorruptBlobsAreRefused) {
   ByteBuffer blob;
   encodeFdd(sampleModel(), blob);

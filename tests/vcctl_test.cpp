@@ -109,6 +109,57 @@ TEST(Vcctl, BadCommandLinesNameTheirMistakeAndExit2) {
        "argument <hex>: an odd number of hexadecimal digits (3)",
        "vcctl decode"},
       {{"decode", "ca", "zz"}, "argument <hex>: 'z' is not a hexadecimal digit", "vcctl decode"},
+      // Values a viewer cannot use are refused before anything is sent.
+      {{"orbit", "foo"},
+       "argument <entity>: 'foo' is not an entity id site:host:entity (three whole numbers up "
+       "to 65535)",
+       "vcctl orbit"},
+      {{"primary", "1:1"},
+       "argument <entity>: '1:1' is not an entity id site:host:entity (three whole numbers up "
+       "to 65535)",
+       "vcctl primary"},
+      {{"tether-track", "1:1:1", "--track", "1:1:65536"},
+       "option '--track': '1:1:65536' is not an entity id site:host:entity (three whole numbers "
+       "up to 65535)",
+       "vcctl tether-track"},
+      {{"add-to-group", "1:1:1", "2:x:2"},
+       "argument <entities>: '2:x:2' is not an entity id site:host:entity (three whole numbers "
+       "up to 65535)",
+       "vcctl add-to-group"},
+      {{"draw", "text3d", "--id", "1", "--attach", "tank", "T"},
+       "option '--attach': 'tank' is neither a position X,Y,Z, an entity id site:host:entity nor "
+       "object:ID[@PERCENT]",
+       "vcctl draw text3d"},
+      {{"orbit", "1:1:1", "--radius", "-5"},
+       "option '--radius': '-5' is not between 0 and 3.4e+38",
+       "vcctl orbit"},
+      {{"orbit", "1:1:1", "--radius", "1e40"},
+       "option '--radius': '1e40' is not between 0 and 3.4e+38",
+       "vcctl orbit"},
+      {{"orbit", "1:1:1", "--rate", "-1e39"},
+       "option '--rate': '-1e39' does not fit the 32-bit float the PDU carries (at most 3.4e38)",
+       "vcctl orbit"},
+      {{"option", "date", "99/99/9999"},
+       "argument <value>: '99/99/9999' is not a date MM/DD/YYYY",
+       "vcctl option date"},
+      {{"option", "date", "02/29/2023"},
+       "argument <value>: '02/29/2023' is not a date MM/DD/YYYY",
+       "vcctl option date"},
+      {{"option", "time-of-day", "25"},
+       "argument <value>: '25' is not between 0 and 24",
+       "vcctl option time-of-day"},
+      {{"option", "model-set", std::string(33, 'm')},
+       "'value' is 33 bytes long, but the PDU holds at most 32 and would cut it short",
+       "vcctl option model-set"},
+      {{"stepsize", "-1"},
+       "argument <value>: '-1' is not a number above 0 that fits a 32-bit float",
+       "vcctl stepsize"},
+      {{"turnrate", "0"},
+       "argument <value>: '0' is not a number above 0 that fits a 32-bit float",
+       "vcctl turnrate"},
+      {{"draw", "area", "--id", "1", "--texture", std::string(257, 't'), "0,0,0", "1,0,0", "0,1,0"},
+       "'texture' is 257 bytes long, but the PDU holds at most 256 and would cut it short",
+       "vcctl draw area"},
   };
   for (const Case& c : cases) {
     // A dry run joins nothing, even if a mistake were let through.
@@ -297,6 +348,168 @@ TEST(Vcctl, DryRunsShowTheBytesEachCommandSends) {
   EXPECT_EQ(wire::u16(pdus[0].data(), 146), 12u);
   EXPECT_EQ(wire::u16(pdus[1].data(), 146), 13u);
   EXPECT_EQ(wire::u32(pdus[1].data(), 152), 0xFFFFFFF8u);
+}
+
+// The largest lists and texts that fit one PDU go out whole; one more is refused, where
+// the PDU would otherwise carry a count its entries do not match, or a cut text.
+TEST(Vcctl, WhatFillsAPduIsSentWholeAndOneMoreIsRefused) {
+  auto entities = [](size_t n) {
+    Words ids;
+    for (size_t i = 0; i < n; ++i) ids.push_back("1:1:" + std::to_string(i));
+    return ids;
+  };
+  // Group: 188 bytes, then 64 per entity, up to the 16-bit length.
+  VcctlRun group = runVcctl(with({"--dry-run", "group"}, entities(1021)));
+  ASSERT_EQ(group.code, 0) << group.lineWith("vcctl:");
+  auto pdus = pdusOf(group);
+  ASSERT_EQ(pdus.size(), 1u);
+  EXPECT_EQ(pdus[0].size(), 188u + 64 * 1021);
+  EXPECT_EQ(wire::u16(pdus[0].data(), 8), 188u + 64 * 1021);
+  EXPECT_EQ(wire::i32(pdus[0].data(), 184), 1021);
+  EXPECT_EQ(wire::text(pdus[0].data(), 188 + 64 * 1020, 64), "1:1:1020");
+  VcctlRun tooMany = runVcctl(with({"--dry-run", "group"}, entities(1022)));
+  EXPECT_EQ(tooMany.code, 2);
+  EXPECT_EQ(tooMany.lineWith("vcctl:"),
+            "vcctl: argument <entities>: 1022 entities, but one PDU holds at most 1021: send them "
+            "in several commands");
+  EXPECT_TRUE(pdusOf(tooMany).empty());
+
+  // Group membership: 292 bytes before the list.
+  VcctlRun set = runVcctl(with({"--dry-run", "set-group"}, entities(1019)));
+  ASSERT_EQ(set.code, 0) << set.lineWith("vcctl:");
+  pdus = pdusOf(set);
+  ASSERT_EQ(pdus.size(), 1u);
+  EXPECT_EQ(pdus[0].size(), 292u + 64 * 1019);
+  VcctlRun setTooMany = runVcctl(with({"--dry-run", "set-group"}, entities(1020)));
+  EXPECT_EQ(setTooMany.code, 2);
+  EXPECT_NE(setTooMany.lineWith("at most 1019"), "") << setTooMany.lineWith("vcctl:");
+
+  // A text PDU: 388 bytes, then the text, up to 65535.
+  const std::string longest(65535 - 388, 'x');
+  VcctlRun text = runVcctl({"--dry-run", "draw", "text2d", "--id", "1", "--at", "0,0", longest});
+  ASSERT_EQ(text.code, 0) << text.lineWith("vcctl:");
+  pdus = pdusOf(text);
+  ASSERT_EQ(pdus.size(), 1u);
+  EXPECT_EQ(pdus[0].size(), 65535u);
+  EXPECT_EQ(wire::u32(pdus[0].data(), 384), 65535u - 388);
+  VcctlRun cut =
+      runVcctl({"--dry-run", "draw", "text2d", "--id", "1", "--at", "0,0", longest + "y"});
+  EXPECT_EQ(cut.code, 2);
+  EXPECT_EQ(cut.lineWith("vcctl:"),
+            "vcctl: 'text' is 65148 bytes long, but the PDU holds at most 65147 and would cut it "
+            "short");
+  // A layer's name has 172 bytes before it.
+  VcctlRun layer =
+      runVcctl({"--dry-run", "draw", "layer", "--id", "4", std::string(65535 - 172 + 1, 'n')});
+  EXPECT_EQ(layer.code, 2);
+  EXPECT_NE(layer.lineWith("at most 65363"), "") << layer.lineWith("vcctl:");
+  // The last day of February exists in leap years only.
+  EXPECT_EQ(runVcctl({"--dry-run", "option", "date", "02/29/2024"}).code, 0);
+}
+
+// Every tool names its own version, the library's and the RTI's, and exits 0; the help
+// says what each exit status means.
+TEST(Tools, VersionAndExitStatusAreStated) {
+  for (const std::string tool : {"vcctl", "vcviewer", "vcbench", "rtihub"}) {
+    if (tool == "rtihub" && !vctest::hubAvailable()) continue;
+    vctest::ChildProcess version(vctest::binaryPath(tool), {"--version"}, true);
+    Words lines;
+    std::string line;
+    while (version.readLine(line, std::chrono::seconds(10))) lines.push_back(line);
+    EXPECT_EQ(version.wait(std::chrono::seconds(10)), 0) << tool;
+    ASSERT_EQ(lines.size(), 3u) << version.transcript();
+    EXPECT_EQ(lines[0], tool + " 54.0.0");
+    bool library = false, rti = false;
+    for (const std::string& l : lines) {
+      library = library || l.rfind(
+                               "library libvistrelControlToolkitHLA1516.so.54, version "
+                               "54.0.0",
+                               0) == 0;
+      rti = rti || (l.rfind("RTI: ", 0) == 0 && l.size() > 5);
+    }
+    EXPECT_TRUE(library) << version.transcript();
+    EXPECT_TRUE(rti) << version.transcript();
+
+    vctest::ChildProcess help(vctest::binaryPath(tool), {"--help"}, true);
+    std::string exitLine;
+    EXPECT_TRUE(help.waitForLine("Exit status", exitLine, std::chrono::seconds(10)))
+        << help.transcript();
+    EXPECT_EQ(help.wait(std::chrono::seconds(10)), 0);
+    if (tool != "rtihub") {
+      EXPECT_NE(help.transcript().find("--version"), std::string::npos) << tool;
+    }
+  }
+  VcctlRun timeOfDay = runVcctl({"option", "time-of-day", "--help"});
+  EXPECT_NE(timeOfDay.lineWith("hours since midnight"), "") << timeOfDay.output;
+}
+
+// Federation addresses a lone tool cannot use are command-line mistakes: exit 2, and no
+// connection is tried.
+TEST(Tools, FederationAddressesTheyCannotUseAreBadCommandLines) {
+  struct Case {
+    std::string tool;
+    Words args;
+    std::string message;
+  };
+  const std::string thread =
+      "option '--federation': 'thread://X' is a federation inside this one process, where no "
+      "other federate can join: use rti://HOST:PORT/NAME or NAME";
+  const Case cases[] = {
+      {"vcctl", {"--federation", "thread://X", "orbit"}, "vcctl: " + thread},
+      {"vcviewer", {"--id", "v", "--federation", "thread://X"}, "vcviewer: " + thread},
+      {"vcctl",
+       {"--federation", "rti://127.0.0.1:99999/X", "orbit"},
+       "vcctl: option '--federation': 'rti://127.0.0.1:99999/X' is not rti://HOST[:PORT]/NAME: "
+       "port '99999' (1 to 65535)"},
+      {"vcctl",
+       {"--federation", "rti://127.0.0.1:15160", "orbit"},
+       "vcctl: option '--federation': 'rti://127.0.0.1:15160' is not rti://HOST[:PORT]/NAME: no "
+       "'/' before the federation name"},
+      {"vcctl",
+       {"--federation", "rti://:15160/X", "orbit"},
+       "vcctl: option '--federation': 'rti://:15160/X' is not rti://HOST[:PORT]/NAME: no host"},
+      {"vcctl",
+       {"--federation", "rti://h/", "orbit"},
+       "vcctl: option '--federation': 'rti://h/' is not rti://HOST[:PORT]/NAME: no federation "
+       "name"},
+      {"vcctl",
+       {"--federation", "http://h/X", "orbit"},
+       "vcctl: option '--federation': 'http://h/X' has an unknown scheme: use "
+       "rti://HOST:PORT/NAME or NAME"},
+      {"vcbench",
+       {"--federation", "thread://X", "--role", "send"},
+       "vcbench: --role send needs the other end in another process, which cannot join a "
+       "thread:// federation: use rti://HOST:PORT/NAME"},
+  };
+  for (const Case& c : cases) {
+    vctest::ChildProcess tool(vctest::binaryPath(c.tool), c.args, true);
+    std::string line;
+    EXPECT_TRUE(tool.readLine(line, std::chrono::seconds(10))) << c.message;
+    EXPECT_EQ(line, c.message);
+    EXPECT_EQ(tool.wait(std::chrono::seconds(10)), 2) << c.message;
+  }
+}
+
+// Files no PDU can come from end in one line and exit 1, not in an abort or a read that
+// never ends.
+TEST(Vcctl, DecodeRefusesFilesThatHoldNoPdu) {
+  struct Case {
+    std::string file;
+    std::string message;
+  };
+  const Case cases[] = {
+      {"/", "vcctl: cannot read /: it is a directory"},
+      {"/dev/zero",
+       "vcctl: cannot read /dev/zero: more than 1048576 bytes, far longer than any control PDU "
+       "(at most 65535 bytes) or its hex dump"},
+      {"/proc/self/mem", "vcctl: cannot read /proc/self/mem: Input/output error"},
+      {"/nonexistent/pdu", "vcctl: cannot read /nonexistent/pdu: No such file or directory"},
+  };
+  for (const Case& c : cases) {
+    VcctlRun run = runVcctl({"decode", "--file", c.file});
+    EXPECT_EQ(run.code, 1) << run.output;
+    EXPECT_EQ(run.ownLines(), Words{c.message});
+  }
 }
 
 }  // namespace

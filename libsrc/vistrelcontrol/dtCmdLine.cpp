@@ -44,6 +44,7 @@ struct CommandData {
   std::string name;
   std::string summary;
   std::string details;
+  std::string version;  // a program's own version lines; empty: no --version
   const CommandData* parent = nullptr;
   std::vector<std::unique_ptr<Decl>> decls;  // declaration order, which the help follows
   std::vector<std::unique_ptr<Command>> subs;
@@ -58,6 +59,7 @@ struct ArgsData {
   std::string command;
   Args sub;
   const CommandData* help = nullptr;
+  bool version = false;
 
   static std::shared_ptr<ArgsData>& of(Args& args) { return args.data_; }
 };
@@ -354,6 +356,7 @@ std::string helpOf(const CommandData& cmd) {
   out += "\nOptions:\n";
   for (const Decl* decl : options) entry(out, optionLeft(*decl), describe(*decl), column);
   entry(out, "-h, --help", "show this help and exit", column);
+  if (!cmd.version.empty()) entry(out, "--version", "show the versions and exit", column);
   if (!cmd.subs.empty()) {
     out += "\nCommands:\n";
     for (const CommandData* sub : cmd.subData) entry(out, sub->name, sub->summary, column);
@@ -409,6 +412,10 @@ class Parser {
         }
         if (word == "--help" || word == "-h") {
           out.help = &cmd;
+          return;
+        }
+        if (word == "--version" && !cmd.version.empty()) {
+          out.version = true;
           return;
         }
         if (word.size() > 2 && word.compare(0, 2, "--") == 0) {
@@ -763,6 +770,12 @@ Command& Command::details(const std::string& text) {
   return *this;
 }
 
+Command& Command::version(const std::string& lines) {
+  data_->version = lines;
+  if (!data_->version.empty() && data_->version.back() != '\n') data_->version += '\n';
+  return *this;
+}
+
 std::string Command::path() const {
   return pathOf(*data_);
 }
@@ -790,6 +803,14 @@ Args Command::parseOrExit(int argc, const char* const* argv) const {
     Args args = parse(argc, argv);
     if (args.helpRequested()) {
       std::cout << args.helpText() << std::flush;
+      std::exit(0);
+    }
+    if (args.versionRequested()) {
+      // The library line is written by the library itself, so it names the one that was
+      // actually loaded, whatever the program was built with.
+      std::cout << data_->version << "library libvistrelControlToolkitHLA1516.so."
+                << VC_LIBRARY_SOVERSION << ", version " << VC_LIBRARY_VERSION << "\n"
+                << std::flush;
       std::exit(0);
     }
     return args;
@@ -899,6 +920,10 @@ const Args& Args::leaf() const {
 
 std::string Args::name() const {
   return pathOf(*dataOf(data_).cmd);
+}
+
+bool Args::versionRequested() const {
+  return dataOf(data_).version;
 }
 
 bool Args::helpRequested() const {

@@ -36,11 +36,15 @@ const char* kUsage =
     "                           long is destroyed (default 60)\n"
     "  --quiet                  log only dropped clients and errors\n"
     "  --help                   this text\n"
+    "  --version                the versions of the hub, its package and its RTI\n"
     "\n"
     "On start it prints \"rtihub listening on HOST:PORT\" with the port actually bound.\n"
     "Frames are length-prefixed and capped at 1 MiB; a client that sends a malformed or\n"
     "oversized frame is disconnected and resigned, others are not affected. SIGINT or\n"
-    "SIGTERM stops it cleanly.\n";
+    "SIGTERM stops it cleanly.\n"
+    "\n"
+    "Exit status: 0 stopped by a signal; 1 cannot listen or failed while running; 2 a bad\n"
+    "command line.\n";
 
 bool parseListen(const std::string& s, std::string& host, std::uint16_t& port) {
   std::string h, p;
@@ -89,6 +93,12 @@ int main(int argc, char** argv) {
     unsigned long long n = 0;
     if (arg == "--help" || arg == "-h") {
       std::cout << kUsage;
+      return 0;
+    } else if (arg == "--version") {
+      // The hub is part of the package: the library of the same build has its version.
+      std::cout << "rtihub " VC_PACKAGE_VERSION "\nlibrary libvistrelControlToolkitHLA1516.so."
+                << VC_LIBRARY_SOVERSION ", version " VC_PACKAGE_VERSION " (same package)\nRTI: "
+                << VC_RTI_DESCRIPTION "\n";
       return 0;
     } else if (arg == "--listen") {
       value(v);

@@ -148,16 +148,19 @@ std::string FddModel::index() {
   return indexTree(objects, L"HLAobjectRoot");
 }
 
-void encodeFdd(const FddModel& model, ByteBuffer& out) {
+bool encodeFdd(const FddModel& model, ByteBuffer& out) {
   // Reuses the frame writer for its field encoders; the prefix and type byte it writes
-  // are dropped so that the model is a plain blob.
+  // are dropped so that the model is a plain blob. A name the writer could not hold
+  // would otherwise leave a blob that every reader calls corrupt.
   ByteBuffer tmp;
   wire::FrameWriter w(tmp, wire::MsgType::Reply);
   w.u32(kModelVersion);
   encodeTree(model.interactions, w);
   encodeTree(model.objects, w);
+  if (!w.finish()) return false;
   const std::size_t skip = wire::kLengthPrefix + 1;
   out.append(tmp.data() + skip, tmp.size() - skip);
+  return true;
 }
 
 bool decodeFdd(const unsigned char* data, std::size_t size, FddModel& out, std::string& error) {

@@ -74,7 +74,8 @@ struct FddModel {
 
 // The hub and the federates pass the model in this form. decodeFdd() accepts any bytes:
 // it checks every count and index and fails rather than read outside them.
-void encodeFdd(const FddModel& model, ByteBuffer& out);
+// False, with nothing appended, when a name is longer than a frame can carry.
+bool encodeFdd(const FddModel& model, ByteBuffer& out);
 bool decodeFdd(const unsigned char* data, std::size_t size, FddModel& out, std::string& error);
 
 }  // namespace vcrti

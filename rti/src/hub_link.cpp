@@ -35,6 +35,9 @@ constexpr std::size_t kReadChunk = 64 * 1024;
 constexpr int kReadBurst = 16;
 // How long a request waits for its reply, and a write for the hub to take bytes.
 constexpr auto kReplyTimeout = std::chrono::seconds(15);
+// Leaving waits less: a federate that leaves has nothing left to do but report that the
+// hub no longer answers, and a tool should not sit silent for long before saying so.
+constexpr auto kResignTimeout = std::chrono::seconds(5);
 constexpr auto kWriteStallTimeout = std::chrono::seconds(60);
 
 struct Reply {
@@ -76,7 +79,7 @@ class HubConnection {
   }
 
   template <class Fill>
-  Reply request(wire::MsgType type, Fill fill) {
+  Reply request(wire::MsgType type, Fill fill, Clock::duration timeout = kReplyTimeout) {
     std::unique_lock<std::mutex> lock(mu_);
     checkBroken();
     const std::uint32_t id = nextRequest_++;
@@ -86,7 +89,7 @@ class HubConnection {
     if (!w.finish())
       throw rti1516::RTIinternalError(L"request to the RTI hub exceeds the frame size limit");
     flushLocked();
-    const auto deadline = Clock::now() + kReplyTimeout;
+    const auto deadline = Clock::now() + timeout;
     for (;;) {
       Reply r;
       if (takeReplyLocked(id, r)) return r;
@@ -286,7 +289,8 @@ class HubConnection {
       if (m.type == wire::MsgType::Reply) {
         if (m.requestId != id) fail("reply out of order");
         r.status = static_cast<wire::Status>(m.handle);
-        r.text = fromUtf8(m.text);
+        // The hub's words end up on the user's terminal: its control characters must not.
+        r.text = printable(fromUtf8(m.text));
         r.payload.assign(reinterpret_cast<const char*>(m.blob.data), m.blob.size);
         std::memmove(rx_.data() + pos, rx_.data() + pos + d.frameSize,
                      rx_.size() - pos - d.frameSize);
@@ -354,7 +358,8 @@ class HubLink final : public Link {
   }
 
   void resign() override {
-    Reply r = conn_->request(wire::MsgType::Resign, [](wire::FrameWriter&) {});
+    Reply r = conn_->request(
+        wire::MsgType::Resign, [](wire::FrameWriter&) {}, kResignTimeout);
     conn_.reset();
     if (r.status != wire::Status::Ok) throwFor(r);
   }
@@ -374,7 +379,10 @@ class HubLink final : public Link {
 
 void createHubFederation(const FederationUrl& url, const FddModel& model) {
   ByteBuffer blob;
-  encodeFdd(model, blob);
+  if (!encodeFdd(model, blob))
+    throw rti1516::ErrorReadingFDD(L"FDD file '" + model.fileName +
+                                   L"' holds a name longer than the hub carries (" +
+                                   std::to_wstring(wire::kMaxFrameBody) + L" bytes)");
   if (blob.size() > wire::kMaxFrameBody / 2)
     throw rti1516::ErrorReadingFDD(L"FDD file '" + model.fileName +
                                    L"' is too large to share through the hub");
@@ -404,7 +412,11 @@ std::unique_ptr<Link> joinHubFederation(const FederationUrl& url,
   const auto* p = reinterpret_cast<const unsigned char*>(r.payload.data());
   auto model = std::make_shared<FddModel>();
   std::string err;
-  if (r.payload.size() < 4 || !decodeFdd(p + 4, r.payload.size() - 4, *model, err))
+  if (r.payload.size() < 4)
+    throw rti1516::RTIinternalError(L"RTI hub answered the join with " +
+                                    std::to_wstring(r.payload.size()) +
+                                    L" bytes, too few for a federate handle");
+  if (!decodeFdd(p + 4, r.payload.size() - 4, *model, err))
     throw rti1516::RTIinternalError(L"RTI hub sent an unusable object model: " + fromUtf8(err));
   model->fileName = r.text;
   return std::make_unique<HubLink>(std::move(conn), wire::loadU32(p), std::move(model));

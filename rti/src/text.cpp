@@ -85,4 +85,21 @@ std::wstring fromUtf8(std::string_view text) {
   return out;
 }
 
+std::wstring printable(std::wstring_view text) {
+  static const wchar_t digits[] = L"0123456789abcdef";
+  std::wstring out;
+  out.reserve(text.size());
+  for (wchar_t c : text) {
+    const auto u = static_cast<std::uint32_t>(c);
+    if (u < 0x20 || (u >= 0x7F && u <= 0x9F)) {
+      out += L"\\x";
+      out += digits[u >> 4];
+      out += digits[u & 15];
+    } else {
+      out += c;
+    }
+  }
+  return out;
+}
+
 }  // namespace vcrti

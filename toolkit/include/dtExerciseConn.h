@@ -52,8 +52,17 @@ class DT_EXPORT DtExerciseConn {
   DtExerciseConn(const DtExerciseConn&) = delete;
   DtExerciseConn& operator=(const DtExerciseConn&) = delete;
 
-  /// True while joined; false after a failed join or once the connection was lost.
-  bool connected() const { return joined_ && !lost_; }
+  /// True while joined; false after a failed join, after resign() or once the connection
+  /// was lost.
+  bool connected() const { return joined_ && !lost_ && !resigned_; }
+  /// True when this connection created the federation execution rather than finding it:
+  /// no other federate was in it when this one joined.
+  bool createdFederation() const { return created_; }
+  /// Leaves the federation (and destroys it when this was the last federate). False when
+  /// the RTI did not confirm leaving, with the reason in errorText(): whatever was sent
+  /// shortly before may not have left this process. Later calls do nothing; the
+  /// destructor calls it when the application did not.
+  bool resign();
   /// The reason the connection failed or was lost; empty while all is well.
   const DtString& errorText() const { return error_; }
   /// The connection's identity: its federate name.
@@ -167,6 +176,8 @@ class DT_EXPORT DtExerciseConn {
   DtFomMapper* mapper_ = nullptr;
   bool joined_ = false;
   bool lost_ = false;
+  bool created_ = false;
+  bool resigned_ = false;
   DtString error_;
 
   std::map<rti1516::InteractionClassHandle, std::unique_ptr<DtInteractionDecoder>> decoders_;

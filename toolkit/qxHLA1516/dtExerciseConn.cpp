@@ -70,6 +70,7 @@ void DtExerciseConn::join(const char* fedFileName, DtExerciseConnStatus* status)
     rti_ = factory.createRTIambassador(noArgs);
     try {
       rti_->createFederationExecution(dtwide::widen(execName_), dtwide::widen(text(fedFileName)));
+      created_ = true;
     } catch (const rti1516::FederationExecutionAlreadyExists&) {
       // Joining an existing federation is the common case.
     }
@@ -78,7 +79,14 @@ void DtExerciseConn::join(const char* fedFileName, DtExerciseConnStatus* status)
     joined_ = true;
     mapper_->attach(rti_.get());
   } catch (const rti1516::Exception& e) {
-    fail("cannot join federation \"" + execName_ + "\" as \"" + federateName_ + "\": " + what(e));
+    // A caller that asked for the status reports the failure its own way; warning as well
+    // would say it twice.
+    const std::string why =
+        "cannot join federation \"" + execName_ + "\" as \"" + federateName_ + "\": " + what(e);
+    if (status)
+      error_ = DtString(why);
+    else
+      fail(why);
   }
   if (status) {
     status->ok = joined_;
@@ -88,15 +96,28 @@ void DtExerciseConn::join(const char* fedFileName, DtExerciseConnStatus* status)
 
 DtExerciseConn::~DtExerciseConn() {
   if (mapper_) mapper_->attach(nullptr);
-  if (!rti_) return;
-  if (joined_ && !lost_) {
-    try {
-      rti_->resignFederationExecution(rti1516::NO_ACTION);
-      rti_->destroyFederationExecution(dtwide::widen(execName_));
-    } catch (const rti1516::Exception&) {
-      // Others are still joined (or the hub is gone): the federation stays theirs.
-    }
+  // A destructor has no one to tell: an application that must know whether leaving
+  // worked calls resign() itself first.
+  resign();
+}
+
+bool DtExerciseConn::resign() {
+  if (!rti_ || !joined_ || lost_ || resigned_) return !lost_;
+  resigned_ = true;
+  try {
+    rti_->resignFederationExecution(rti1516::NO_ACTION);
+  } catch (const rti1516::Exception& e) {
+    // What was sent just before may still have been queued when the connection went.
+    lost_ = true;
+    error_ = DtString("leaving federation \"" + execName_ + "\" failed: " + what(e));
+    return false;
   }
+  try {
+    rti_->destroyFederationExecution(dtwide::widen(execName_));
+  } catch (const rti1516::Exception&) {
+    // Others are still joined: the federation stays theirs.
+  }
+  return true;
 }
 
 void DtExerciseConn::fail(const std::string& why) {

@@ -12,6 +12,7 @@
 #include "endpoint.h"
 #include "installedFdd.h"
 #include "roles.h"
+#include "toolSupport.h"
 
 namespace {
 
@@ -192,11 +193,17 @@ int main(int argc, char** argv) {
       "  vcbench --library --count 200000               the same through the controllers\n"
       "  rtihub --port 15160 &\n"
       "  vcbench -f rti://127.0.0.1:15160/Bench --role recv &\n"
-      "  vcbench -f rti://127.0.0.1:15160/Bench --role send");
+      "  vcbench -f rti://127.0.0.1:15160/Bench --role send\n"
+      "\n"
+      "Exit status: 0 done; 1 failed at run time (no join, the other end or the connection\n"
+      "lost, PDUs out of order), and the figures are not printed; 2 a bad command line.");
+  cli.version(vctools::versionLines("vcbench"));
 
   DtCmdLine::Args args = cli.parseOrExit(argc, argv);
   Settings settings;
   settings.federation = args.text("federation");
+  std::string problem = vctools::federationUrlProblem(settings.federation, true);
+  if (!problem.empty()) args.fail("option '--federation': " + problem);
   settings.fdd = args.text("fdd");
   settings.federate = args.text("name");
   settings.size = static_cast<int>(args.integer("size"));
@@ -214,6 +221,10 @@ int main(int argc, char** argv) {
   run.checkOrder = !settings.library;
 
   std::string role = args.text("role");
+  if (inProcess && role != "both")
+    args.fail("--role " + role +
+              " needs the other end in another process, which cannot join a "
+              "thread:// federation: use rti://HOST:PORT/NAME");
   if (role == "recv")  // the sender says how many and in what batches
     std::fprintf(stderr, "vcbench: recv %s%s\n", settings.library ? "library " : "raw ",
                  settings.federation.c_str());

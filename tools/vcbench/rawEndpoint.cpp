@@ -5,6 +5,8 @@
 #include <RTI/RTI1516.h>
 
 #include <cstring>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 #include "endpoint.h"
@@ -28,6 +30,7 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
  public:
   RawEndpoint(const Settings& settings, Handler& handler)
       : handler_(handler),
+        federation_(settings.federation),
         data_(wire::buffer(static_cast<size_t>(settings.size))),
         ping_(wire::buffer(static_cast<size_t>(settings.size))),
         control_(wire::buffer(wire::kMessageSize)) {
@@ -61,24 +64,26 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
 
   void sendData(std::uint64_t seq) override {
     wire::setA(data_.data(), seq);
-    sendBuffer(dataValues_, data_);
+    guarded([&] { sendBuffer(dataValues_, data_); });
   }
 
   void send(Kind kind, std::uint64_t a, std::uint64_t b) override {
     if (kind == Kind::Ping) {
       wire::mark(ping_.data(), kind, a, b);
-      sendBuffer(pingValues_, ping_);
+      guarded([&] { sendBuffer(pingValues_, ping_); });
     } else {
       wire::mark(control_.data(), kind, a, b);
-      sendBuffer(controlValues_, control_);
+      guarded([&] { sendBuffer(controlValues_, control_); });
     }
   }
 
   // Waiting takes the single-callback form, which returns with the first callback, and
   // what else has come is taken at once after it.
   void poll(double waitSeconds) override {
-    if (waitSeconds > 0 && !rti_->evokeCallback(waitSeconds)) return;
-    rti_->evokeMultipleCallbacks(0.0, 0.001);
+    guarded([&] {
+      if (waitSeconds > 0 && !rti_->evokeCallback(waitSeconds)) return;
+      rti_->evokeMultipleCallbacks(0.0, 0.001);
+    });
   }
 
   void receiveInteraction(rti1516::InteractionClassHandle,
@@ -100,7 +105,19 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
     rti_->sendInteraction(cls_, values, tag_);
   }
 
+  // The runs report std::exception; an RTI exception would get past them and end the
+  // process in std::terminate when the hub goes away.
+  template <typename Call>
+  void guarded(Call call) {
+    try {
+      call();
+    } catch (const rti1516::Exception& e) {
+      throw std::runtime_error("connection to " + federation_ + " lost: " + narrow(e.what()));
+    }
+  }
+
   Handler& handler_;
+  std::string federation_;
   std::unique_ptr<rti1516::RTIambassador> rti_;
   rti1516::InteractionClassHandle cls_;
   rti1516::ParameterHandle param_;

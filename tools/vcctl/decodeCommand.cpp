@@ -1,14 +1,14 @@
 // "vcctl decode": reads a PDU the way a viewer would and prints it, without joining any
 // federation. For PDUs copied out of a log, a capture or 'vcctl --dry-run'.
 #include <cxxabi.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cctype>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
-#include <iostream>
-#include <iterator>
 #include <memory>
 #include <typeinfo>
 #include <vector>
@@ -52,15 +52,44 @@ bool fromHex(const std::string& text, std::vector<unsigned char>& bytes, std::st
   return true;
 }
 
-bool readFile(const std::string& path, std::string& content) {
-  if (path == "-") {
-    content.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
-    return true;
+// No control PDU is longer than 65535 bytes; its hex dump, generously spaced, stays well
+// below this. Reading stops here, so /dev/zero or a huge file is refused, not swallowed.
+constexpr size_t kMaxInput = 1 << 20;
+
+// False with `why` when the file cannot be read or is longer than any PDU or dump.
+bool readFile(const std::string& path, std::string& content, std::string& why) {
+  int fd = path == "-" ? 0 : ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) {
+    why = std::strerror(errno);
+    return false;
   }
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return false;
-  content.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-  return true;
+  struct stat info {};
+  if (::fstat(fd, &info) == 0 && S_ISDIR(info.st_mode)) {
+    why = "it is a directory";
+    if (fd != 0) ::close(fd);
+    return false;
+  }
+  char buffer[65536];
+  bool ok = true;
+  for (;;) {
+    ssize_t n = ::read(fd, buffer, sizeof buffer);
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) {
+      why = std::strerror(errno);
+      ok = false;
+      break;
+    }
+    if (n == 0) break;
+    content.append(buffer, static_cast<size_t>(n));
+    if (content.size() > kMaxInput) {
+      why = "more than " + std::to_string(kMaxInput) +
+            " bytes, far longer than any control PDU (at most 65535 bytes) or its hex dump";
+      ok = false;
+      break;
+    }
+  }
+  if (fd != 0) ::close(fd);
+  return ok;
 }
 
 // The library class that read the bytes: with --v0, version-0 draw-control bytes are
@@ -83,8 +112,8 @@ int decode(const Args& a, Link&) {
   std::string why;
   if (fromFile) {
     std::string content;
-    if (!readFile(a.text("file"), content)) {
-      complain("cannot read %s: %s", a.text("file").c_str(), std::strerror(errno));
+    if (!readFile(a.text("file"), content, why)) {
+      complain("cannot read %s: %s", a.text("file").c_str(), why.c_str());
       return 1;
     }
     // A control PDU's third byte is 202, which is not text: a file that is all hex

@@ -129,6 +129,11 @@ unsigned int thicknessOf(const Args& a) {
   return static_cast<unsigned int>(a.integer("thickness"));
 }
 
+// The room a variable-length text has in one PDU after the fixed part.
+constexpr size_t roomAfter(int fixedLength) {
+  return static_cast<size_t>(DtBaseMsg::kMaxLength - fixedLength);
+}
+
 // ------------------------------------------------------------------ attribute panels
 struct DeclaredAttribute {
   unsigned int id;
@@ -152,6 +157,9 @@ DeclaredAttribute declaredAttribute(const Args& a, const std::string& word) {
   if (!end || *end != '\0' || parts[0][0] == '-') bad("does not start with a whole-number id");
   decl.id = static_cast<unsigned int>(id);
   decl.name = parts[1];
+  if (decl.name.size() > roomAfter(DtVdcAttributePdu::kLength))
+    bad("has a name of " + std::to_string(decl.name.size()) + " bytes, but the PDU holds at most " +
+        std::to_string(roomAfter(DtVdcAttributePdu::kLength)));
   std::string kind = parts.size() > 2 ? parts[2] : "number";
   bool known = false;
   for (const std::string& k : kAttributeKinds) known = known || k == kind;
@@ -258,28 +266,32 @@ int triangle3d(const Args& a, Link& link) {
 int area(const Args& a, Link& link) {
   std::vector<DtVector64> corners;
   for (size_t i = 0; i < a.count("corners"); ++i) corners.push_back(corner(a, i));
-  add(link,
-      std::make_unique<DtVdcArea3DObject>(
-          objectId(a), corners, color(a), DtString(a.text("texture-dir")),
-          DtString(a.text("texture")), static_cast<int>(a.integer("tiles")), a.flag("flashing")));
+  add(link, std::make_unique<DtVdcArea3DObject>(
+                objectId(a), corners, color(a),
+                fittingText(a, "texture-dir", DtVdcAreaPduBase::kTextureNameSize),
+                fittingText(a, "texture", DtVdcAreaPduBase::kTextureNameSize),
+                static_cast<int>(a.integer("tiles")), a.flag("flashing")));
   return 0;
 }
 
 int text2d(const Args& a, Link& link) {
-  add(link, std::make_unique<DtVdcText2DObject>(objectId(a), DtString(a.text("text")),
-                                                screen(a, "at"), color(a), a.flag("flashing")));
+  add(link, std::make_unique<DtVdcText2DObject>(
+                objectId(a), fittingText(a, "text", roomAfter(DtVdcTextPdu::kLength)),
+                screen(a, "at"), color(a), a.flag("flashing")));
   return 0;
 }
 
 int text3d(const Args& a, Link& link) {
   DtVdc3DAttachPoint at = anchor(a, "attach");
-  add(link, std::make_unique<DtVdcText3DObject>(objectId(a), DtString(a.text("text")), at,
-                                                offsetOf(a), color(a), a.flag("flashing")));
+  add(link, std::make_unique<DtVdcText3DObject>(
+                objectId(a), fittingText(a, "text", roomAfter(DtVdcTextPdu::kLength)), at,
+                offsetOf(a), color(a), a.flag("flashing")));
   return 0;
 }
 
 int layer(const Args& a, Link& link) {
-  add(link, std::make_unique<DtVdcDrawLayerObject>(objectId(a), DtString(a.text("name"))));
+  add(link, std::make_unique<DtVdcDrawLayerObject>(
+                objectId(a), fittingText(a, "name", roomAfter(DtVdcLayerPdu::kLength))));
   return 0;
 }
 
@@ -287,8 +299,8 @@ int panelTemplate(const Args& a, Link& link) {
   std::vector<DeclaredAttribute> attributes;
   for (size_t i = 0; i < a.count("attributes"); ++i)
     attributes.push_back(declaredAttribute(a, a.text("attributes", i)));
-  auto panel =
-      std::make_unique<DtVdcAttributeGroupTemplateObject>(objectId(a), DtString(a.text("name")));
+  auto panel = std::make_unique<DtVdcAttributeGroupTemplateObject>(
+      objectId(a), fittingText(a, "name", roomAfter(DtVdcAttributePdu::kLength)));
   for (const DeclaredAttribute& d : attributes) {
     if (d.type == DtVdcAttributeTemplateObject::DtVdcValueBarAttribute)
       panel->createAttributeTemplate(d.id, DtString(d.name), d.min, d.max);

@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <utility>
 
-#include "dtOutput.h"
 #include "output.h"
+#include "toolSupport.h"
 
 namespace vcctl {
 
@@ -90,6 +90,12 @@ void Link::keep(std::unique_ptr<DtVdcObject> object) {
   kept_.push_back(std::move(object));
 }
 
+void Link::close() {
+  if (!conn_ || conn_->resign()) return;
+  throw LinkError(std::string(conn_->errorText().c_str()) +
+                  ": what was sent last may not have reached any federate");
+}
+
 void Link::open() {
   if (controller_) return;
   const DtString viewer(settings_.viewer);
@@ -98,18 +104,29 @@ void Link::open() {
     controller_ = std::make_unique<ConfirmingController>(printer_.get(), viewer);
   } else {
     DtExerciseConnStatus status;
-    // A failed join is also warned about; the status says the same, and vcctl reports
-    // it once, as its own error.
-    DtOutputStream::Sink warn = DtWarn.sink();
-    void* warnUser = DtWarn.sinkUser();
-    DtWarn.setSink([](void*, const char*, size_t) {}, nullptr);
     auto conn = std::make_unique<DtExerciseConn>(
         settings_.federation.c_str(), settings_.name.c_str(), static_cast<DtFomMapper*>(nullptr),
         settings_.fdd.c_str(), &status);
-    DtWarn.setSink(warn, warnUser);
     if (!status.ok || !conn->connected())
       throw LinkError(status.message.isNull() ? "cannot join " + settings_.federation
                                               : std::string(status.message.c_str()));
+    // Sending into a model without the class would be accepted and go nowhere.
+    std::string problem = vctools::viewControlProblem(*conn, settings_.fdd);
+    if (!problem.empty()) throw LinkError(problem);
+    // Finding no federation to join means a mistyped name far more often than a viewer
+    // that has yet to come: whatever went into it could reach no one.
+    if (conn->createdFederation()) {
+      const std::string federation = "federation \"" + settings_.federation + "\" did not exist";
+      if (waitsForOthers_)
+        complain("note: %s; vcctl created it and waits for others to join", federation.c_str());
+      else if (settings_.allowNewFederation)
+        complain("note: %s; vcctl created it, so no federate can receive what it sends",
+                 federation.c_str());
+      else
+        throw LinkError("nothing sent: " + federation +
+                        ", so no viewer is in it and no federate could receive anything (check "
+                        "the name, or pass --allow-new-federation)");
+    }
     DtVistrelControlRegister(conn.get());
     conn_ = std::move(conn);
     controller_ = std::make_unique<ConfirmingController>(conn_.get(), viewer);

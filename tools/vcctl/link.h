@@ -17,6 +17,8 @@ struct Settings {
   std::string name;
   std::string viewer;
   bool dryRun = false;
+  /// Go on when joining creates the federation, which no viewer can then be in.
+  bool allowNewFederation = false;
 };
 
 /// The federation could not be joined, or the connection was lost while sending.
@@ -48,11 +50,18 @@ class Link {
   /// Keeps an object alive until the drawer is gone: a panel points to its template
   /// without owning it.
   void keep(std::unique_ptr<DtVdcObject> object);
+  /// For a command that waits for others (listen): a federation it creates is no
+  /// mistake, since others may join later.
+  void acceptNewFederation() { waitsForOthers_ = true; }
+  /// Leaves the federation, if one was joined; LinkError when the RTI did not confirm,
+  /// since what was sent just before may then never have left this process.
+  void close();
 
  private:
   void open();
 
   Settings settings_;
+  bool waitsForOthers_ = false;
   std::unique_ptr<PduPrinter> printer_;
   std::vector<std::unique_ptr<DtVdcObject>> kept_;
   std::unique_ptr<DtExerciseConn> conn_;

@@ -4,6 +4,7 @@
 #include "installedFdd.h"
 #include "link.h"
 #include "output.h"
+#include "toolSupport.h"
 
 namespace {
 
@@ -32,6 +33,10 @@ int main(int argc, char** argv) {
       .defaultValue("0:0:0");
   cli.option("dry-run", Type::Flag,
              "join nothing: print each PDU's bytes in hex and its fields instead of sending it");
+  cli.option("allow-new-federation", Type::Flag,
+             "send even when the federation did not exist yet (vcctl then creates it empty, "
+             "and no viewer can receive what it sends)");
+  cli.version(vctools::versionLines("vcctl"));
   cli.details(
       "View:     absolute tether compass mimic turret orbit pivot track mimic-track\n"
       "          tether-track group wide-group, and the group members: primary secondary\n"
@@ -45,7 +50,11 @@ int main(int argc, char** argv) {
       "Global options go before the command:\n"
       "  vcctl --federation rti://127.0.0.1:15160/Demo --viewer viewer-1 orbit 1:1:1 --radius 500\n"
       "  vcctl --dry-run draw text2d --id 3 --at 0.1,0.9 Hello\n"
-      "Exit status: 0 done, 1 the federation or the viewer failed, 2 a bad command line.");
+      "Exit status:\n"
+      "  0  done: the RTI took every PDU, and the viewer answered where an answer is awaited\n"
+      "  1  failed at run time: the federation could not be joined, did not exist, lacks\n"
+      "     ViewControl, or was lost, or no answer came; the message says what did not happen\n"
+      "  2  a bad command line: nothing was sent");
 
   vcctl::Registry registry;
   vcctl::declareViewCommands(cli, registry);
@@ -67,9 +76,16 @@ int main(int argc, char** argv) {
   settings.name = args.text("name");
   settings.viewer = args.text("viewer");
   settings.dryRun = args.flag("dry-run");
+  settings.allowNewFederation = args.flag("allow-new-federation");
+  if (!settings.dryRun) {
+    std::string problem = vctools::federationUrlProblem(settings.federation, false);
+    if (!problem.empty()) args.fail("option '--federation': " + problem);
+  }
   try {
     vcctl::Link link(settings);
-    return (*handler)(leaf, link);
+    int code = (*handler)(leaf, link);
+    link.close();
+    return code;
   } catch (const vcctl::LinkError& e) {
     vcctl::complain("%s", e.what());
   } catch (const DtException& e) {

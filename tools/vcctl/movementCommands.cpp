@@ -1,6 +1,7 @@
 // Stepping and turning the eyepoint, its step size and turn rate, and switching modes
 // by name.
 #include <cstdlib>
+#include <limits>
 #include <map>
 
 #include "commands.h"
@@ -57,6 +58,9 @@ Adjust adjustment(const Args& args) {
   double value = std::strtod(word.c_str(), &end);
   if (word.empty() || !end || *end != '\0')
     args.fail("argument <value>: '" + word + "' is neither up, down nor a number");
+  // A step or a rate of zero or less would freeze the eyepoint or turn its keys around.
+  if (!(value > 0) || value > std::numeric_limits<float>::max())
+    args.fail("argument <value>: '" + word + "' is not a number above 0 that fits a 32-bit float");
   return {Adjust::Set, static_cast<float>(value)};
 }
 
@@ -125,10 +129,10 @@ void declareMovementCommands(Command& root, Registry& registry) {
 
   c = &registry.add(root, "stepsize", "make the step size bigger, smaller or a given value",
                     &stepsize);
-  c->argument("value", Type::Text, "up, down, or the step in metres");
+  c->argument("value", Type::Text, "up, down, or the step in metres (above 0)");
   c = &registry.add(root, "turnrate", "make the turn rate bigger, smaller or a given value",
                     &turnrate);
-  c->argument("value", Type::Text, "up, down, or the rate in radians per step");
+  c->argument("value", Type::Text, "up, down, or the rate in radians per step (above 0)");
 
   c = &registry.add(root, "mode",
                     "switch mode keeping the viewer's parameters, then place the eyepoint", &mode);

@@ -1,4 +1,8 @@
 // "vcctl option NAME [VALUE]": the viewer's settings, one options PDU per setting.
+#include <map>
+#include <string>
+#include <vector>
+
 #include "commands.h"
 #include "link.h"
 #include "values.h"
@@ -35,6 +39,41 @@ DtString text(const Args& a) {
   return DtString(a.text("value"));
 }
 
+// The options PDU holds its texts in fixed fields of this many bytes.
+const std::map<std::string, size_t> kTextRoom = {
+    {"database", 256},           {"model-set", 32},
+    {"texture-set", 32},         {"video-start", 256},
+    {"video-filename-base", 64}, {"video-directory", 256},
+    {"load-features", 256},      {"date", 64},
+};
+
+// MM/DD/YYYY, a day that exists: a viewer handed 99/99/9999 would guess, or stop.
+void checkDate(const Args& a) {
+  const std::string word = a.text("value");
+  std::vector<std::string> parts = split(word, '/');
+  int number[3] = {0, 0, 0};
+  bool ok =
+      parts.size() == 3 && parts[0].size() == 2 && parts[1].size() == 2 && parts[2].size() == 4;
+  for (size_t i = 0; ok && i < 3; ++i) {
+    for (char c : parts[i]) ok = ok && c >= '0' && c <= '9';
+    if (ok) number[i] = std::stoi(parts[i]);
+  }
+  const int month = number[0], day = number[1], year = number[2];
+  const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+  static const int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  ok = ok && year >= 1 && month >= 1 && month <= 12 && day >= 1 &&
+       day <= kDays[month - 1] + (month == 2 && leap ? 1 : 0);
+  if (!ok) a.fail("argument <value>: '" + word + "' is not a date MM/DD/YYYY");
+}
+
+// Before anything is joined: a value refused after joining would still have disturbed
+// the federation.
+void check(const Setting& setting, const Args& a) {
+  auto room = kTextRoom.find(setting.name);
+  if (room != kTextRoom.end() && a.has("value")) fittingText(a, "value", room->second);
+  if (std::string(setting.name) == "date") checkDate(a);
+}
+
 // clang-format off
 const Setting kSettings[] = {
   {"overlay", "show or hide the overlay", Kind::Switch, "",
@@ -59,7 +98,7 @@ const Setting kSettings[] = {
    [](Controller& c, const Args& a) { c.setGroundClampingEnabled(on(a)); }},
   {"ground-clamp-range", "range of ground clamping", Kind::Real, "metres",
    [](Controller& c, const Args& a) { c.setGroundClampRange(real(a)); }},
-  {"time-of-day", "time of day of the scene", Kind::Real, "time of day",
+  {"time-of-day", "time of day of the scene", Kind::Real, "hours since midnight, 0 to 24",
    [](Controller& c, const Args& a) { c.setTimeOfDay(real(a)); }},
   {"near-clip", "near clipping plane", Kind::Real, "distance in metres",
    [](Controller& c, const Args& a) { c.setNearClippingPlane(real(a)); }},
@@ -71,7 +110,7 @@ const Setting kSettings[] = {
    [](Controller& c, const Args& a) { c.setFogEnabled(on(a)); }},
   {"database", "terrain database to load", Kind::Text, "database name",
    [](Controller& c, const Args& a) { c.setDatabaseToLoad(text(a)); }},
-  {"date", "date of the scene", Kind::Text, "date",
+  {"date", "date of the scene", Kind::Text, "date as MM/DD/YYYY",
    [](Controller& c, const Args& a) { c.setDate(text(a)); }},
   {"exit", "tell the viewer to quit", Kind::None, "",
    [](Controller& c, const Args&) { c.exit(); }},
@@ -155,10 +194,11 @@ void declareOptionCommands(Command& root, Registry& registry) {
   Command& option = root.command("option", "change one of the viewer's settings");
   option.details("Example: vcctl option fog on");
   for (const Setting& setting : kSettings) {
-    Send send = setting.send;
+    const Setting* declared = &setting;
     Command& c =
-        registry.add(option, setting.name, setting.summary, [send](const Args& a, Link& link) {
-          send(link.controller(), a);
+        registry.add(option, setting.name, setting.summary, [declared](const Args& a, Link& link) {
+          check(*declared, a);
+          declared->send(link.controller(), a);
           return 0;
         });
     switch (setting.kind) {
@@ -170,9 +210,11 @@ void declareOptionCommands(Command& root, Registry& registry) {
       case Kind::Integer:
         c.argument("value", Type::Integer, setting.valueHelp).range(-2147483648.0, 2147483647.0);
         break;
-      case Kind::Real:
-        c.argument("value", Type::Real, setting.valueHelp);
+      case Kind::Real: {
+        DtCmdLine::Option value = c.argument("value", Type::Real, setting.valueHelp);
+        if (std::string(setting.name) == "time-of-day") value.range(0, 24);
         break;
+      }
       case Kind::Text:
         c.argument("value", Type::Text, setting.valueHelp);
         break;

@@ -71,10 +71,14 @@ int state(const Args& a, Link& link) {
 
 struct Listener {
   long long seen = 0;
+  long long limit = -1;  // none
 };
 
 void onPdu(DtVistrelControlInteraction* inter, void* usr) {
   auto* listener = static_cast<Listener*>(usr);
+  // One drain delivers everything that has arrived: the PDUs beyond the count are
+  // dropped here, not printed.
+  if (listener->limit >= 0 && listener->seen >= listener->limit) return;
   ++listener->seen;
   const DtVistrelControlPdu* pdu = inter->vcPdu();
   if (!pdu) {
@@ -92,8 +96,10 @@ int listen(const Args& a, Link& link) {
   if (link.settings().dryRun) a.fail("there is nothing to listen to in a dry run");
   long long count = a.has("count") ? a.integer("count") : -1;
   double seconds = a.has("seconds") ? a.real("seconds") : -1;
+  link.acceptNewFederation();
   DtExerciseConn* conn = link.connection();
   Listener listener;
+  listener.limit = count;
   DtVistrelControlInteraction::addCallback(conn, &onPdu, &listener);
   // The subscription is in place once addCallback returns: a script may start sending
   // as soon as it sees this line.
@@ -122,7 +128,9 @@ void declareReceiveCommands(Command& root, Registry& registry) {
   c = &registry.add(root, "listen", "print every control PDU that arrives", &listen);
   c->option("count", Type::Integer, "stop after this many PDUs").placeholder("N").range(1, 1e12);
   c->option("seconds", Type::Real, "stop after this long").placeholder("S").range(0, 1e9);
-  c->details("Without --count or --seconds it listens until interrupted.");
+  c->details(
+      "Without --count or --seconds it listens until interrupted. A federation that does not\n"
+      "exist yet is created (with a note on stderr), so that senders can join it later.");
 }
 
 }  // namespace vcctl

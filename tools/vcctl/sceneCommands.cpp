@@ -79,7 +79,9 @@ int value(const Args& a, Link& link) {
     pdu.setValueY(xy[1]);
   } else if (a.has("bitmap")) {
     pdu.setType(DtVdcAttributeValueSetText);
-    pdu.setText(DtString(a.text("bitmap")));
+    pdu.setText(
+        fittingText(a, "bitmap",
+                    static_cast<size_t>(DtBaseMsg::kMaxLength - DtVdcAttributeUpdatePdu::kLength)));
   } else {
     pdu.setType(DtVdcAttributeValueReset);
   }

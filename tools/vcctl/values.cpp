@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <limits>
 
 namespace vcctl {
 
@@ -122,7 +123,10 @@ DtVdcVector2D screen(const Args& args, const std::string& name, size_t index) {
 
 std::optional<float> real32(const Args& args, const std::string& name) {
   if (!args.has(name)) return std::nullopt;
-  return static_cast<float>(args.real(name));
+  double value = args.real(name);
+  if (value > std::numeric_limits<float>::max() || value < -std::numeric_limits<float>::max())
+    badWord(args, name, "does not fit the 32-bit float the PDU carries (at most 3.4e38)");
+  return static_cast<float>(value);
 }
 
 bool parseColor(const std::string& word, DtVdcColor& color, std::string& why) {
@@ -150,6 +154,15 @@ DtVdcColor color(const Args& args, const std::string& name) {
   std::string why;
   if (!parseColor(args.text(name), result, why)) badWord(args, name, why);
   return result;
+}
+
+bool parseEntityId(const std::string& word, std::string& why) {
+  std::vector<std::string> parts = split(word, ':');
+  unsigned long number = 0;
+  bool ok = parts.size() == 3;
+  for (size_t i = 0; ok && i < parts.size(); ++i) ok = parseWhole(parts[i], 65535, number);
+  if (!ok) why = "is not an entity id site:host:entity (three whole numbers up to 65535)";
+  return ok;
 }
 
 bool parseAnchor(const std::string& word, DtVdc3DAttachPoint& anchor, std::string& why) {
@@ -188,6 +201,10 @@ bool parseAnchor(const std::string& word, DtVdc3DAttachPoint& anchor, std::strin
     why = "is empty: give a position X,Y,Z, an entity id or object:ID[@PERCENT]";
     return false;
   }
+  if (!parseEntityId(word, why)) {
+    why = "is neither a position X,Y,Z, an entity id site:host:entity nor object:ID[@PERCENT]";
+    return false;
+  }
   anchor = DtVdc3DAttachPoint(DtString(word));
   return true;
 }
@@ -209,10 +226,51 @@ unsigned int objectId(const Args& args, const std::string& name) {
   return static_cast<unsigned int>(args.integer(name));
 }
 
-DtGlobalObjectDesignatorList entityList(const Args& args, const std::string& name) {
+namespace {
+
+[[noreturn]] void badArgument(const Args& args, const std::string& name, const std::string& why) {
+  args.fail("argument <" + name + ">: " + why);
+}
+
+}  // namespace
+
+std::optional<DtString> entity(const Args& args, const std::string& name) {
+  if (!args.has(name)) return std::nullopt;
+  std::string why;
+  const std::string word = args.text(name);
+  if (!parseEntityId(word, why)) {
+    // The trackers take theirs as an option, every other command as an argument.
+    if (name == "track") badWord(args, name, why);
+    badArgument(args, name, "'" + word + "' " + why);
+  }
+  return DtString(word);
+}
+
+DtGlobalObjectDesignatorList entityList(const Args& args, const std::string& name,
+                                        int fixedLength) {
+  // Each entry is one 64-byte designator; the PDU's length field ends the list.
+  const size_t room = static_cast<size_t>(DtBaseMsg::kMaxLength - fixedLength) / 64;
+  if (args.count(name) > room)
+    badArgument(args, name,
+                std::to_string(args.count(name)) + " entities, but one PDU holds at most " +
+                    std::to_string(room) + ": send them in several commands");
   DtGlobalObjectDesignatorList list;
-  for (size_t i = 0; i < args.count(name); ++i) list.add(DtString(args.text(name, i)));
+  std::string why;
+  for (size_t i = 0; i < args.count(name); ++i) {
+    const std::string word = args.text(name, i);
+    if (!parseEntityId(word, why)) badArgument(args, name, "'" + word + "' " + why);
+    list.add(DtString(word));
+  }
   return list;
+}
+
+DtString fittingText(const Args& args, const std::string& name, size_t room) {
+  const std::string text = args.text(name);
+  if (text.size() > room)
+    args.fail("'" + name + "' is " + std::to_string(text.size()) +
+              " bytes long, but the PDU holds at most " + std::to_string(room) +
+              " and would cut it short");
+  return DtString(text);
 }
 
 }  // namespace vcctl

@@ -10,11 +10,6 @@ using DtCmdLine::Type;
 
 namespace {
 
-std::optional<DtString> text(const Args& args, const std::string& name) {
-  if (!args.has(name)) return std::nullopt;
-  return DtString(args.text(name));
-}
-
 // ------------------------------------------------------------------ modes
 int absolute(const Args& a, Link& link) {
   std::optional<DtVector64> at = position(a, "at");
@@ -24,43 +19,43 @@ int absolute(const Args& a, Link& link) {
 }
 
 int tether(const Args& a, Link& link) {
-  std::optional<DtString> entity = text(a, "entity");
+  std::optional<DtString> id = entity(a, "entity");
   std::optional<DtVector64> offset = position(a, "offset");
   std::optional<DtTaitBryan> orientation = angles(a, "orientation");
-  link.controller().setTetherMode(given(entity), given(offset), given(orientation));
+  link.controller().setTetherMode(given(id), given(offset), given(orientation));
   return 0;
 }
 
 int compass(const Args& a, Link& link) {
-  std::optional<DtString> entity = text(a, "entity");
+  std::optional<DtString> id = entity(a, "entity");
   std::optional<float> radius = real32(a, "radius");
   std::optional<float> heading = real32(a, "heading");
   std::optional<float> pitch = real32(a, "pitch");
-  link.controller().setCompassMode(given(entity), given(radius), given(heading), given(pitch));
+  link.controller().setCompassMode(given(id), given(radius), given(heading), given(pitch));
   return 0;
 }
 
 int mimic(const Args& a, Link& link) {
-  std::optional<DtString> entity = text(a, "entity");
+  std::optional<DtString> id = entity(a, "entity");
   std::optional<DtVector64> offset = position(a, "offset");
-  link.controller().setMimicMode(given(entity), given(offset));
+  link.controller().setMimicMode(given(id), given(offset));
   return 0;
 }
 
 int turret(const Args& a, Link& link) {
-  std::optional<DtString> entity = text(a, "entity");
+  std::optional<DtString> id = entity(a, "entity");
   std::optional<DtVector64> offset = position(a, "offset");
-  link.controller().setTurretMode(given(entity), given(offset));
+  link.controller().setTurretMode(given(id), given(offset));
   return 0;
 }
 
 int orbit(const Args& a, Link& link) {
-  std::optional<DtString> entity = text(a, "entity");
+  std::optional<DtString> id = entity(a, "entity");
   std::optional<float> radius = real32(a, "radius");
   std::optional<float> heading = real32(a, "heading");
   std::optional<float> pitch = real32(a, "pitch");
   std::optional<float> rate = real32(a, "rate");
-  link.controller().setOrbitMode(given(entity), given(radius), given(heading), given(pitch),
+  link.controller().setOrbitMode(given(id), given(radius), given(heading), given(pitch),
                                  given(rate));
   return 0;
 }
@@ -75,30 +70,30 @@ int pivot(const Args& a, Link& link) {
 }
 
 int track(const Args& a, Link& link) {
-  std::optional<DtString> entity = text(a, "entity");
+  std::optional<DtString> id = entity(a, "entity");
   std::optional<DtVector64> at = position(a, "at");
-  link.controller().setTrackMode(given(entity), given(at));
+  link.controller().setTrackMode(given(id), given(at));
   return 0;
 }
 
 int mimicTrack(const Args& a, Link& link) {
-  std::optional<DtString> entity = text(a, "entity");
-  std::optional<DtString> tracked = text(a, "track");
+  std::optional<DtString> id = entity(a, "entity");
+  std::optional<DtString> tracked = entity(a, "track");
   std::optional<DtVector64> offset = position(a, "offset");
-  link.controller().setMimicTrackMode(given(entity), given(tracked), given(offset));
+  link.controller().setMimicTrackMode(given(id), given(tracked), given(offset));
   return 0;
 }
 
 int tetherTrack(const Args& a, Link& link) {
-  std::optional<DtString> entity = text(a, "entity");
-  std::optional<DtString> tracked = text(a, "track");
+  std::optional<DtString> id = entity(a, "entity");
+  std::optional<DtString> tracked = entity(a, "track");
   std::optional<DtVector64> offset = position(a, "offset");
-  link.controller().setTetherTrackMode(given(entity), given(tracked), given(offset));
+  link.controller().setTetherTrackMode(given(id), given(tracked), given(offset));
   return 0;
 }
 
 int sendGroup(const Args& a, Link& link, bool wide) {
-  DtGlobalObjectDesignatorList ids = entityList(a, "entities");
+  DtGlobalObjectDesignatorList ids = entityList(a, "entities", DtGroupVCPdu::kLength);
   std::optional<float> radial = real32(a, "radial");
   std::optional<float> heading = real32(a, "heading");
   std::optional<float> pitch = real32(a, "pitch");
@@ -120,32 +115,39 @@ int wideGroup(const Args& a, Link& link) {
 
 // ------------------------------------------------------------------ group membership
 int primary(const Args& a, Link& link) {
-  link.controller().setPrimary(DtString(a.text("entity")));
+  DtString id = *entity(a, "entity");
+  link.controller().setPrimary(id);
   return 0;
 }
 
 int secondary(const Args& a, Link& link) {
-  link.controller().setSecondary(DtString(a.text("entity")));
+  DtString id = *entity(a, "entity");
+  link.controller().setSecondary(id);
   return 0;
 }
 
 int primarySecondary(const Args& a, Link& link) {
-  link.controller().setPrimarySecondary(DtString(a.text("primary")), DtString(a.text("secondary")));
+  DtString primaryId = *entity(a, "primary");
+  DtString secondaryId = *entity(a, "secondary");
+  link.controller().setPrimarySecondary(primaryId, secondaryId);
   return 0;
 }
 
 int setGroup(const Args& a, Link& link) {
-  link.controller().setGroup(entityList(a, "entities"));
+  DtGlobalObjectDesignatorList ids = entityList(a, "entities", DtModelessVCPdu::kLength);
+  link.controller().setGroup(ids);
   return 0;
 }
 
 int addToGroup(const Args& a, Link& link) {
-  link.controller().addToGroup(entityList(a, "entities"));
+  DtGlobalObjectDesignatorList ids = entityList(a, "entities", DtModelessVCPdu::kLength);
+  link.controller().addToGroup(ids);
   return 0;
 }
 
 int removeFromGroup(const Args& a, Link& link) {
-  link.controller().removeFromGroup(entityList(a, "entities"));
+  DtGlobalObjectDesignatorList ids = entityList(a, "entities", DtModelessVCPdu::kLength);
+  link.controller().removeFromGroup(ids);
   return 0;
 }
 
@@ -162,20 +164,25 @@ void realOption(Command& command, const std::string& name, const std::string& he
 }
 
 void sphereOptions(Command& command, const std::string& heading) {
-  realOption(command, "radius", "distance from the centre in metres");
+  // A distance below zero would put the eye on the far side of the centre.
+  command.option("radius", Type::Real, "distance from the centre in metres")
+      .placeholder("R")
+      .range(0, 3.4e38);
   realOption(command, "heading", heading + " in radians");
   realOption(command, "pitch", "pitch in radians");
 }
 
 void groupOptions(Command& command) {
-  command.arguments("entities", Type::Text, "entities of the group; none keeps the current group");
+  command.arguments("entities", Type::Text,
+                    "entities of the group (site:host:entity); none keeps the current group");
   realOption(command, "radial", "radial offset from the group in metres");
   realOption(command, "heading", "heading offset in radians");
   realOption(command, "pitch", "pitch offset in radians");
 }
 
 void trackOption(Command& command) {
-  command.option("track", Type::Text, "entity to keep in view").placeholder("ENTITY");
+  command.option("track", Type::Text, "entity to keep in view (site:host:entity)")
+      .placeholder("ENTITY");
 }
 
 }  // namespace
@@ -235,20 +242,20 @@ void declareViewCommands(Command& root, Registry& registry) {
   groupOptions(*c);
 
   c = &registry.add(root, "primary", "make an entity the group's primary", &primary);
-  c->argument("entity", Type::Text, "entity id");
+  c->argument("entity", Type::Text, "entity id (site:host:entity)");
   c = &registry.add(root, "secondary", "make an entity the group's secondary", &secondary);
-  c->argument("entity", Type::Text, "entity id");
+  c->argument("entity", Type::Text, "entity id (site:host:entity)");
   c = &registry.add(root, "primary-secondary", "set the group's primary and secondary at once",
                     &primarySecondary);
-  c->argument("primary", Type::Text, "entity id");
-  c->argument("secondary", Type::Text, "entity id");
+  c->argument("primary", Type::Text, "entity id (site:host:entity)");
+  c->argument("secondary", Type::Text, "entity id (site:host:entity)");
   c = &registry.add(root, "set-group", "replace the whole group (no entities empties it)",
                     &setGroup);
-  c->arguments("entities", Type::Text, "entity ids");
+  c->arguments("entities", Type::Text, "entity ids (site:host:entity)");
   c = &registry.add(root, "add-to-group", "add entities to the group", &addToGroup);
-  c->arguments("entities", Type::Text, "entity ids").minCount(1);
+  c->arguments("entities", Type::Text, "entity ids (site:host:entity)").minCount(1);
   c = &registry.add(root, "remove-from-group", "take entities out of the group", &removeFromGroup);
-  c->arguments("entities", Type::Text, "entity ids").minCount(1);
+  c->arguments("entities", Type::Text, "entity ids (site:host:entity)").minCount(1);
 }
 
 }  // namespace vcctl

@@ -16,6 +16,7 @@
 #include "dtOutput.h"
 #include "installedFdd.h"
 #include "liveServer.h"
+#include "toolSupport.h"
 #include "viewer.h"
 #include "vistrelControl.h"
 #include "webFiles.h"
@@ -101,7 +102,7 @@ DtCmdLine::Command commandLine() {
       "answers state requests and draws its scene as SVG.");
   cli.option("id", Type::Text, "the viewer id this viewer answers to").placeholder("ID").required();
   cli.option("federation", Type::Text,
-             "federation to join: thread://Name, rti://host:port/Name, or a name on the local hub")
+             "federation to join: rti://host:port/Name, or a name on the local hub")
       .shortName('f')
       .placeholder("URL")
       .defaultValue("VistrelControl");
@@ -135,7 +136,12 @@ DtCmdLine::Command commandLine() {
       "\n"
       "Example:\n"
       "  vcviewer --id 1:1:1 --federation rti://127.0.0.1:15160/VistrelControl --svg scene.svg \\\n"
-      "           --http 127.0.0.1:8080");
+      "           --http 127.0.0.1:8080\n"
+      "\n"
+      "Exit status: 0 stopped as asked; 1 failed at run time (the federation could not be\n"
+      "joined or lacks ViewControl, so the viewer never said ready; or the connection was\n"
+      "lost); 2 a bad command line.");
+  cli.version(vctools::versionLines("vcviewer"));
   return cli;
 }
 
@@ -146,6 +152,8 @@ int main(int argc, char** argv) {
   DtCmdLine::Args args = cli.parseOrExit(argc, argv);
   const std::string id = args.text("id");
   const std::string url = args.text("federation");
+  const std::string urlProblem = vctools::federationUrlProblem(url, false);
+  if (!urlProblem.empty()) args.fail("option '--federation': " + urlProblem);
   const std::string fdd = args.has("fdd") ? args.text("fdd") : vctools::installedFdd();
   const std::string name = args.has("name") ? args.text("name") : "vcviewer-" + id;
   const bool quiet = args.flag("quiet");
@@ -166,7 +174,13 @@ int main(int argc, char** argv) {
   DtExerciseConn conn(url.c_str(), name.c_str(), static_cast<DtFomMapper*>(nullptr), fdd.c_str(),
                       &status);
   if (!status.ok) {
-    std::fprintf(stderr, "vcviewer: cannot join %s: %s\n", url.c_str(), status.message.c_str());
+    std::fprintf(stderr, "vcviewer: %s\n", status.message.c_str());
+    return 1;
+  }
+  // Without the class nothing could ever arrive: saying ready would be a lie.
+  const std::string modelProblem = vctools::viewControlProblem(conn, fdd);
+  if (!modelProblem.empty()) {
+    std::fprintf(stderr, "vcviewer: %s\n", modelProblem.c_str());
     return 1;
   }
   DtVistrelControlRegister(&conn);
@@ -259,6 +273,10 @@ int main(int argc, char** argv) {
 
   DtVistrelControlInteraction::removeCallback(&conn, &received, &viewer);
   if (page) page->stop();
+  if (exitCode == 0 && !conn.resign()) {
+    std::fprintf(stderr, "vcviewer: %s\n", conn.errorText().c_str());
+    exitCode = 1;
+  }
   if (!run.svgPath.empty()) writeSvg(run);
   printLine("vcviewer " + id + " stopped: " + why);
   return exitCode;
