@@ -3,6 +3,7 @@
 // through the controllers. Only that it works is checked here, never how fast.
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -74,6 +75,24 @@ TEST(Vcbench, ControllersInTwoProcessesThroughAHub) {
   EXPECT_TRUE(has(lines, "throughput=")) << ::testing::PrintToString(lines);
   ASSERT_TRUE(receiver.waitForLine("received=5000", line, seconds(20))) << receiver.transcript();
   EXPECT_EQ(receiver.wait(seconds(10)), 0) << receiver.transcript();
+}
+
+// Raw mode talks to the RTI directly: a hub that goes away is a failure it reports, not
+// an exception that ends the process.
+TEST(Vcbench, AHubThatGoesAwayIsReported) {
+  if (!vctest::hubAvailable()) GTEST_SKIP() << "no hub in this build";
+  std::uint16_t port = 0;
+  auto hub = vctest::startHub(port);
+  const std::string url = vctest::hubUrl(port, "VcbenchLost");
+  vctest::ChildProcess receiver(vctest::binaryPath("vcbench"),
+                                {"--federation", url, "--role", "recv"}, true);
+  std::string line;
+  ASSERT_TRUE(receiver.waitForLine("receiver ready", line, seconds(20))) << receiver.transcript();
+  hub->kill(SIGKILL);
+  EXPECT_EQ(receiver.wait(seconds(30)), 1) << receiver.transcript();
+  EXPECT_TRUE(receiver.waitForLine("vcbench: connection to " + url + " lost: ", line, seconds(1)))
+      << receiver.transcript();
+  EXPECT_EQ(receiver.transcript().find("terminate"), std::string::npos) << receiver.transcript();
 }
 
 TEST(Vcbench, BadCommandLinesAreRefused) {

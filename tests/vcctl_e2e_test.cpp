@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -158,6 +160,138 @@ TEST_F(VcctlAgainstViewer, ListenPrintsEveryPduThatArrives) {
   EXPECT_NE(heard.find("--- 3: DtVcRequestState from ctl-2 to viewer-1, 152 bytes\n"),
             std::string::npos)
       << heard;
+}
+
+TEST_F(VcctlAgainstViewer, ListenStopsAtItsCountWhenMoreArriveTogether) {
+  ChildProcess listener(vctest::binaryPath("vcctl"), {"--federation", url_, "--fdd", VC_FDD_FILE,
+                                                      "--name", "ears", "listen", "--count", "3"});
+  std::string line;
+  ASSERT_TRUE(listener.waitForLine("listening on", line, 10s)) << listener.transcript();
+  // One template with 49 attributes: 50 PDUs sent back to back, which arrive together.
+  Words panel = {"draw", "template", "--id", "300", "--name", "Many"};
+  for (int i = 1; i <= 49; ++i) panel.push_back(std::to_string(i) + ":a" + std::to_string(i));
+  VcctlRun sent = vcctl(panel);
+  ASSERT_EQ(sent.code, 0) << sent.output;
+  EXPECT_EQ(sent.ownLines().size(), 50u);
+  EXPECT_EQ(listener.wait(10s), 0) << listener.transcript();
+  const std::string heard = listener.transcript();
+  size_t reports = 0;
+  for (size_t at = heard.find("\n--- "); at != std::string::npos; at = heard.find("\n--- ", at + 1))
+    ++reports;
+  EXPECT_EQ(reports, 3u) << heard;
+  EXPECT_NE(heard.find("--- 3: "), std::string::npos) << heard;
+  EXPECT_EQ(heard.find("--- 4: "), std::string::npos) << heard;
+}
+
+// A misspelled federation is one nobody is in: vcctl would have to create it. It says
+// so and sends nothing, unless told that an empty federation is what is meant.
+TEST_F(VcctlAgainstViewer, AFederationNobodyIsInGetsNothingUnlessAsked) {
+  const std::string typo = vctest::hubUrl(port_, "VcctlE2eo");
+  VcctlRun refused = runVcctl({"--federation", typo, "--fdd", VC_FDD_FILE, "orbit", "1:1:1"});
+  EXPECT_EQ(refused.code, 1) << refused.output;
+  EXPECT_EQ(refused.ownLines(),
+            Words{"vcctl: nothing sent: federation \"" + typo +
+                  "\" did not exist, so no viewer is in it and no federate could receive "
+                  "anything (check the name, or pass --allow-new-federation)"});
+
+  VcctlRun allowed = runVcctl(
+      {"--federation", typo, "--fdd", VC_FDD_FILE, "--allow-new-federation", "orbit", "1:1:1"});
+  EXPECT_EQ(allowed.code, 0) << allowed.output;
+  EXPECT_EQ(allowed.ownLines(),
+            (Words{"vcctl: note: federation \"" + typo +
+                       "\" did not exist; vcctl created it, so no federate can receive what it "
+                       "sends",
+                   "sent DtVcOrbit to 0:0:0"}));
+  // The viewer heard neither: the next thing it applies is what comes through its own
+  // federation.
+  EXPECT_EQ(vcctl({"hide", "8"}).code, 0);
+  EXPECT_EQ(viewerNext().rfind("draw hide 8", 0), 0u);
+}
+
+// The RTI took the PDUs, but leaving was never confirmed: what was sent last may still
+// have been in this process. That is a failure, said within a few seconds.
+TEST_F(VcctlAgainstViewer, AHubThatStopsAnsweringBeforeTheResignIsAFailure) {
+  ChildProcess listener(
+      vctest::binaryPath("vcctl"),
+      {"--federation", url_, "--fdd", VC_FDD_FILE, "--name", "ears", "listen", "--seconds", "1"},
+      true);
+  std::string line;
+  ASSERT_TRUE(listener.waitForLine("listening on", line, 10s)) << listener.transcript();
+  hub_->kill(SIGSTOP);
+  const int code = listener.wait(30s);
+  hub_->kill(SIGCONT);
+  EXPECT_EQ(code, 1) << listener.transcript();
+  EXPECT_NE(listener.transcript().find(
+                "vcctl: leaving federation \"" + url_ +
+                "\" failed: connection to the RTI hub at 127.0.0.1:" + std::to_string(port_) +
+                " lost: no answer from the RTI hub: what was sent last may not have reached any "
+                "federate"),
+            std::string::npos)
+      << listener.transcript();
+}
+
+TEST_F(VcctlAgainstViewer, AHubThatGoesAwayIsAFailure) {
+  ChildProcess listener(vctest::binaryPath("vcctl"),
+                        {"--federation", url_, "--fdd", VC_FDD_FILE, "--name", "ears", "listen"},
+                        true);
+  std::string line;
+  ASSERT_TRUE(listener.waitForLine("listening on", line, 10s)) << listener.transcript();
+  hub_->kill(SIGKILL);
+  EXPECT_EQ(listener.wait(20s), 1) << listener.transcript();
+  EXPECT_NE(listener.transcript().find("vcctl: connection lost: "), std::string::npos)
+      << listener.transcript();
+}
+
+// An object model without ViewControl, or without its parameter, carries nothing: the
+// viewer never says ready and vcctl never says sent.
+TEST(Tools, AnObjectModelWithoutViewControlIsAFailure) {
+  if (!vctest::hubAvailable() || !built("vcviewer")) GTEST_SKIP() << "needs rtihub and vcviewer";
+  std::uint16_t port = 0;
+  auto hub = vctest::startHub(port);
+  const std::string fdd = readFile(VC_FDD_FILE);
+  auto variant = [&](const std::string& from, const std::string& to, const std::string& tag) {
+    std::string text = fdd;
+    text.replace(text.find(from), from.size(), to);
+    const std::string path =
+        testing::TempDir() + "fdd_" + tag + "_" + std::to_string(::getpid()) + ".xml";
+    std::ofstream(path) << text;
+    return path;
+  };
+  const std::string noClass = variant("name=\"ViewControl\"", "name=\"OtherControl\"", "class");
+  const std::string noParameter =
+      variant("name=\"ViewControlPdu\"", "name=\"Payload\"", "parameter");
+
+  const std::string url1 = vctest::hubUrl(port, "NoClass");
+  ChildProcess viewer(vctest::binaryPath("vcviewer"),
+                      {"--id", "v", "--federation", url1, "--fdd", noClass}, true);
+  EXPECT_EQ(viewer.wait(20s), 1) << viewer.transcript();
+  EXPECT_EQ(viewer.transcript(),
+            "vcviewer: the object model of federation \"" + url1 + "\" (this process named " +
+                noClass + ") has no interaction class ViewControl: no control PDU can travel\n");
+
+  const std::string url2 = vctest::hubUrl(port, "NoParameter");
+  VcctlRun draw = runVcctl({"--federation", url2, "--fdd", noParameter, "--allow-new-federation",
+                            "draw", "text2d", "--id", "1", "--at", "0,0", "T"});
+  EXPECT_EQ(draw.code, 1) << draw.output;
+  EXPECT_EQ(draw.ownLines(),
+            Words{"vcctl: the object model of federation \"" + url2 + "\" (this process named " +
+                  noParameter +
+                  ") has no parameter ViewControlPdu in the interaction class ViewControl: no "
+                  "control PDU can travel"});
+
+  // A federation that cannot be joined is reported once, by the tool.
+  ChildProcess lone(vctest::binaryPath("vcviewer"),
+                    {"--id", "v", "--federation", "rti://127.0.0.1:1/Nowhere"}, true);
+  EXPECT_EQ(lone.wait(20s), 1);
+  const std::string said = lone.transcript();
+  EXPECT_EQ(said.rfind("vcviewer: cannot join federation "
+                       "\"rti://127.0.0.1:1/Nowhere\" as \"vcviewer-v\": ",
+                       0),
+            0u)
+      << said;
+  EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
+  std::remove(noClass.c_str());
+  std::remove(noParameter.c_str());
 }
 
 TEST(Vcctl, AFederationThatCannotBeJoinedIsReported) {

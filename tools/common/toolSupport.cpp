@@ -12,7 +12,8 @@ std::string federationUrlProblem(const std::string& url, bool inProcessAllowed) 
   static const std::string kThread = "thread://";
   static const std::string kHub = "rti://";
   if (url.compare(0, kThread.size(), kThread) == 0) {
-    if (inProcessAllowed) return url.size() > kThread.size() ? "" : "'" + url + "' names no federation";
+    if (inProcessAllowed)
+      return url.size() > kThread.size() ? "" : "'" + url + "' names no federation";
     return "'" + url +
            "' is a federation inside this one process, where no other federate can join: use "
            "rti://HOST:PORT/NAME or NAME";
@@ -64,8 +65,7 @@ std::string viewControlProblem(DtExerciseConn& conn, const std::string& fdd) {
   DtInterClassDesc* desc = mapper ? mapper->interClassDesc("ViewControl") : nullptr;
   const std::string where = "the object model of federation \"" + std::string(conn.execName()) +
                             "\" (this process named " + fdd + ")";
-  if (!desc)
-    return where + " has no interaction class ViewControl: no control PDU can travel";
+  if (!desc) return where + " has no interaction class ViewControl: no control PDU can travel";
   rti1516::ParameterHandle handle;
   if (!desc->parameterHandle("ViewControlPdu", &handle))
     return where +
