@@ -34,18 +34,38 @@ step() {
   if [ -n "${pause:-}" ] && [ "$pause" != 0 ]; then sleep "$pause"; fi
   printf '\n== %s\n' "$*"
 }
+
+# Copies the build's output to the log in $1 and shows how far it is: ninja's "[n/N]" on
+# one line that keeps being rewritten on a terminal, a line every tenth otherwise.
+show_progress() {
+  local line count total shown=-1
+  while IFS= read -r line; do
+    printf '%s\n' "$line" >>"$1"
+    [[ $line =~ ^\[([0-9]+)/([0-9]+)\] ]] || continue
+    count=${BASH_REMATCH[1]} total=${BASH_REMATCH[2]}
+    if [ -t 1 ]; then
+      printf '\r   compiled %d of %d' "$count" "$total"
+    elif [ $((count * 10 / total)) -ne "$shown" ]; then
+      shown=$((count * 10 / total))
+      printf '   compiled %d of %d\n' "$count" "$total"
+    fi
+  done
+  if [ -t 1 ]; then printf '\n'; fi
+}
 fail() { echo "demo.sh: $*" >&2; exit 1; }
 
 # ------------------------------------------------------------------ build
 if [ "$build" = yes ]; then
   step "Installing the packages the build needs"
-  scripts/setup.sh
+  scripts/setup.sh --build
   step "Building the library, vcctl, vcviewer and the hub in $build_dir"
   echo "(a few minutes the first time; the compiler's output goes to $out/build.log)"
   # The same configuration as scripts/test.sh, so that the two share one build.
   cmake -S "$root" -B "$build_dir" -G Ninja -DVC_WERROR=ON -DCMAKE_BUILD_TYPE=Release >"$out/configure.log" 2>&1 ||
     { cat "$out/configure.log" >&2; fail "configuring failed (log: $out/configure.log)"; }
-  cmake --build "$build_dir" -j "${JOBS:-2}" --target rtihub vcctl vcviewer >"$out/build.log" 2>&1 ||
+  : >"$out/build.log"
+  cmake --build "$build_dir" -j "${JOBS:-2}" --target rtihub vcctl vcviewer 2>&1 |
+    show_progress "$out/build.log" ||
     { tail -n 40 "$out/build.log" >&2; fail "building failed (log: $out/build.log)"; }
   echo "built: $bin/vcctl, $bin/vcviewer, $bin/rtihub"
 fi
