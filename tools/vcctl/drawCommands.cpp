@@ -297,8 +297,14 @@ int layer(const Args& a, Link& link) {
 
 int panelTemplate(const Args& a, Link& link) {
   std::vector<DeclaredAttribute> attributes;
-  for (size_t i = 0; i < a.count("attributes"); ++i)
+  for (size_t i = 0; i < a.count("attributes"); ++i) {
     attributes.push_back(declaredAttribute(a, a.text("attributes", i)));
+    // The drawer finds a template's attributes by id among its objects: one with the
+    // template's own id would be taken for the template, without end.
+    if (attributes.back().id == objectId(a))
+      a.fail("argument <attributes>: '" + a.text("attributes", i) + "' has the template's own id " +
+             std::to_string(objectId(a)) + ": give it another");
+  }
   auto panel = std::make_unique<DtVdcAttributeGroupTemplateObject>(
       objectId(a), fittingText(a, "name", roomAfter(DtVdcAttributePdu::kLength)));
   for (const DeclaredAttribute& d : attributes) {
