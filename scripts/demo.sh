@@ -6,6 +6,9 @@
 #   scripts/demo.sh              run the scenario, then stop everything it started
 #   scripts/demo.sh --keep       leave the hub and the viewer running, to try vcctl by hand
 #   scripts/demo.sh --no-build   use the programs already built (BUILD_DIR, default build/)
+#   scripts/demo.sh --openrti    the same through OpenRTI's server, rtinode: OpenRTI built by
+#                                scripts/openrti.sh, the tools built against it in
+#                                build-openrti/ (BUILD_DIR)
 # BUILD_DIR and OUT_DIR (default out/) move the build and the output elsewhere; HTTP sets
 # the page's address (default 127.0.0.1:0, a free port); PAUSE the seconds between steps
 # (default 2 on a terminal, so the page can be watched, else 0).
@@ -13,18 +16,30 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 root=$PWD
 
+fail() { echo "demo.sh: $*" >&2; exit 1; }
 keep=no
 build=yes
+rti=embedded
 for arg in "$@"; do
   case "$arg" in
     --keep) keep=yes ;;
     --no-build) build=no ;;
-    -h|--help) sed -n '2,11p' "$0"; exit 0 ;;
+    --openrti) rti=openrti ;;
+    -h|--help) sed -n '2,14p' "$0"; exit 0 ;;
     *) echo "demo.sh: unknown option $arg (try --help)" >&2; exit 2 ;;
   esac
 done
 
-build_dir=$(cd "$root" && mkdir -p "${BUILD_DIR:-build}" && cd "${BUILD_DIR:-build}" && pwd)
+server=rtihub
+configure=()
+default_build=build
+if [ "$rti" = openrti ]; then
+  openrti=$(scripts/openrti.sh) || fail "OpenRTI is not available (see above)"
+  server=rtinode
+  configure=(-DRTI1516_ROOT="$openrti")
+  default_build=build-openrti
+fi
+build_dir=$(cd "$root" && mkdir -p "${BUILD_DIR:-$default_build}" && cd "${BUILD_DIR:-$default_build}" && pwd)
 out=$(cd "$root" && mkdir -p "${OUT_DIR:-out}" && cd "${OUT_DIR:-out}" && pwd)
 bin=$build_dir/bin
 svg=$out/scene.svg
@@ -52,7 +67,6 @@ show_progress() {
   done
   if [ -t 1 ]; then printf '\n'; fi
 }
-fail() { echo "demo.sh: $*" >&2; exit 1; }
 
 # ------------------------------------------------------------------ build
 if [ "$build" = yes ]; then
@@ -61,15 +75,19 @@ if [ "$build" = yes ]; then
   step "Building the library, vcctl, vcviewer and the hub in $build_dir"
   echo "(a few minutes the first time; the compiler's output goes to $out/build.log)"
   # The same configuration as scripts/test.sh, so that the two share one build.
-  cmake -S "$root" -B "$build_dir" -G Ninja -DVC_WERROR=ON -DCMAKE_BUILD_TYPE=Release >"$out/configure.log" 2>&1 ||
+  cmake -S "$root" -B "$build_dir" -G Ninja -DVC_WERROR=ON -DCMAKE_BUILD_TYPE=Release "${configure[@]}" >"$out/configure.log" 2>&1 ||
     { cat "$out/configure.log" >&2; fail "configuring failed (log: $out/configure.log)"; }
+  targets=(vcctl vcviewer)
+  [ "$rti" = embedded ] && targets+=(rtihub)
   : >"$out/build.log"
-  cmake --build "$build_dir" -j "${JOBS:-2}" --target rtihub vcctl vcviewer 2>&1 |
+  cmake --build "$build_dir" -j "${JOBS:-2}" --target "${targets[@]}" 2>&1 |
     show_progress "$out/build.log" ||
     { tail -n 40 "$out/build.log" >&2; fail "building failed (log: $out/build.log)"; }
-  echo "built: $bin/vcctl, $bin/vcviewer, $bin/rtihub"
+  echo "built: ${targets[*]} in $bin"
 fi
-for program in rtihub vcctl vcviewer; do
+programs=(vcctl vcviewer)
+[ "$rti" = embedded ] && programs+=(rtihub)
+for program in "${programs[@]}"; do
   [ -x "$bin/$program" ] || fail "$bin/$program is missing: run without --no-build"
 done
 
@@ -93,14 +111,29 @@ wait_for_line() {
   return 1
 }
 
-step "Starting the hub on a free loopback port"
 rm -f "$svg"
-"$bin/rtihub" --listen 127.0.0.1:0 >"$out/hub.log" 2>&1 &
-pids+=($!)
-line=$(wait_for_line "$out/hub.log" "rtihub listening on 127.0.0.1:" 10) ||
-  { cat "$out/hub.log" >&2; fail "the hub did not start"; }
-port=${line##*127.0.0.1:}
-port=${port%%[!0-9]*}
+if [ "$server" = rtihub ]; then
+  step "Starting the hub on a free loopback port"
+  "$bin/rtihub" --listen 127.0.0.1:0 >"$out/hub.log" 2>&1 &
+  pids+=($!)
+  line=$(wait_for_line "$out/hub.log" "rtihub listening on 127.0.0.1:" 10) ||
+    { cat "$out/hub.log" >&2; fail "the hub did not start"; }
+  port=${line##*127.0.0.1:}
+  port=${port%%[!0-9]*}
+else
+  # rtinode takes the port it is given and says nothing when it listens: a free port is
+  # picked, and the server tried until it answers.
+  port=$(python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
+  step "Starting OpenRTI's rtinode on 127.0.0.1:$port"
+  "$openrti/bin/rtinode" -i "127.0.0.1:$port" >"$out/hub.log" 2>&1 &
+  pids+=($!)
+  for ((i = 0; i < 100; i++)); do
+    (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null && break
+    sleep 0.1
+  done
+  (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null || { cat "$out/hub.log" >&2; fail "rtinode did not start"; }
+  line="rtinode listening on 127.0.0.1:$port"
+fi
 url=rti://127.0.0.1:$port/Demo
 echo "$line"
 

@@ -53,9 +53,13 @@ class SendPath : public ::testing::Test {
   std::string heard() {
     while (listener->evokeCallback(0.0)) {
     }
-    // An interaction without the parameter: ours delivers it without, other RTIs may drop
-    // it altogether.
-    if (wire.got.empty() && !vctest::embeddedRti()) return "none";
+    if (!vctest::embeddedRti()) {
+      // Other RTIs may hand an interaction over through a thread of their own, so it can
+      // still be on its way; and they may drop one without the parameter altogether,
+      // where ours delivers it without.
+      for (int i = 0; i < 40 && wire.got.empty(); ++i) listener->evokeCallback(0.05);
+      if (wire.got.empty()) return "none";
+    }
     EXPECT_EQ(wire.got.size(), 1u);
     std::string last = wire.got.empty() ? std::string() : wire.got.back();
     wire.got.clear();

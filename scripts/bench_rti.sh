@@ -1,0 +1,97 @@
+#!/usr/bin/env bash
+# The embedded RTI and OpenRTI side by side on the same stream: vcbench built against each
+# (build/ and build-openrti/, built here when needed), in one process (thread://) and
+# across processes (sender and receiver as two processes through our rtihub and through
+# OpenRTI's rtinode), the two builds taking turns for ROUNDS rounds (default 3). Prints
+# the median throughput of each and the ratio embedded/OpenRTI.
+#   scripts/bench_rti.sh            COUNT interactions per run (default 200000)
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+rounds=${ROUNDS:-3}
+count=${COUNT:-200000}
+jobs=${JOBS:-2}
+openrti=$(scripts/openrti.sh)
+if [ ! -f build/build.ninja ]; then
+  cmake -S . -B build -G Ninja -DVC_WERROR=ON -DCMAKE_BUILD_TYPE=Release >/dev/null
+fi
+cmake --build build -j "$jobs" --target vcbench rtihub >/dev/null
+if [ ! -f build-openrti/build.ninja ]; then
+  cmake -S . -B build-openrti -G Ninja -DVC_WERROR=ON -DCMAKE_BUILD_TYPE=Release \
+    -DRTI1516_ROOT="$openrti" >/dev/null
+fi
+cmake --build build-openrti -j "$jobs" --target vcbench >/dev/null
+
+pids=()
+cleanup() {
+  local pid
+  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+  for pid in "${pids[@]}"; do wait "$pid" 2>/dev/null || true; done
+}
+trap cleanup EXIT
+
+free_port() {
+  python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])'
+}
+wait_port() {
+  local i
+  for ((i = 0; i < 100; i++)); do
+    (exec 3<>"/dev/tcp/127.0.0.1/$1") 2>/dev/null && return 0
+    sleep 0.1
+  done
+  return 1
+}
+throughput() { sed -n 's/^throughput=\([0-9]*\) interactions\/s$/\1/p' | head -n1; }
+
+# thread:// in one process.
+in_process() {
+  "$1/bin/vcbench" --federation "thread://bench-$RANDOM" --count "$count" --pings 20 | throughput
+}
+
+# Sender and receiver as two processes through the build's server.
+across() {
+  local dir=$1 port server recv out
+  port=$(free_port)
+  if [ "$dir" = build ]; then
+    build/bin/rtihub --listen "127.0.0.1:$port" >/dev/null 2>&1 &
+  else
+    "$openrti/bin/rtinode" -i "127.0.0.1:$port" >/dev/null 2>&1 &
+  fi
+  server=$!
+  pids+=("$server")
+  wait_port "$port" || { echo "bench_rti: the server of $dir did not start" >&2; exit 1; }
+  local url=rti://127.0.0.1:$port/Bench
+  "$dir/bin/vcbench" --federation "$url" --role recv >/dev/null 2>&1 &
+  recv=$!
+  pids+=("$recv")
+  sleep 1
+  out=$("$dir/bin/vcbench" --federation "$url" --role send --count "$count" --pings 20)
+  wait "$recv" 2>/dev/null || true
+  kill "$server" 2>/dev/null || true
+  wait "$server" 2>/dev/null || true
+  throughput <<<"$out"
+}
+
+median() { sort -n | awk '{v[NR]=$1} END {print v[int((NR+1)/2)]}'; }
+
+declare -A runs
+for ((r = 1; r <= rounds; r++)); do
+  for setup in in_process across; do
+    for dir in build build-openrti; do
+      runs[$setup/$dir]+="$($setup "$dir") "
+    done
+  done
+done
+
+echo "vcbench raw, 312-byte interactions, $count per run, median of $rounds alternating rounds"
+echo "load: $(cut -d' ' -f1-3 /proc/loadavg) on $(nproc) cores"
+printf '%-34s %16s %16s %8s\n' "set-up" "embedded (/s)" "OpenRTI (/s)" "ratio"
+for setup in in_process across; do
+  e=$(tr ' ' '\n' <<<"${runs[$setup/build]}" | grep . | median)
+  o=$(tr ' ' '\n' <<<"${runs[$setup/build-openrti]}" | grep . | median)
+  case $setup in
+    in_process) name="in-process (thread://)" ;;
+    across) name="two processes (rtihub / rtinode)" ;;
+  esac
+  printf '%-34s %16s %16s %7.1fx\n' "$name" "$e" "$o" "$(awk -v e="$e" -v o="$o" 'BEGIN {print (o > 0 ? e / o : 0)}')"
+done
