@@ -41,7 +41,11 @@ wait_port() {
   done
   return 1
 }
-throughput() { sed -n 's/^throughput=\([0-9]*\) interactions\/s$/\1/p' | head -n1; }
+throughput() {
+  local t
+  t=$(sed -n 's/^throughput=\([0-9]*\) interactions\/s$/\1/p' | head -n1)
+  echo "${t:-0}"
+}
 
 # thread:// in one process.
 in_process() {
@@ -61,11 +65,13 @@ across() {
   pids+=("$server")
   wait_port "$port" || { echo "bench_rti: the server of $dir did not start" >&2; exit 1; }
   local url=rti://127.0.0.1:$port/Bench
-  "$dir/bin/vcbench" --federation "$url" --role recv >/dev/null 2>&1 &
+  # A run that stalls (OpenRTI can lose the first interactions of a sender) is cut off
+  # and counts as 0.
+  timeout 120 "$dir/bin/vcbench" --federation "$url" --role recv >/dev/null 2>&1 &
   recv=$!
   pids+=("$recv")
   sleep 1
-  out=$("$dir/bin/vcbench" --federation "$url" --role send --count "$count" --pings 20)
+  out=$(timeout 120 "$dir/bin/vcbench" --federation "$url" --role send --count "$count" --pings 20) || true
   wait "$recv" 2>/dev/null || true
   kill "$server" 2>/dev/null || true
   wait "$server" 2>/dev/null || true
