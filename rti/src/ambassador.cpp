@@ -69,7 +69,14 @@ Ambassador::~Ambassador() {
 // ---------------------------------------------------------------- Federation management
 
 void Ambassador::createFederationExecution(std::wstring const& federationExecutionName,
-                                           std::wstring const& fullPathNameToTheFDDfile) {
+                                           std::wstring const& fullPathNameToTheFDDfile,
+                                           std::wstring const& logicalTimeImplementationName) {
+  // The time library (libfedtime1516_64) has one representation; a federation asking for
+  // another could not agree with its members on what a time is.
+  if (!logicalTimeImplementationName.empty() && logicalTimeImplementationName != L"HLAfloat64Time")
+    throw CouldNotCreateLogicalTimeFactory(L"no time implementation named '" +
+                                           logicalTimeImplementationName +
+                                           L"' (this RTI has HLAfloat64Time)");
   const FederationUrl url = parseUrl(federationExecutionName);
   auto model = std::make_shared<FddModel>(parseFddFile(fullPathNameToTheFDDfile));
   if (url.local)

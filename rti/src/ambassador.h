@@ -16,7 +16,8 @@ class Ambassador final : public UnsupportedServices {
   ~Ambassador() override;
 
   void createFederationExecution(std::wstring const& federationExecutionName,
-                                 std::wstring const& fullPathNameToTheFDDfile) override;
+                                 std::wstring const& fullPathNameToTheFDDfile,
+                                 std::wstring const& logicalTimeImplementationName = L"") override;
   void destroyFederationExecution(std::wstring const& federationExecutionName) override;
   FederateHandle joinFederationExecution(std::wstring const& federateType,
                                          std::wstring const& federationExecutionName,

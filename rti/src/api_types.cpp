@@ -7,10 +7,10 @@
 #include <RTI/LogicalTime.h>
 #include <RTI/LogicalTimeFactory.h>
 #include <RTI/LogicalTimeInterval.h>
-#include <RTI/LogicalTimeIntervalFactory.h>
 #include <RTI/NullFederateAmbassador.h>
 #include <RTI/RTI1516.h>
 #include <RTI/RTIambassador.h>
+#include <RTI/RangeBounds.h>
 #include <RTI/VariableLengthData.h>
 
 #include <cstring>
@@ -38,17 +38,17 @@ std::wostream& operator<<(std::wostream& os, Exception const& e) {
   return os << e.what();
 }
 
-#define RTI1516_DEFINE_EXCEPTION(A)                    \
-  A::A(std::wstring const& message) : _msg(message) {} \
-  std::wstring A::what() const noexcept {              \
-    return _msg;                                       \
+#define RTI1516_DEFINE_EXCEPTION(A)                             \
+  A::A(std::wstring const& message) noexcept : _msg(message) {} \
+  std::wstring A::what() const noexcept {                       \
+    return _msg;                                                \
   }
 
 RTI1516_EXCEPTION_LIST(RTI1516_DEFINE_EXCEPTION)
 
 // ----------------------------------------------------------------- VariableLengthData
 
-VariableLengthData::VariableLengthData() noexcept : _data(nullptr), _size(0), _capacity(0) {}
+VariableLengthData::VariableLengthData() : _data(nullptr), _size(0), _capacity(0) {}
 
 VariableLengthData::VariableLengthData(void const* inData, unsigned long inSize)
     : _data(nullptr), _size(0), _capacity(0) {
@@ -107,7 +107,21 @@ void VariableLengthData::setData(void const* inData, unsigned long inSize) {
   _size = inSize;
 }
 
-void VariableLengthData::takeDataPointer(void* inData, unsigned long inSize) noexcept {
+void const* VariableLengthData::data() const {
+  return _data;
+}
+
+unsigned long VariableLengthData::size() const {
+  return _size;
+}
+
+void VariableLengthData::setDataPointer(void* inData, unsigned long inSize) {
+  release();
+  _data = static_cast<char*>(inData);
+  _size = inSize;
+}
+
+void VariableLengthData::takeDataPointer(void* inData, unsigned long inSize) {
   release();
   _data = static_cast<char*>(inData);
   _size = inSize;
@@ -123,26 +137,51 @@ void VariableLengthData::release() noexcept {
 
 // -------------------------------------------------------------------------- Handles
 
-#define RTI1516_DEFINE_HANDLE_MEMBERS(HandleKind)                                               \
-  VariableLengthData HandleKind::encode() const {                                               \
-    unsigned char b[8];                                                                         \
-    encode(b, sizeof b);                                                                        \
-    return VariableLengthData(b, sizeof b);                                                     \
-  }                                                                                             \
-  unsigned long HandleKind::encode(void* buffer, unsigned long bufferSize) const {              \
-    if (bufferSize < 8) throw CouldNotDecode(L"buffer too small to encode a " L## #HandleKind); \
-    auto* b = static_cast<unsigned char*>(buffer);                                              \
-    for (int i = 0; i < 8; ++i) b[i] = static_cast<unsigned char>(_value >> (56 - 8 * i));      \
-    return 8;                                                                                   \
-  }                                                                                             \
-  std::wstring HandleKind::toString() const {                                                   \
-    if (!isValid()) return L## #HandleKind L"(invalid)";                                        \
-    std::wostringstream os;                                                                     \
-    os << L## #HandleKind << L'(' << _value << L')';                                            \
-    return os.str();                                                                            \
-  }                                                                                             \
-  std::wostream& operator<<(std::wostream& os, HandleKind const& h) {                           \
-    return os << h.toString();                                                                  \
+// An invalid handle holds the one value no FDD table position or federate number takes.
+constexpr unsigned long long kInvalidHandle = ~0ull;
+constexpr unsigned long kEncodedHandleLength = 8;
+
+#define RTI1516_DEFINE_HANDLE_MEMBERS(HandleKind)                                          \
+  HandleKind::HandleKind() : _value(kInvalidHandle) {}                                     \
+  HandleKind::~HandleKind() noexcept = default;                                            \
+  HandleKind::HandleKind(HandleKind const& rhs) = default;                                 \
+  HandleKind& HandleKind::operator=(HandleKind const& rhs) = default;                      \
+  bool HandleKind::isValid() const {                                                       \
+    return _value != kInvalidHandle;                                                       \
+  }                                                                                        \
+  bool HandleKind::operator==(HandleKind const& rhs) const {                               \
+    return _value == rhs._value;                                                           \
+  }                                                                                        \
+  bool HandleKind::operator!=(HandleKind const& rhs) const {                               \
+    return _value != rhs._value;                                                           \
+  }                                                                                        \
+  bool HandleKind::operator<(HandleKind const& rhs) const {                                \
+    return _value < rhs._value;                                                            \
+  }                                                                                        \
+  VariableLengthData HandleKind::encode() const {                                          \
+    unsigned char b[kEncodedHandleLength];                                                 \
+    encode(b, sizeof b);                                                                   \
+    return VariableLengthData(b, sizeof b);                                                \
+  }                                                                                        \
+  unsigned long HandleKind::encodedLength() const {                                        \
+    return kEncodedHandleLength;                                                           \
+  }                                                                                        \
+  unsigned long HandleKind::encode(void* buffer, unsigned long bufferSize) const {         \
+    if (bufferSize < kEncodedHandleLength || buffer == nullptr)                            \
+      throw CouldNotEncode(L"an encoded " L## #HandleKind L" takes 8 bytes, not " +        \
+                           std::to_wstring(bufferSize));                                   \
+    auto* b = static_cast<unsigned char*>(buffer);                                         \
+    for (int i = 0; i < 8; ++i) b[i] = static_cast<unsigned char>(_value >> (56 - 8 * i)); \
+    return kEncodedHandleLength;                                                           \
+  }                                                                                        \
+  std::wstring HandleKind::toString() const {                                              \
+    if (!isValid()) return L## #HandleKind L"(invalid)";                                   \
+    std::wostringstream os;                                                                \
+    os << L## #HandleKind << L'(' << _value << L')';                                       \
+    return os.str();                                                                       \
+  }                                                                                        \
+  std::wostream& operator<<(std::wostream& os, HandleKind const& h) {                      \
+    return os << h.toString();                                                             \
   }
 
 RTI1516_DEFINE_HANDLE_MEMBERS(FederateHandle)
@@ -157,30 +196,43 @@ RTI1516_DEFINE_HANDLE_MEMBERS(RegionHandle)
 
 // ------------------------------------------------------------------- Abstract bases
 
-LogicalTime::~LogicalTime() = default;
-std::wstring LogicalTime::toString() const {
-  return L"LogicalTime";
-}
+LogicalTime::~LogicalTime() noexcept = default;
 std::wostream& operator<<(std::wostream& os, LogicalTime const& t) {
   return os << t.toString();
 }
 
-LogicalTimeInterval::~LogicalTimeInterval() = default;
-std::wstring LogicalTimeInterval::toString() const {
-  return L"LogicalTimeInterval";
-}
+LogicalTimeInterval::~LogicalTimeInterval() noexcept = default;
 std::wostream& operator<<(std::wostream& os, LogicalTimeInterval const& t) {
   return os << t.toString();
 }
 
-LogicalTimeFactory::~LogicalTimeFactory() = default;
-LogicalTimeIntervalFactory::~LogicalTimeIntervalFactory() = default;
+LogicalTimeFactory::~LogicalTimeFactory() noexcept = default;
 
 FederateAmbassador::FederateAmbassador() = default;
 FederateAmbassador::~FederateAmbassador() = default;
-NullFederateAmbassador::~NullFederateAmbassador() = default;
 
 RTIambassador::RTIambassador() = default;
 RTIambassador::~RTIambassador() = default;
+
+// -------------------------------------------------------------------- RangeBounds
+
+RangeBounds::RangeBounds() : _lowerBound(0), _upperBound(0) {}
+RangeBounds::RangeBounds(unsigned long lowerBound, unsigned long upperBound)
+    : _lowerBound(lowerBound), _upperBound(upperBound) {}
+RangeBounds::~RangeBounds() noexcept = default;
+RangeBounds::RangeBounds(RangeBounds const&) = default;
+RangeBounds& RangeBounds::operator=(RangeBounds const&) = default;
+unsigned long RangeBounds::getLowerBound() const {
+  return _lowerBound;
+}
+unsigned long RangeBounds::getUpperBound() const {
+  return _upperBound;
+}
+void RangeBounds::setLowerBound(unsigned long lowerBound) {
+  _lowerBound = lowerBound;
+}
+void RangeBounds::setUpperBound(unsigned long upperBound) {
+  _upperBound = upperBound;
+}
 
 }  // namespace rti1516

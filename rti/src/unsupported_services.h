@@ -4,7 +4,11 @@
 #ifndef VCRTI_UNSUPPORTED_SERVICES_H
 #define VCRTI_UNSUPPORTED_SERVICES_H
 
+#include <RTI/FederateAmbassador.h>
+#include <RTI/LogicalTime.h>
+#include <RTI/LogicalTimeInterval.h>
 #include <RTI/RTIambassador.h>
+#include <RTI/RangeBounds.h>
 
 namespace vcrti {
 

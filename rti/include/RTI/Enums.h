@@ -1,13 +1,16 @@
+// The enumerations of the API. Their values are those of the 2000 C++ API (each starts
+// at 0), so that a value a federate stores, logs or sends as a number means the same
+// whichever RTI it was built against.
 #ifndef RTI_Enums_h
 #define RTI_Enums_h
 
-namespace rti1516 {
-enum OrderType { RECEIVE = 1, TIMESTAMP };
+#include <RTI/SpecificConfig.h>
 
-enum TransportationType { RELIABLE = 1, BEST_EFFORT };
+namespace rti1516 {
+enum OrderType { RECEIVE, TIMESTAMP };
 
 enum ResignAction {
-  UNCONDITIONALLY_DIVEST_ATTRIBUTES = 1,
+  UNCONDITIONALLY_DIVEST_ATTRIBUTES,
   DELETE_OBJECTS,
   CANCEL_PENDING_OWNERSHIP_ACQUISITIONS,
   DELETE_OBJECTS_THEN_DIVEST,
@@ -16,14 +19,14 @@ enum ResignAction {
 };
 
 enum RestoreFailureReason {
-  RTI_UNABLE_TO_RESTORE = 1,
+  RTI_UNABLE_TO_RESTORE,
   FEDERATE_REPORTED_FAILURE_DURING_RESTORE,
   FEDERATE_RESIGNED_DURING_RESTORE,
   RTI_DETECTED_FAILURE_DURING_RESTORE
 };
 
 enum RestoreStatus {
-  NO_RESTORE_IN_PROGRESS = 1,
+  NO_RESTORE_IN_PROGRESS,
   FEDERATE_RESTORE_REQUEST_PENDING,
   FEDERATE_WAITING_FOR_RESTORE_TO_BEGIN,
   FEDERATE_PREPARED_TO_RESTORE,
@@ -32,7 +35,7 @@ enum RestoreStatus {
 };
 
 enum SaveFailureReason {
-  RTI_UNABLE_TO_SAVE = 1,
+  RTI_UNABLE_TO_SAVE,
   FEDERATE_REPORTED_FAILURE_DURING_SAVE,
   FEDERATE_RESIGNED_DURING_SAVE,
   RTI_DETECTED_FAILURE_DURING_SAVE,
@@ -40,14 +43,14 @@ enum SaveFailureReason {
 };
 
 enum SaveStatus {
-  NO_SAVE_IN_PROGRESS = 1,
+  NO_SAVE_IN_PROGRESS,
   FEDERATE_INSTRUCTED_TO_SAVE,
   FEDERATE_SAVING,
   FEDERATE_WAITING_FOR_FEDERATION_TO_SAVE
 };
 
 enum ServiceGroupIndicator {
-  FEDERATION_MANAGEMENT = 1,
+  FEDERATION_MANAGEMENT,
   DECLARATION_MANAGEMENT,
   OBJECT_MANAGEMENT,
   OWNERSHIP_MANAGEMENT,
@@ -56,10 +59,17 @@ enum ServiceGroupIndicator {
   SUPPORT_SERVICES
 };
 
+// The last three are reported by RTIs that also cover a member resigning or failing
+// while a synchronization point is announced; this RTI never does.
 enum SynchronizationFailureReason {
-  SYNCHRONIZATION_POINT_LABEL_NOT_UNIQUE = 1,
-  SYNCHRONIZATION_SET_MEMBER_NOT_JOINED
+  SYNCHRONIZATION_POINT_LABEL_NOT_UNIQUE,
+  SYNCHRONIZATION_SET_MEMBER_NOT_JOINED,
+  FEDERATE_RESIGNED_DURING_SYNCHRONIZATION,
+  RTI_DETECTED_FAILURE_DURING_SYNCHRONIZATION,
+  SYNCHRONIZATION_TIME_CANNOT_BE_HONORED
 };
+
+enum TransportationType { RELIABLE, BEST_EFFORT };
 }  // namespace rti1516
 
 #endif

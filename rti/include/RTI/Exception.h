@@ -20,7 +20,8 @@ RTI_EXPORT std::wostream& operator<<(std::wostream&, Exception const&);
 }  // namespace rti1516
 
 // One list, expanded both here (declarations) and in the library (definitions), so that
-// the two can never drift apart.
+// the two can never drift apart. Every exception of the API, including those only the
+// time library or other RTIs throw, so that code catching them compiles everywhere.
 #define RTI1516_EXCEPTION_LIST(X)                     \
   X(AsynchronousDeliveryAlreadyDisabled)              \
   X(AsynchronousDeliveryAlreadyEnabled)               \
@@ -40,8 +41,10 @@ RTI_EXPORT std::wostream& operator<<(std::wostream&, Exception const&);
   X(AttributeScopeAdvisorySwitchIsOff)                \
   X(AttributeScopeAdvisorySwitchIsOn)                 \
   X(BadInitializationParameter)                       \
+  X(CouldNotCreateLogicalTimeFactory)                 \
   X(CouldNotDecode)                                   \
   X(CouldNotDiscover)                                 \
+  X(CouldNotEncode)                                   \
   X(CouldNotInitiateRestore)                          \
   X(CouldNotOpenFDD)                                  \
   X(DeletePrivilegeNotHeld)                           \
@@ -67,6 +70,7 @@ RTI_EXPORT std::wostream& operator<<(std::wostream&, Exception const&);
   X(InteractionParameterNotRecognized)                \
   X(InteractionRelevanceAdvisorySwitchIsOff)          \
   X(InteractionRelevanceAdvisorySwitchIsOn)           \
+  X(InternalError)                                    \
   X(InvalidAttributeHandle)                           \
   X(InvalidDimensionHandle)                           \
   X(InvalidFederateHandle)                            \
@@ -82,6 +86,7 @@ RTI_EXPORT std::wostream& operator<<(std::wostream&, Exception const&);
   X(InvalidRegion)                                    \
   X(InvalidRegionContext)                             \
   X(InvalidRetractionHandle)                          \
+  X(InvalidServiceGroup)                              \
   X(InvalidTransportationName)                        \
   X(InvalidTransportationType)                        \
   X(JoinedFederateIsNotInTimeAdvancingState)          \
@@ -89,6 +94,8 @@ RTI_EXPORT std::wostream& operator<<(std::wostream&, Exception const&);
   X(MessageCanNoLongerBeRetracted)                    \
   X(NameNotFound)                                     \
   X(NoAcquisitionPending)                             \
+  X(NoRequestToEnableTimeConstrainedWasPending)       \
+  X(NoRequestToEnableTimeRegulationWasPending)        \
   X(ObjectClassNotDefined)                            \
   X(ObjectClassNotKnown)                              \
   X(ObjectClassNotPublished)                          \
@@ -117,10 +124,13 @@ RTI_EXPORT std::wostream& operator<<(std::wostream&, Exception const&);
   X(UnableToPerformSave)                              \
   X(UnknownName)
 
+// The message is copied when the exception is made; like the API's own declaration, the
+// constructor promises not to throw, so a failing copy ends the program rather than
+// replacing the exception being thrown.
 #define RTI1516_DECLARE_EXCEPTION(A)             \
   class RTI_EXPORT A : public Exception {        \
    public:                                       \
-    A(std::wstring const& message);              \
+    A(std::wstring const& message) noexcept;     \
     std::wstring what() const noexcept override; \
                                                  \
    private:                                      \
@@ -130,5 +140,6 @@ RTI_EXPORT std::wostream& operator<<(std::wostream&, Exception const&);
 namespace rti1516 {
 RTI1516_EXCEPTION_LIST(RTI1516_DECLARE_EXCEPTION)
 }
+#undef RTI1516_DECLARE_EXCEPTION
 
 #endif

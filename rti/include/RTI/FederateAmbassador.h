@@ -3,12 +3,13 @@
 
 #include <RTI/Enums.h>
 #include <RTI/Exception.h>
-#include <RTI/LogicalTime.h>
 #include <RTI/SpecificConfig.h>
 #include <RTI/Typedefs.h>
 #include <string>
 
 namespace rti1516 {
+class LogicalTime;
+
 // The federate's side of the callbacks. The RTI calls these only from inside
 // RTIambassador::evokeCallback / evokeMultipleCallbacks, on the caller's thread.
 // Values passed by reference are valid for the duration of the call only.

@@ -1,73 +1,56 @@
-// The time representation of libfedtime1516_64: a double. Interactions sent in receive
-// order never use it; it exists so that federates and toolkits that create time
-// factories link and run.
+// The time representation of libfedtime1516_64: a double, named "HLAfloat64Time".
+// Interactions sent in receive order never use it; it exists so that federates and
+// toolkits that create time factories link and run. Like the time classes other RTIs
+// ship for the 2000 API, it lives in the global namespace.
 #ifndef RTI_HLAfloat64Time_h
 #define RTI_HLAfloat64Time_h
 
 #include <RTI/LogicalTime.h>
-#include <RTI/LogicalTimeFactory.h>
-#include <RTI/LogicalTimeInterval.h>
-#include <RTI/LogicalTimeIntervalFactory.h>
 
-namespace rti1516 {
-class FEDTIME_EXPORT HLAfloat64Interval : public LogicalTimeInterval {
+class HLAfloat64Interval;
+
+// A time that starts at 0 (initial) and ends at the largest double (final). Times and
+// intervals of another representation are refused with InvalidLogicalTime /
+// InvalidLogicalTimeInterval. Encoded as the IEEE double, most significant byte first.
+class RTI_EXPORT_FEDTIME HLAfloat64Time : public rti1516::LogicalTime {
  public:
-  explicit HLAfloat64Interval(double value = 0.0) : _value(value) {}
-  double getInterval() const { return _value; }
-  void setInterval(double value) { _value = value; }
-
-  void setZero() override;
-  bool isZero() const override;
-  void setEpsilon() override;
-  bool isEpsilon() const override;
-  LogicalTimeInterval& operator=(LogicalTimeInterval const& value) override;
-  void setToDifference(LogicalTime const& minuend, LogicalTime const& subtrahend) override;
-  LogicalTimeInterval& operator+=(LogicalTimeInterval const& addend) override;
-  LogicalTimeInterval& operator-=(LogicalTimeInterval const& subtrahend) override;
-  bool operator>(LogicalTimeInterval const& value) const override;
-  bool operator<(LogicalTimeInterval const& value) const override;
-  bool operator==(LogicalTimeInterval const& value) const override;
-  bool operator>=(LogicalTimeInterval const& value) const override;
-  bool operator<=(LogicalTimeInterval const& value) const override;
-  VariableLengthData encode() const override;
-  unsigned long encodedLength() const override;
-  unsigned long encode(void* buffer, unsigned long bufferSize) const override;
-  void decode(VariableLengthData const& encodedValue) override;
-  void decode(void* buffer, unsigned long bufferSize) override;
-  std::wstring toString() const override;
-
- private:
-  double _value;
-};
-
-class FEDTIME_EXPORT HLAfloat64Time : public LogicalTime {
- public:
-  explicit HLAfloat64Time(double value = 0.0) : _value(value) {}
-  double getTime() const { return _value; }
-  void setTime(double value) { _value = value; }
+  HLAfloat64Time();
+  HLAfloat64Time(double value);
+  HLAfloat64Time(rti1516::LogicalTime const& logicalTime);
+  HLAfloat64Time(HLAfloat64Time const& logicalTime);
+  ~HLAfloat64Time() noexcept override;
 
   void setInitial() override;
   bool isInitial() const override;
   void setFinal() override;
   bool isFinal() const override;
-  LogicalTime& operator=(LogicalTime const& value) override;
-  LogicalTime& operator+=(LogicalTimeInterval const& addend) override;
-  LogicalTime& operator-=(LogicalTimeInterval const& subtrahend) override;
-  bool operator>(LogicalTime const& value) const override;
-  bool operator<(LogicalTime const& value) const override;
-  bool operator==(LogicalTime const& value) const override;
-  bool operator>=(LogicalTime const& value) const override;
-  bool operator<=(LogicalTime const& value) const override;
-  VariableLengthData encode() const override;
+
+  HLAfloat64Time& operator=(rti1516::LogicalTime const& logicalTime) override;
+  HLAfloat64Time& operator+=(rti1516::LogicalTimeInterval const& addend) override;
+  HLAfloat64Time& operator-=(rti1516::LogicalTimeInterval const& subtrahend) override;
+
+  bool operator>(rti1516::LogicalTime const& value) const override;
+  bool operator<(rti1516::LogicalTime const& value) const override;
+  bool operator==(rti1516::LogicalTime const& value) const override;
+  bool operator>=(rti1516::LogicalTime const& value) const override;
+  bool operator<=(rti1516::LogicalTime const& value) const override;
+
+  rti1516::VariableLengthData encode() const override;
   unsigned long encodedLength() const override;
   unsigned long encode(void* buffer, unsigned long bufferSize) const override;
-  void decode(VariableLengthData const& encodedLogicalTime) override;
+  void decode(rti1516::VariableLengthData const& encodedLogicalTime) override;
   void decode(void* buffer, unsigned long bufferSize) override;
+
   std::wstring toString() const override;
+  std::wstring implementationName() const override;
+
+  double getTime() const;
+  void setTime(double value);
+  HLAfloat64Time& operator=(HLAfloat64Time const& value);
+  operator double() const;
 
  private:
   double _value;
 };
-}  // namespace rti1516
 
 #endif

@@ -14,7 +14,8 @@ class LogicalTimeInterval;
 // library (libfedtime1516_64), not to the RTI.
 class RTI_EXPORT LogicalTime {
  public:
-  virtual ~LogicalTime();
+  // Abstract, with a body: the time library's classes derive from it.
+  virtual ~LogicalTime() noexcept = 0;
 
   virtual void setInitial() = 0;
   virtual bool isInitial() const = 0;
@@ -37,7 +38,9 @@ class RTI_EXPORT LogicalTime {
   virtual void decode(VariableLengthData const& encodedLogicalTime) = 0;
   virtual void decode(void* buffer, unsigned long bufferSize) = 0;
 
-  virtual std::wstring toString() const;
+  virtual std::wstring toString() const = 0;
+  // The name createFederationExecution takes to choose this representation.
+  virtual std::wstring implementationName() const = 0;
 };
 
 RTI_EXPORT std::wostream& operator<<(std::wostream&, LogicalTime const&);

@@ -12,7 +12,8 @@ class LogicalTime;
 
 class RTI_EXPORT LogicalTimeInterval {
  public:
-  virtual ~LogicalTimeInterval();
+  // Abstract, with a body: the time library's classes derive from it.
+  virtual ~LogicalTimeInterval() noexcept = 0;
 
   virtual void setZero() = 0;
   virtual bool isZero() const = 0;
@@ -36,7 +37,9 @@ class RTI_EXPORT LogicalTimeInterval {
   virtual void decode(VariableLengthData const& encodedValue) = 0;
   virtual void decode(void* buffer, unsigned long bufferSize) = 0;
 
-  virtual std::wstring toString() const;
+  virtual std::wstring toString() const = 0;
+  // The name createFederationExecution takes to choose this representation.
+  virtual std::wstring implementationName() const = 0;
 };
 
 RTI_EXPORT std::wostream& operator<<(std::wostream&, LogicalTimeInterval const&);

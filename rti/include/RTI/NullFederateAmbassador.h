@@ -1,6 +1,7 @@
 #ifndef RTI_NullFederateAmbassador_h
 #define RTI_NullFederateAmbassador_h
 
+#include <RTI/Exception.h>
 #include <RTI/FederateAmbassador.h>
 
 namespace rti1516 {
@@ -8,7 +9,7 @@ namespace rti1516 {
 class RTI_EXPORT NullFederateAmbassador : public FederateAmbassador {
  public:
   NullFederateAmbassador() {}
-  ~NullFederateAmbassador() override;
+  ~NullFederateAmbassador() noexcept override {}
 
   // Federation management
   virtual void synchronizationPointRegistrationSucceeded(std::wstring const& label) override {}

@@ -1,17 +1,18 @@
 #ifndef RTI_RTIambassador_h
 #define RTI_RTIambassador_h
 
-#include <RTI/Enums.h>
 #include <RTI/Exception.h>
-#include <RTI/FederateAmbassador.h>
-#include <RTI/LogicalTime.h>
-#include <RTI/LogicalTimeInterval.h>
-#include <RTI/RangeBounds.h>
 #include <RTI/SpecificConfig.h>
 #include <RTI/Typedefs.h>
 #include <string>
 
 namespace rti1516 {
+class FederateAmbassador;
+class LogicalTime;
+class LogicalTimeFactory;
+class LogicalTimeInterval;
+class RangeBounds;
+
 // The federate's entry to the RTI. One object is one federate connection; its
 // operations are meant to be called from one thread at a time.
 //
@@ -28,9 +29,13 @@ class RTI_EXPORT RTIambassador {
 
   // ---------------------------------------------------------------- Federation management
 
-  // FederationExecutionAlreadyExists, CouldNotOpenFDD, ErrorReadingFDD, RTIinternalError
-  virtual void createFederationExecution(std::wstring const& federationExecutionName,
-                                         std::wstring const& fullPathNameToTheFDDfile) = 0;
+  // The time implementation name chooses the federation's time representation from the
+  // time library ("" for its default).
+  // FederationExecutionAlreadyExists, CouldNotOpenFDD, ErrorReadingFDD,
+  // CouldNotCreateLogicalTimeFactory, RTIinternalError
+  virtual void createFederationExecution(
+      std::wstring const& federationExecutionName, std::wstring const& fullPathNameToTheFDDfile,
+      std::wstring const& logicalTimeImplementationName = L"") = 0;
   // FederatesCurrentlyJoined, FederationExecutionDoesNotExist, RTIinternalError
   virtual void destroyFederationExecution(std::wstring const& federationExecutionName) = 0;
   // FederateAlreadyExecutionMember, FederationExecutionDoesNotExist, SaveInProgress,

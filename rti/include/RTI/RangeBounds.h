@@ -4,16 +4,19 @@
 #include <RTI/SpecificConfig.h>
 
 namespace rti1516 {
+// The lower and upper bound of a region along one dimension. Both are 0 by default.
 class RTI_EXPORT RangeBounds {
  public:
-  RangeBounds() noexcept : _lowerBound(0), _upperBound(0) {}
-  RangeBounds(unsigned long lowerBound, unsigned long upperBound) noexcept
-      : _lowerBound(lowerBound), _upperBound(upperBound) {}
+  RangeBounds();
+  RangeBounds(unsigned long lowerBound, unsigned long upperBound);
+  ~RangeBounds() noexcept;
+  RangeBounds(RangeBounds const& rhs);
+  RangeBounds& operator=(RangeBounds const& rhs);
 
-  unsigned long getLowerBound() const noexcept { return _lowerBound; }
-  unsigned long getUpperBound() const noexcept { return _upperBound; }
-  void setLowerBound(unsigned long lowerBound) noexcept { _lowerBound = lowerBound; }
-  void setUpperBound(unsigned long upperBound) noexcept { _upperBound = upperBound; }
+  unsigned long getLowerBound() const;
+  unsigned long getUpperBound() const;
+  void setLowerBound(unsigned long lowerBound);
+  void setUpperBound(unsigned long upperBound);
 
  private:
   unsigned long _lowerBound;

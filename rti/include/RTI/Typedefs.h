@@ -3,6 +3,7 @@
 
 #include <RTI/Enums.h>
 #include <RTI/Handle.h>
+#include <RTI/SpecificConfig.h>
 #include <RTI/VariableLengthData.h>
 #include <map>
 #include <set>

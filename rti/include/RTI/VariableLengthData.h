@@ -9,10 +9,12 @@ namespace rti1516 {
 // setDataPointer() makes it refer to memory that the caller keeps alive, which is how
 // the RTI hands received values to callbacks without copying them; copying such an
 // object always yields an owning copy. takeDataPointer() adopts memory that must have
-// been allocated with new char[].
+// been allocated with new char[]. The move operations hand the bytes over without
+// copying them.
 class RTI_EXPORT VariableLengthData {
  public:
-  VariableLengthData() noexcept;
+  VariableLengthData();
+  // Copies; the caller may free inData afterwards.
   VariableLengthData(void const* inData, unsigned long inSize);
   VariableLengthData(VariableLengthData const& rhs);
   VariableLengthData(VariableLengthData&& rhs) noexcept;
@@ -21,21 +23,18 @@ class RTI_EXPORT VariableLengthData {
   VariableLengthData& operator=(VariableLengthData const& rhs);
   VariableLengthData& operator=(VariableLengthData&& rhs) noexcept;
 
-  void const* data() const noexcept { return _data; }
-  unsigned long size() const noexcept { return _size; }
+  // Valid until this object is destroyed or given other bytes.
+  void const* data() const;
+  unsigned long size() const;
 
   // Copies; reuses the current allocation when it is owned and large enough.
   void setData(void const* inData, unsigned long inSize);
 
   // Refers to the caller's bytes without copying; the caller keeps them alive.
-  void setDataPointer(void* inData, unsigned long inSize) noexcept {
-    release();
-    _data = static_cast<char*>(inData);
-    _size = inSize;
-  }
+  void setDataPointer(void* inData, unsigned long inSize);
 
   // Adopts the caller's bytes (allocated with new char[]).
-  void takeDataPointer(void* inData, unsigned long inSize) noexcept;
+  void takeDataPointer(void* inData, unsigned long inSize);
 
  private:
   void release() noexcept;
