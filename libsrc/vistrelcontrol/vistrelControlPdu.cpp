@@ -162,11 +162,23 @@ const char* DtVistrelControlPdu::formatText(const char* format, ...) const {
 
 // ------------------------------------------------------------------ creation
 
+namespace {
+// Received bytes may sit at any address (vcviewer and the fuzz targets hand them over at
+// arbitrary offsets), so the header is never read as a struct: the kind is read byte by
+// byte, and the pointer becomes a control PDU's without a class cast, which would
+// already assume the header's alignment. The creators read raw bytes byte-wise too.
+DtNetViewControlPdu* controlPduBytes(const DtNetPduHeader* bytes) {
+  if (!bytes || DtPdu::headerKind(bytes) != static_cast<unsigned>(DtVistrelControlPdu::kPduKind))
+    return nullptr;
+  return reinterpret_cast<DtNetViewControlPdu*>(const_cast<DtNetPduHeader*>(bytes));
+}
+}  // namespace
+
 DtVistrelControlPdu* DtVistrelControlPdu::createFromNet(const DtNetPduHeader* bytes,
                                                         DtBufferPlaceHolder* holder,
                                                         DtPduFactory* factory) {
-  if (!bytes || bytes->kind != kPduKind) return nullptr;
-  auto* raw = const_cast<DtNetViewControlPdu*>(static_cast<const DtNetViewControlPdu*>(bytes));
+  DtNetViewControlPdu* raw = controlPduBytes(bytes);
+  if (!raw) return nullptr;
   if (DtVistrelControlPdu* pdu = createViewControl(raw, holder, factory)) return pdu;
   if (DtVistrelControlPdu* pdu = createDrawControlCurrent(raw, holder, factory)) return pdu;
   return new DtUnknownVistrelControlPdu(raw, holder, factory);
@@ -175,8 +187,8 @@ DtVistrelControlPdu* DtVistrelControlPdu::createFromNet(const DtNetPduHeader* by
 DtVistrelControlPdu* DtVistrelControlPdu::create(const DtNetPduHeader* bytes,
                                                  DtBufferPlaceHolder* holder,
                                                  DtPduFactory* factory) {
-  if (!bytes || bytes->kind != kPduKind) return nullptr;
-  auto* raw = const_cast<DtNetViewControlPdu*>(static_cast<const DtNetViewControlPdu*>(bytes));
+  DtNetViewControlPdu* raw = controlPduBytes(bytes);
+  if (!raw) return nullptr;
   if (DtVistrelControlPdu* pdu = createViewControl(raw, holder, factory)) return pdu;
   if (DtVistrelControlPdu* pdu = createDrawControl(raw, holder, factory)) return pdu;
   return new DtUnknownVistrelControlPdu(raw, holder, factory);
@@ -189,7 +201,7 @@ DtVistrelControlPdu* DtVistrelControlPdu::createFromBytes(const void* bytes, siz
   // creators read from the padded copy: the claim is read the same way here.
   size_t claimed = static_cast<size_t>(headerLength(bytes, size));
   if (claimed < static_cast<size_t>(kHeaderSize)) claimed = kHeaderSize;
-  const DtNetPduHeader* header = static_cast<const DtNetPduHeader*>(bytes);
+  const auto* header = static_cast<const DtNetPduHeader*>(bytes);
   // The wrapping constructors read as many bytes as the header claims; when the sender
   // sent fewer, they read a zero-padded copy instead of memory that is not ours.
   std::vector<unsigned char> padded;

@@ -229,6 +229,10 @@ class DT_EXPORT DtPdu : public DtBaseMsg {
   /// The PDU kind that initHeader() writes into byte 2.
   virtual int internalGetPduKind() const { return 0; }
 
+  /// Reads the PDU kind (byte 2) of raw PDU bytes. Received bytes may sit at any
+  /// address, so neither this nor any other read of raw bytes goes through a
+  /// DtNetPduHeader, whose 32-bit field makes it need 4-byte alignment.
+  static unsigned int headerKind(const void* bytes);
   /// Reads the length field of raw PDU bytes (12 readable bytes assumed).
   static int headerLength(const void* bytes);
   /// The same for `size` received bytes, which may end inside the header: what is

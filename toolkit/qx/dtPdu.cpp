@@ -363,6 +363,10 @@ void DtPdu::lengthChanged() {
   writeU16(8, static_cast<unsigned int>(length()));
 }
 
+unsigned int DtPdu::headerKind(const void* bytes) {
+  return static_cast<const unsigned char*>(bytes)[2];
+}
+
 int DtPdu::headerLength(const void* bytes) {
   const unsigned char* b = static_cast<const unsigned char*>(bytes);
   return (b[8] << 8) | b[9];
@@ -408,6 +412,6 @@ void DtPduFactory::removeCreator(unsigned int kind) {
 
 DtPdu* DtPduFactory::createPdu(const DtNetPduHeader* bytes, DtBufferPlaceHolder* holder) {
   if (!bytes) return nullptr;
-  Creator c = creators_[bytes->kind];
+  Creator c = creators_[DtPdu::headerKind(bytes)];
   return c ? c(bytes, holder, this) : nullptr;
 }
