@@ -349,6 +349,12 @@ TEST_F(LocalFederation, FederationLifecycleErrors) {
   auto rti = makeAmbassador();
   EXPECT_THROW(rti->joinFederationExecution(L"t", url_, rec), FederationExecutionDoesNotExist);
   EXPECT_THROW(rti->destroyFederationExecution(url_), FederationExecutionDoesNotExist);
+  // A time representation the time library does not have creates nothing; its own does.
+  EXPECT_THROW(rti->createFederationExecution(url_, wide(VC_FDD_FILE), L"HLAinteger64Time"),
+               CouldNotCreateLogicalTimeFactory);
+  EXPECT_THROW(rti->joinFederationExecution(L"t", url_, rec), FederationExecutionDoesNotExist);
+  rti->createFederationExecution(url_, wide(VC_FDD_FILE), L"HLAfloat64Time");
+  rti->destroyFederationExecution(url_);
   create(wide(VC_FDD_FILE));
   EXPECT_THROW(rti->createFederationExecution(url_, wide(VC_FDD_FILE)),
                FederationExecutionAlreadyExists);

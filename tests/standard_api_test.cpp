@@ -51,39 +51,39 @@ TEST(StandardApi, EnumeratorsCountFromZero) {
 // member's address, or overrides it, depends on each.
 TEST(StandardApi, MembersHaveTheirDeclaredTypes) {
   using std::wstring;
-  static_assert(std::is_same_v<decltype(&RTIambassador::createFederationExecution),
-                               void (RTIambassador::*)(wstring const&, wstring const&,
-                                                       wstring const&)>);
+  static_assert(
+      std::is_same_v<decltype(&RTIambassador::createFederationExecution),
+                     void (RTIambassador::*)(wstring const&, wstring const&, wstring const&)>);
   static_assert(std::is_same_v<decltype(&RTIambassadorFactory::createRTIambassador),
                                RTI_UNIQUE_PTR<RTIambassador> (RTIambassadorFactory::*)(
                                    std::vector<wstring>&)>);
   static_assert(std::is_same_v<decltype(&LogicalTimeFactory::makeLogicalTime),
                                RTI_UNIQUE_PTR<LogicalTime> (LogicalTimeFactory::*)()>);
+  static_assert(std::is_same_v<decltype(&LogicalTimeFactory::makeLogicalTimeInterval),
+                               RTI_UNIQUE_PTR<LogicalTimeInterval> (LogicalTimeFactory::*)()>);
   static_assert(
-      std::is_same_v<decltype(&LogicalTimeFactory::makeLogicalTimeInterval),
-                     RTI_UNIQUE_PTR<LogicalTimeInterval> (LogicalTimeFactory::*)()>);
-  static_assert(std::is_same_v<decltype(&LogicalTime::implementationName),
-                               wstring (LogicalTime::*)() const>);
+      std::is_same_v<decltype(&LogicalTime::implementationName), wstring (LogicalTime::*)() const>);
   static_assert(std::is_same_v<decltype(&LogicalTimeInterval::implementationName),
                                wstring (LogicalTimeInterval::*)() const>);
   static_assert(
       std::is_same_v<decltype(&Exception::what), wstring (Exception::*)() const noexcept>);
-  static_assert(std::is_same_v<decltype(&FederateHandle::isValid), bool (FederateHandle::*)() const>);
+  static_assert(
+      std::is_same_v<decltype(&FederateHandle::isValid), bool (FederateHandle::*)() const>);
   static_assert(std::is_same_v<decltype(&ParameterHandle::operator<),
                                bool (ParameterHandle::*)(ParameterHandle const&) const>);
-  static_assert(
-      std::is_same_v<decltype(static_cast<unsigned long (AttributeHandle::*)(void*, unsigned long)
-                                              const>(&AttributeHandle::encode)),
-                     unsigned long (AttributeHandle::*)(void*, unsigned long) const>);
+  static_assert(std::is_same_v<decltype(static_cast<unsigned long (AttributeHandle::*)(
+                                            void*, unsigned long) const>(&AttributeHandle::encode)),
+                               unsigned long (AttributeHandle::*)(void*, unsigned long) const>);
   static_assert(std::is_same_v<decltype(&VariableLengthData::data),
                                void const* (VariableLengthData::*)() const>);
   static_assert(std::is_same_v<decltype(&VariableLengthData::setDataPointer),
                                void (VariableLengthData::*)(void*, unsigned long)>);
   static_assert(std::is_same_v<decltype(&RangeBounds::getLowerBound),
                                unsigned long (RangeBounds::*)() const>);
-  static_assert(std::is_same_v<decltype(&RangeBounds::setUpperBound),
-                               void (RangeBounds::*)(unsigned long)>);
-  static_assert(std::is_same_v<decltype(&HLAfloat64Time::getTime), double (HLAfloat64Time::*)() const>);
+  static_assert(
+      std::is_same_v<decltype(&RangeBounds::setUpperBound), void (RangeBounds::*)(unsigned long)>);
+  static_assert(
+      std::is_same_v<decltype(&HLAfloat64Time::getTime), double (HLAfloat64Time::*)() const>);
   static_assert(std::is_same_v<decltype(&HLAfloat64Interval::getInterval),
                                double (HLAfloat64Interval::*)() const>);
   // The time classes live in the global namespace, derived from the API's abstract ones.
@@ -103,14 +103,14 @@ TEST(StandardApi, MembersHaveTheirDeclaredTypes) {
 // program exports nothing).
 TEST(StandardApi, OutOfLineMembersAreExportedByTheLibraries) {
   const char* const symbols[] = {
-      "_ZN7rti151614FederateHandleC1Ev",             // FederateHandle()
-      "_ZN7rti151614FederateHandleD1Ev",             // ~FederateHandle()
-      "_ZN7rti151614FederateHandleC1ERKS0_",         // FederateHandle(FederateHandle const&)
-      "_ZN7rti151614FederateHandleaSERKS0_",         // operator=
-      "_ZNK7rti151614FederateHandle7isValidEv",      // isValid() const
-      "_ZNK7rti151614FederateHandleeqERKS0_",        // operator== const
-      "_ZNK7rti151614FederateHandleneERKS0_",        // operator!= const
-      "_ZNK7rti151615ParameterHandleltERKS0_",       // operator< const
+      "_ZN7rti151614FederateHandleC1Ev",         // FederateHandle()
+      "_ZN7rti151614FederateHandleD1Ev",         // ~FederateHandle()
+      "_ZN7rti151614FederateHandleC1ERKS0_",     // FederateHandle(FederateHandle const&)
+      "_ZN7rti151614FederateHandleaSERKS0_",     // operator=
+      "_ZNK7rti151614FederateHandle7isValidEv",  // isValid() const
+      "_ZNK7rti151614FederateHandleeqERKS0_",    // operator== const
+      "_ZNK7rti151614FederateHandleneERKS0_",    // operator!= const
+      "_ZNK7rti151615ParameterHandleltERKS0_",   // operator< const
       "_ZNK7rti151622InteractionClassHandle13encodedLengthEv",
       "_ZNK7rti151622InteractionClassHandle6encodeEPvm",
       "_ZNK7rti151615AttributeHandle8toStringB5cxx11Ev",

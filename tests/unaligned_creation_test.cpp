@@ -28,8 +28,8 @@ Bytes bytesOf(const DtPdu& pdu) {
 // knows.
 std::vector<Bytes> samples() {
   std::vector<Bytes> out;
-  for (int c : {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 13, 14, 501, 2511, 2521, 2541, 2551, 2555, 2561,
-                2571, 2581, 2590}) {
+  for (int c : {1,  2,   3,    4,    5,    6,    7,    8,    9,    11,   12,  13,
+                14, 501, 2511, 2521, 2541, 2551, 2555, 2561, 2571, 2581, 2590}) {
     std::unique_ptr<DtVistrelControlPdu> p(DtNewVistrelControlPdu(static_cast<DtViewerCommand>(c)));
     if (p) out.push_back(bytesOf(*p));
     std::unique_ptr<DtVistrelControlPdu> v0(DtNewDrawControlPduV0(static_cast<DtViewerCommand>(c)));
@@ -57,18 +57,18 @@ const std::vector<std::function<DtPdu*(const unsigned char*, size_t)>>& entries(
       },
       [](const unsigned char* p, size_t) -> DtPdu* {
         DtPduFactory factory;
-        factory.addCreator(DtVistrelControlPdu::kPduKind,
-                           [](const DtNetPduHeader* h, DtBufferPlaceHolder* holder,
-                              DtPduFactory* f) -> DtPdu* {
-                             return DtVistrelControlPdu::createFromNet(h, holder, f);
-                           });
+        factory.addCreator(
+            DtVistrelControlPdu::kPduKind,
+            [](const DtNetPduHeader* h, DtBufferPlaceHolder* holder, DtPduFactory* f) -> DtPdu* {
+              return DtVistrelControlPdu::createFromNet(h, holder, f);
+            });
         return factory.createPdu(reinterpret_cast<const DtNetPduHeader*>(p));
       },
       [](const unsigned char* p, size_t) -> DtPdu* {
         DtVistrelControlInteraction inter;
         inter.setFromNetPacket(reinterpret_cast<const DtNetPduHeader*>(p));
-        return inter.vcPdu() ? DtVistrelControlPdu::create(reinterpret_cast<const DtNetPduHeader*>(
-                                   inter.vcPdu()->packet()))
+        return inter.vcPdu() ? DtVistrelControlPdu::create(
+                                   reinterpret_cast<const DtNetPduHeader*>(inter.vcPdu()->packet()))
                              : nullptr;
       },
   };
@@ -81,7 +81,8 @@ TEST(UnalignedCreation, EveryEntryAtEveryOffsetMakesWhatAlignedBytesMake) {
   for (const Bytes& pdu : all) {
     ASSERT_EQ(pdu[2], DtVistrelControlPdu::kPduKind);
     for (size_t e = 0; e < entries().size(); ++e) {
-      SCOPED_TRACE(testing::Message() << "command " << wire::u16(pdu.data(), 146) << " entry " << e);
+      SCOPED_TRACE(testing::Message()
+                   << "command " << wire::u16(pdu.data(), 146) << " entry " << e);
       // The 8-aligned start of a vector is the reference; offsets 1 to 7 shift it off.
       PduPtr aligned(entries()[e](pdu.data(), pdu.size()));
       ASSERT_NE(aligned, nullptr);
@@ -100,7 +101,8 @@ TEST(UnalignedCreation, EveryEntryAtEveryOffsetMakesWhatAlignedBytesMake) {
 // Bytes cut short at an odd address: what arrived is read byte-wise and padded, as it is
 // from aligned memory.
 TEST(UnalignedCreation, ShortBytesAtAnOddAddress) {
-  std::unique_ptr<DtVistrelControlPdu> tether(DtNewVistrelControlPdu(static_cast<DtViewerCommand>(1)));
+  std::unique_ptr<DtVistrelControlPdu> tether(
+      DtNewVistrelControlPdu(static_cast<DtViewerCommand>(1)));
   const Bytes full = bytesOf(*tether);
   Bytes store(full.size() + 1);
   std::memcpy(store.data() + 1, full.data(), full.size());
@@ -115,8 +117,9 @@ TEST(UnalignedCreation, ShortBytesAtAnOddAddress) {
   // A kind byte other than the control PDUs' is refused at any address.
   store[1 + 2] = 201;
   EXPECT_EQ(DtVistrelControlPdu::createFromBytes(store.data() + 1, full.size(), true), nullptr);
-  EXPECT_EQ(DtVistrelControlPdu::createFromNet(reinterpret_cast<const DtNetPduHeader*>(store.data() + 1)),
-            nullptr);
+  EXPECT_EQ(
+      DtVistrelControlPdu::createFromNet(reinterpret_cast<const DtNetPduHeader*>(store.data() + 1)),
+      nullptr);
 }
 
 }  // namespace

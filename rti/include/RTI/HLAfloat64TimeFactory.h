@@ -6,6 +6,9 @@
 
 #include <RTI/LogicalTimeFactory.h>
 
+class HLAfloat64Interval;
+class HLAfloat64Time;
+
 // Makes HLAfloat64Time (initial: 0) and HLAfloat64Interval (zero) values.
 class RTI_EXPORT_FEDTIME HLAfloat64TimeFactory : public rti1516::LogicalTimeFactory {
  public:
