@@ -125,8 +125,8 @@ TEST(StandardApi, OutOfLineMembersAreExportedByTheLibraries) {
       "_ZN7rti151618VariableLengthData15takeDataPointerEPvm",
       "_ZN7rti151611LogicalTimeD2Ev",
       "_ZN7rti151618LogicalTimeFactoryD2Ev",
-      "_ZN7rti151625LogicalTimeFactoryFactory22makeLogicalTimeFactoryERKNSt7__cxx1112basic_"
-      "stringIwSt11char_traitsIwESaIwEEE",
+      ("_ZN7rti151625LogicalTimeFactoryFactory22makeLogicalTimeFactoryERKNSt7__cxx1112basic_"
+       "stringIwSt11char_traitsIwESaIwEEE"),
       "_ZN21HLAfloat64TimeFactory23makeLogicalTimeIntervalEv",
       "_ZNK14HLAfloat64Time7getTimeEv",
       "_ZNK18HLAfloat64Interval11getIntervalEv",
