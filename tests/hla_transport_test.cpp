@@ -298,4 +298,66 @@ TEST(HubFederation, PduCrossesProcessesByteForByte) {
   DtVistrelControlInteraction::removeCallback(&conn, &Inbox::take, &inbox);
 }
 
+// A federate that starts sending right after it joins, and one that answers from inside
+// its callback: through a server whose local nodes learn of subscribers late, the first
+// PDU must not be lost, and what arrives while the answer waits to go out is delivered
+// afterwards, in order, never inside the callback that is still running.
+struct Replier {
+  DtExerciseConn* conn = nullptr;
+  std::vector<float> radii;
+  int depth = 0;
+  int nested = 0;
+  static void take(DtVistrelControlInteraction* inter, void* usr) {
+    auto* self = static_cast<Replier*>(usr);
+    if (++self->depth > 1) ++self->nested;
+    if (auto* orbit = dynamic_cast<const DtOrbitVCPdu*>(inter->vcPdu())) {
+      self->radii.push_back(orbit->radius());
+      if (self->radii.size() == 1) {
+        DtAbsoluteVCPdu answer;
+        answer.setViewerId("ctl");
+        sendPdu(*self->conn, answer);
+      }
+    }
+    --self->depth;
+  }
+};
+
+TEST(HubFederation, FirstSendsArriveAndAnswersFromCallbacksKeepTheOrder) {
+  if (!vctest::serverAvailable()) GTEST_SKIP() << "built against an RTI without a server process";
+  std::uint16_t port = 0;
+  auto server = vctest::startServer(port);
+  const std::string url = vctest::hubUrl(port, "Answers");
+  DtExerciseConn viewer(url.c_str(), "viewer", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  ASSERT_TRUE(viewer.connected()) << viewer.errorText();
+  DtVistrelControlRegister(&viewer);
+  Replier replier;
+  replier.conn = &viewer;
+  DtVistrelControlInteraction::addCallback(&viewer, &Replier::take, &replier);
+
+  DtExerciseConn ctl(url.c_str(), "ctl", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  ASSERT_TRUE(ctl.connected()) << ctl.errorText();
+  DtVistrelControlRegister(&ctl);
+  Inbox answers;
+  DtVistrelControlInteraction::addCallback(&ctl, &Inbox::take, &answers);
+  constexpr int kSent = 30;
+  for (int i = 0; i < kSent; ++i) {
+    DtOrbitVCPdu orbit = sampleOrbit();
+    orbit.setRadius(static_cast<float>(i));
+    ASSERT_TRUE(sendPdu(ctl, orbit)) << ctl.errorText();
+  }
+  for (int i = 0; i < 500 && replier.radii.size() < kSent; ++i) viewer.drainInput(0.02);
+  for (int i = 0; i < 500 && answers.pdus.empty(); ++i) ctl.drainInput(0.02);
+
+  ASSERT_EQ(replier.radii.size(), static_cast<size_t>(kSent));
+  for (int i = 0; i < kSent; ++i) EXPECT_EQ(replier.radii[i], static_cast<float>(i)) << i;
+  EXPECT_EQ(replier.nested, 0);
+  ASSERT_EQ(answers.pdus.size(), 1u);
+  std::unique_ptr<DtVistrelControlPdu> answer(
+      DtVistrelControlPdu::createFromBytes(answers.pdus[0].data(), answers.pdus[0].size()));
+  ASSERT_TRUE(answer);
+  EXPECT_EQ(answer->viewerCommand(), DtVcAbsolute);
+  DtVistrelControlInteraction::removeCallback(&viewer, &Replier::take, &replier);
+  DtVistrelControlInteraction::removeCallback(&ctl, &Inbox::take, &answers);
+}
+
 }  // namespace

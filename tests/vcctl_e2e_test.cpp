@@ -211,6 +211,8 @@ TEST_F(VcctlAgainstViewer, AFederationNobodyIsInGetsNothingUnlessAsked) {
 // The RTI took the PDUs, but leaving was never confirmed: what was sent last may still
 // have been in this process. That is a failure, said within a few seconds.
 TEST_F(VcctlAgainstViewer, AHubThatStopsAnsweringBeforeTheResignIsAFailure) {
+  // Another RTI's client may not notice its server going (OpenRTI's carries on alone).
+  if (!vctest::embeddedRti()) GTEST_SKIP() << "what the embedded RTI says when its hub fails";
   ChildProcess listener(
       vctest::binaryPath("vcctl"),
       {"--federation", url_, "--fdd", VC_FDD_FILE, "--name", "ears", "listen", "--seconds", "1"},
@@ -231,6 +233,8 @@ TEST_F(VcctlAgainstViewer, AHubThatStopsAnsweringBeforeTheResignIsAFailure) {
 }
 
 TEST_F(VcctlAgainstViewer, AHubThatGoesAwayIsAFailure) {
+  // Another RTI's client may not notice its server going (OpenRTI's carries on alone).
+  if (!vctest::embeddedRti()) GTEST_SKIP() << "what the embedded RTI says when its hub fails";
   ChildProcess listener(vctest::binaryPath("vcctl"),
                         {"--federation", url_, "--fdd", VC_FDD_FILE, "--name", "ears", "listen"},
                         true);
@@ -245,9 +249,10 @@ TEST_F(VcctlAgainstViewer, AHubThatGoesAwayIsAFailure) {
 // An object model without ViewControl, or without its parameter, carries nothing: the
 // viewer never says ready and vcctl never says sent.
 TEST(Tools, AnObjectModelWithoutViewControlIsAFailure) {
-  if (!vctest::hubAvailable() || !built("vcviewer")) GTEST_SKIP() << "needs rtihub and vcviewer";
+  if (!vctest::serverAvailable() || !built("vcviewer"))
+    GTEST_SKIP() << "needs a server process and vcviewer";
   std::uint16_t port = 0;
-  auto hub = vctest::startHub(port);
+  auto hub = vctest::startServer(port);
   const std::string fdd = readFile(VC_FDD_FILE);
   auto variant = [&](const std::string& from, const std::string& to, const std::string& tag) {
     std::string text = fdd;

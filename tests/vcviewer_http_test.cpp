@@ -471,8 +471,8 @@ TEST(LiveServerAddress, APortInUseIsReportedNotServed) {
 class LivePageProcess : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (!vctest::hubAvailable()) GTEST_SKIP() << "built against another RTI: no hub here";
-    hub = vctest::startHub(hubPort);
+    if (!vctest::serverAvailable()) GTEST_SKIP() << "built against an RTI without a server process";
+    hub = vctest::startServer(hubPort);
     url = vctest::hubUrl(hubPort, "LivePage");
   }
   std::unique_ptr<vctest::ChildProcess> startViewer(const std::vector<std::string>& extra) {

@@ -1,4 +1,6 @@
 #pragma once
+#include <chrono>
+#include <deque>
 #include <map>
 #include <memory>
 #include <string>
@@ -37,6 +39,11 @@ class DT_EXPORT DtExerciseConn {
   using Creator = DtInteraction* (*)();
   /// Most RTI callbacks that one drainInput() call processes.
   static constexpr int kMaxCallbacksPerDrain = 100000;
+  /// Longest wait, after publishing or subscribing to a class, for the RTI to confirm
+  /// that the federation knows of it.
+  static constexpr std::chrono::milliseconds kRtiWait{2000};
+  /// Least time a new publisher gives the federation to tell it of its subscribers.
+  static constexpr std::chrono::milliseconds kSettleTime{100};
 
   /// Joins `execName` as `federateName` with the given FDD file. A null mapper means the
   /// connection's own default mapper.
@@ -161,8 +168,12 @@ class DT_EXPORT DtExerciseConn {
   void join(const char* fedFileName, DtExerciseConnStatus* status);
   void addTypedCallback(const char* className, void (*fn)(), Invoker invoke, void* usr);
   void removeTypedCallback(const char* className, void (*fn)(), void* usr);
+  void received(rti1516::InteractionClassHandle handle,
+                const rti1516::ParameterHandleValueMap& values);
   void deliver(rti1516::InteractionClassHandle handle,
                const rti1516::ParameterHandleValueMap& values);
+  void awaitRti(bool publishing);
+  void deliverHeld();
   /// False when the object model has no description for the class.
   bool buildRoute(rti1516::InteractionClassHandle handle, Route& route);
   bool stillRegistered(unsigned long long serial) const;
@@ -192,6 +203,13 @@ class DT_EXPORT DtExerciseConn {
   std::map<rti1516::InteractionClassHandle, int> subscribed_;  // callbacks per class
   rti1516::ParameterHandleValueMap sendValues_;
   int delivered_ = 0;
+  // While a publication or subscription waits to be confirmed, interactions that arrive
+  // are kept here for the next drainInput().
+  using Held = std::pair<rti1516::InteractionClassHandle, rti1516::ParameterHandleValueMap>;
+  std::deque<Held> held_;
+  bool holding_ = false;
+  bool reservationAnswered_ = false;
+  unsigned reservations_ = 0;
   std::vector<Route> routes_;
   bool routesStale_ = false;
   // Deliveries under way: a nested one (an RTI that lets a callback evoke more) works

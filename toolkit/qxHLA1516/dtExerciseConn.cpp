@@ -6,6 +6,7 @@
 #include <RTI/RTIambassadorFactory.h>
 
 #include <algorithm>
+#include <chrono>
 
 #include "dtOutput.h"
 #include "wideText.h"
@@ -19,13 +20,21 @@ class DtExerciseConn::Ambassador : public rti1516::NullFederateAmbassador {
                           rti1516::ParameterHandleValueMap const& values,
                           rti1516::VariableLengthData const&, rti1516::OrderType,
                           rti1516::TransportationType) override {
-    conn_->deliver(cls, values);
+    conn_->received(cls, values);
   }
   void receiveInteraction(rti1516::InteractionClassHandle cls,
                           rti1516::ParameterHandleValueMap const& values,
                           rti1516::VariableLengthData const&, rti1516::OrderType,
                           rti1516::TransportationType, rti1516::RegionHandleSet const&) override {
-    conn_->deliver(cls, values);
+    conn_->received(cls, values);
+  }
+  // Either answer to a reservation made by awaitRti() will do: what matters is that the
+  // federation's central node has sent it.
+  void objectInstanceNameReservationSucceeded(std::wstring const&) override {
+    conn_->reservationAnswered_ = true;
+  }
+  void objectInstanceNameReservationFailed(std::wstring const&) override {
+    conn_->reservationAnswered_ = true;
   }
 
  private:
@@ -177,6 +186,7 @@ bool DtExerciseConn::sendInteraction(const DtInteraction& inter) {
     if (!published) {
       rti_->publishInteractionClass(handle);
       published = true;
+      awaitRti(true);
     }
     sendValues_.clear();
     enc->encode(&inter, sendValues_);
@@ -192,7 +202,70 @@ bool DtExerciseConn::sendInteraction(const DtInteraction& inter) {
   }
 }
 
+void DtExerciseConn::awaitRti(bool publishing) {
+  // An RTI may route at nodes of its own, one in each federate's process, that learn of
+  // publications and subscriptions through the federation's central node: a publisher's
+  // node drops what it sends before it has heard of the subscribers, and a subscription
+  // still on its way misses what others send meanwhile. A one-shot command would reach
+  // nobody. A name reservation is answered by the central node after it has dealt with
+  // what we sent before it on the same path, so once its answer is here the centre knows
+  // of our publication or subscription. A subscriber's node may tell the centre of its
+  // subscription only on hearing of a publisher, so a new publisher waits a little longer
+  // for those answers to come round: several times the reservation's round trip, and at
+  // least kSettleTime. An RTI that does not reserve names routes at its centre and needs
+  // no wait.
+  reservationAnswered_ = false;
+  try {
+    rti_->reserveObjectInstanceName(L"VistrelControl." + dtwide::widen(federateName_) + L"." +
+                                    std::to_wstring(++reservations_));
+  } catch (const rti1516::Exception&) {
+    return;
+  }
+  // What arrives meanwhile waits for the application's next drainInput(): callbacks are
+  // only ever called from there.
+  holding_ = true;
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point start = Clock::now();
+  Clock::time_point until = start + kRtiWait;
+  bool answered = false;
+  try {
+    for (;;) {
+      const std::chrono::duration<double> left = until - Clock::now();
+      if (left.count() <= 0.0) break;
+      rti_->evokeCallback(std::min(left.count(), 0.01));
+      if (reservationAnswered_ && !answered) {
+        answered = true;
+        if (!publishing) break;
+        const Clock::time_point now = Clock::now();
+        until = std::min(until, now + std::max<Clock::duration>(kSettleTime, 10 * (now - start)));
+      }
+    }
+  } catch (const rti1516::Exception&) {
+    // The send that follows finds the connection gone and says so.
+  }
+  holding_ = false;
+}
+
 // ------------------------------------------------------------------ receiving
+
+void DtExerciseConn::received(rti1516::InteractionClassHandle handle,
+                              const rti1516::ParameterHandleValueMap& values) {
+  // Once anything is held, what comes after it waits behind it: the order of arrival is
+  // the order of delivery.
+  if (holding_ || !held_.empty())
+    held_.emplace_back(handle, values);
+  else
+    deliver(handle, values);
+}
+
+void DtExerciseConn::deliverHeld() {
+  // A callback may send, and so hold more, while we walk: one at a time from the front.
+  while (!held_.empty()) {
+    Held next = std::move(held_.front());
+    held_.pop_front();
+    deliver(next.first, next.second);
+  }
+}
 
 void DtExerciseConn::invokePlain(void (*fn)(), DtInteraction* inter, void* usr) {
   reinterpret_cast<Callback>(fn)(inter, usr);
@@ -216,6 +289,7 @@ void DtExerciseConn::addTypedCallback(const char* className, void (*fn)(), Invok
   if (count++ == 0) {
     try {
       rti_->subscribeInteractionClass(desc->handle(), true);
+      awaitRti(false);
     } catch (const rti1516::Exception& e) {
       fail("subscribing to " + text(className) + " in federation \"" + execName_ +
            "\" failed: " + what(e));
@@ -248,6 +322,11 @@ void DtExerciseConn::removeTypedCallback(const char* className, void (*fn)(), vo
 int DtExerciseConn::drainInput(double waitSeconds) {
   if (!connected()) return 0;
   delivered_ = 0;
+  if (!held_.empty()) {
+    // What arrived while this connection waited for the RTI goes first.
+    deliverHeld();
+    if (delivered_ > 0) waitSeconds = 0.0;
+  }
   try {
     // One call delivers what has arrived, but never more than a bounded batch, so a
     // sender faster than this process cannot keep the application inside this call.
@@ -257,6 +336,7 @@ int DtExerciseConn::drainInput(double waitSeconds) {
     lost_ = true;
     fail("connection to federation \"" + execName_ + "\" lost: " + what(e));
   }
+  deliverHeld();
   return delivered_;
 }
 
