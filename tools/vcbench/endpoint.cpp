@@ -6,15 +6,10 @@ namespace vcbench {
 
 std::unique_ptr<Endpoint> makeRawEndpoint(const Settings& settings, Handler& handler);
 std::unique_ptr<Endpoint> makeLibraryEndpoint(const Settings& settings, Handler& handler);
-void destroyRawFederation(const Settings& settings);
 
 std::unique_ptr<Endpoint> makeEndpoint(const Settings& settings, Handler& handler) {
   return settings.library ? makeLibraryEndpoint(settings, handler)
                           : makeRawEndpoint(settings, handler);
-}
-
-void destroyFederation(const Settings& settings) {
-  destroyRawFederation(settings);
 }
 
 std::uint64_t nowNs() {

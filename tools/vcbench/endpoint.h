@@ -53,9 +53,6 @@ class Endpoint {
 /// std::runtime_error when it cannot.
 std::unique_ptr<Endpoint> makeEndpoint(const Settings& settings, Handler& handler);
 
-/// Destroys the federation once the last federate has left; quiet when others remain.
-void destroyFederation(const Settings& settings);
-
 /// Nanoseconds of the system's monotonic clock, comparable between processes of a host.
 std::uint64_t nowNs();
 

@@ -67,7 +67,6 @@ int runSender(const Settings& settings, const RunSettings& run) {
   sender.attach(endpoint.get());
   SenderResult r = sender.run();
   endpoint.reset();
-  destroyFederation(settings);
   printSender(run, r);
   return 0;
 }
@@ -80,7 +79,6 @@ int runReceiver(const Settings& settings, const RunSettings& run) {
   std::fflush(stdout);
   ReceiverResult r = receiver.run();
   endpoint.reset();
-  destroyFederation(settings);
   printReceiver(r, true);
   return r.outOfOrder ? 1 : 0;
 }
@@ -116,7 +114,6 @@ int runBoth(const Settings& settings, const RunSettings& run) {
   }
   thread.join();
   recvEndpoint.reset();
-  destroyFederation(settings);
   if (receiverError) std::rethrow_exception(receiverError);
   printSender(run, sent);
   printReceiver(received, false);

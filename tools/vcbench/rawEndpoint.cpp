@@ -54,11 +54,19 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
     wire::mark(data_.data(), Kind::Data, 0, 0);
   }
 
+  // The last to leave destroys the federation, through its own ambassador: a second one
+  // made just for that, while this one's connection is still closing, can hang some RTIs
+  // (OpenRTI's local node is shutting down as the new one asks to connect through it).
   ~RawEndpoint() override {
     try {
       rti_->resignFederationExecution(rti1516::NO_ACTION);
     } catch (const rti1516::Exception&) {
-      // Gone already: nothing to leave.
+      return;  // Gone already: nothing to leave.
+    }
+    try {
+      rti_->destroyFederationExecution(wide(federation_));
+    } catch (const rti1516::Exception&) {
+      // Others are still in it.
     }
   }
 
@@ -130,17 +138,6 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
 
 std::unique_ptr<Endpoint> makeRawEndpoint(const Settings& settings, Handler& handler) {
   return std::make_unique<RawEndpoint>(settings, handler);
-}
-
-void destroyRawFederation(const Settings& settings) {
-  try {
-    rti1516::RTIambassadorFactory factory;
-    std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
-    auto rti = factory.createRTIambassador(noArgs);
-    rti->destroyFederationExecution(wide(settings.federation));
-  } catch (const rti1516::Exception&) {
-    // Still in use, or gone already.
-  }
 }
 
 }  // namespace vcbench
