@@ -10,6 +10,6 @@ class DT_EXPORT DtVistrelControlDecoder : public DtInteractionDecoder {
   /// Copies the value into the connection's decoding buffer and hands it to
   /// setFromNetPacket of the interaction.
   static void decodeViewControlPdu(DtInteraction* inter,
-                                   const rti1516::ParameterHandleValueMap& values,
-                                   rti1516::ParameterHandle handle);
+                                   const dtrti::ParameterHandleValueMap& values,
+                                   dtrti::ParameterHandle handle);
 };

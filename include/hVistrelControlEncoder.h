@@ -10,6 +10,6 @@ class DT_EXPORT DtVistrelControlEncoder : public DtInteractionEncoder {
   /// Adds the PDU's bytes (exactly its length) under `handle`; nothing for an empty
   /// interaction.
   static void encodeViewControlPdu(const DtInteraction* inter,
-                                   rti1516::ParameterHandleValueMap& values,
-                                   rti1516::ParameterHandle handle);
+                                   dtrti::ParameterHandleValueMap& values,
+                                   dtrti::ParameterHandle handle);
 };

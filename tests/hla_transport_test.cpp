@@ -9,8 +9,9 @@
 #include <string>
 #include <vector>
 
-#include <RTI/RTIambassador.h>
+#include <RTI/Exception.h>
 
+#include "dtRtiSession.h"
 #include "outputCapture.h"
 #include "peerPdu.h"
 #include "process.h"
@@ -100,10 +101,10 @@ TEST(ThreadFederation, ReceivedBytesOfAnotherKindGiveAnEmptyInteraction) {
   DtVistrelControlInteraction::addCallback(&b, &Inbox::take, &inbox);
   // Raw parameter values straight through the RTI: a foreign PDU kind, a zero-length
   // value, and a PDU whose header claims more bytes than were sent.
-  rti1516::RTIambassador* rti = a.rtiAmb();
+  dtrti::RTIambassador* rti = a.rtiAmb();
   DtInterClassDesc* desc = a.fomMapper()->interClassDesc("ViewControl");
   ASSERT_NE(desc, nullptr);
-  rti1516::ParameterHandle param;
+  dtrti::ParameterHandle param;
   ASSERT_TRUE(desc->parameterHandle("ViewControlPdu", &param));
   rti->publishInteractionClass(desc->handle());
   std::vector<unsigned char> foreign = wire::controlPdu(0, 196);
@@ -111,9 +112,9 @@ TEST(ThreadFederation, ReceivedBytesOfAnotherKindGiveAnEmptyInteraction) {
   std::vector<unsigned char> shortOne = wire::controlPdu(5, 312, 160);
   for (const std::vector<unsigned char>& value :
        {foreign, std::vector<unsigned char>(), shortOne}) {
-    rti1516::ParameterHandleValueMap values;
-    values[param] = rti1516::VariableLengthData(value.data(), value.size());
-    rti->sendInteraction(desc->handle(), values, rti1516::VariableLengthData());
+    dtrti::ParameterHandleValueMap values;
+    values[param] = dtrti::VariableLengthData(value.data(), value.size());
+    rti->sendInteraction(desc->handle(), values, dtrti::VariableLengthData());
   }
   for (int i = 0; i < 50 && inbox.pdus.size() + static_cast<size_t>(inbox.empty) < 3; ++i)
     b.drainInput(0.02);
@@ -190,7 +191,24 @@ TEST(ObjectModel, RegisteringWithoutAnObjectModelSaysWhy) {
 }
 
 TEST(ObjectModel, WithoutViewControlRegistrationWarnsAndNothingIsSent) {
-  std::string fdd = std::string(VC_BINARY_DIR) + "/no_viewcontrol_fdd.xml";
+  std::string fdd = std::string(VC_BINARY_DIR) + "/no_viewcontrol_fdd" VC_TOOL_SUFFIX ".xml";
+#if VC_HLA_EVOLVED
+  std::ofstream(fdd) << R"(<?xml version="1.0"?>
+<objectModel xmlns="http://standards.ieee.org/IEEE1516-2010">
+  <modelIdentification><name>Chat</name><type>FOM</type></modelIdentification>
+  <interactions>
+    <interactionClass>
+      <name>HLAinteractionRoot</name>
+      <interactionClass>
+        <name>Chat</name><sharing>PublishSubscribe</sharing>
+        <transportation>HLAreliable</transportation><order>Receive</order>
+        <parameter><name>Text</name><dataType>HLAopaqueData</dataType></parameter>
+      </interactionClass>
+    </interactionClass>
+  </interactions>
+</objectModel>
+)";
+#else
   std::ofstream(fdd) << R"(<?xml version="1.0"?>
 <objectModel DTDversion="1516.2" name="Chat" type="FOM">
   <interactions>
@@ -202,6 +220,7 @@ TEST(ObjectModel, WithoutViewControlRegistrationWarnsAndNothingIsSent) {
   </interactions>
 </objectModel>
 )";
+#endif
   DtExerciseConn conn("thread://NoViewControl", "a", static_cast<DtFomMapper*>(nullptr),
                       fdd.c_str());
   ASSERT_TRUE(conn.connected()) << conn.errorText();

@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-#include <RTI/RTIambassador.h>
+#include <RTI/Exception.h>
 
 #include <chrono>
 #include <climits>
@@ -19,6 +19,7 @@
 #include <string>
 #include <vector>
 
+#include "dtRtiSession.h"
 #include "outputCapture.h"
 #include "process.h"
 #include "vistrelControl.h"
@@ -45,7 +46,7 @@ PduPtr take(const Bytes& b, Entry entry) {
       // An exact-size heap copy, so that reading past the value is caught.
       std::unique_ptr<unsigned char[]> exact(new unsigned char[b.size() ? b.size() : 1]);
       if (!b.empty()) std::memcpy(exact.get(), b.data(), b.size());
-      rti1516::VariableLengthData value(exact.get(), static_cast<unsigned long>(b.size()));
+      dtrti::VariableLengthData value(exact.get(), static_cast<unsigned long>(b.size()));
       auto* header =
           reinterpret_cast<const DtNetPduHeader*>(DtInteractionDecoder::pduBuffer(value));
       return PduPtr(entry == Entry::DecoderCopyFromNet ? DtVistrelControlPdu::createFromNet(header)
@@ -357,13 +358,13 @@ class RawSends : public ::testing::TestWithParam<const char*> {
     sender_.reset();
   }
 
-  void send(const rti1516::ParameterHandleValueMap& values) {
-    sender_->rtiAmb()->sendInteraction(desc_->handle(), values, rti1516::VariableLengthData());
+  void send(const dtrti::ParameterHandleValueMap& values) {
+    sender_->rtiAmb()->sendInteraction(desc_->handle(), values, dtrti::VariableLengthData());
   }
   void sendValue(const Bytes& value) {
-    rti1516::ParameterHandleValueMap values;
+    dtrti::ParameterHandleValueMap values;
     values[param_] =
-        rti1516::VariableLengthData(value.data(), static_cast<unsigned long>(value.size()));
+        dtrti::VariableLengthData(value.data(), static_cast<unsigned long>(value.size()));
     send(values);
   }
   bool receive(size_t count) {
@@ -390,7 +391,7 @@ class RawSends : public ::testing::TestWithParam<const char*> {
   std::string url_;
   std::unique_ptr<DtExerciseConn> sender_, receiver_;
   DtInterClassDesc* desc_ = nullptr;
-  rti1516::ParameterHandle param_;
+  dtrti::ParameterHandle param_;
   std::vector<std::shared_ptr<Bytes>> received_;
 };
 
@@ -399,7 +400,7 @@ TEST_P(RawSends, EmptyAndMissingParametersArriveEmptyAndNothingIsLost) {
   // No parameter at all: ours delivers such an interaction, other RTIs may drop it, so
   // there it is one more zero-length value.
   if (vctest::embeddedRti())
-    send(rti1516::ParameterHandleValueMap());
+    send(dtrti::ParameterHandleValueMap());
   else
     sendValue({});
   sendValue(headerPrefix(9, 312));   // nine bytes: only the length's high byte (256)
@@ -432,15 +433,15 @@ TEST_P(RawSends, EmptyAndMissingParametersArriveEmptyAndNothingIsLost) {
 }
 
 TEST_P(RawSends, AParameterOfAnotherClassIsRefusedAtTheSender) {
-  rti1516::ParameterHandleValueMap values;
+  dtrti::ParameterHandleValueMap values;
   Bytes value = wire::controlPdu(DtVcOrbit, 312);
   values[param_] =
-      rti1516::VariableLengthData(value.data(), static_cast<unsigned long>(value.size()));
+      dtrti::VariableLengthData(value.data(), static_cast<unsigned long>(value.size()));
   // A handle that no class of this object model has.
-  const rti1516::ParameterHandle bogus = sender_->rtiAmb()->decodeParameterHandle(
-      rti1516::VariableLengthData("\0\0\0\0\0\0\x7f\xff", 8));
-  values[bogus] = rti1516::VariableLengthData("x", 1);
-  EXPECT_THROW(send(values), rti1516::InteractionParameterNotDefined);
+  const dtrti::ParameterHandle bogus = sender_->rtiAmb()->decodeParameterHandle(
+      dtrti::VariableLengthData("\0\0\0\0\0\0\x7f\xff", 8));
+  values[bogus] = dtrti::VariableLengthData("x", 1);
+  EXPECT_THROW(send(values), dtrti::InteractionParameterNotDefined);
   sendValue(value);
   ASSERT_TRUE(receive(1));
   ASSERT_NE(received_[0], nullptr);

@@ -247,7 +247,7 @@ class HubTest : public ::testing::Test {
   std::unique_ptr<vctest::ChildProcess> peer(const std::vector<std::string>& modeArgs) {
     std::vector<std::string> args{vctest::hubUrl(port_, name_), VC_FDD_FILE};
     args.insert(args.end(), modeArgs.begin(), modeArgs.end());
-    auto p = std::make_unique<vctest::ChildProcess>(vctest::binaryPath("rti_peer"), args);
+    auto p = std::make_unique<vctest::ChildProcess>(vctest::programPath("rti_peer"), args);
     std::string line;
     EXPECT_TRUE(p->waitForLine("ready", line, std::chrono::seconds(10))) << p->transcript();
     return p;

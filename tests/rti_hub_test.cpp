@@ -318,7 +318,7 @@ TEST_F(Hub, StopsCleanlyOnSigtermAndFederatesSeeTheLoss) {
 
 TEST(HubCommandLine, HelpNamesTheOptionsAndDefaultPort) {
   if (!hubBuilt()) GTEST_SKIP();
-  ChildProcess help(vctest::binaryPath("rtihub"), {"--help"});
+  ChildProcess help(vctest::programPath("rtihub"), {"--help"});
   std::string all, line;
   while (help.readLine(line, seconds(5))) all += line + "\n";
   EXPECT_EQ(help.wait(seconds(5)), 0);
@@ -340,12 +340,12 @@ TEST(HubCommandLine, RefusesBadArgumentsAndBusyPorts) {
                                         {"--max-per-address", "-1"},
                                         {"--federation-memory", "65535"},
                                         {"--federation-expiry", "1s"}}) {
-    ChildProcess p(vctest::binaryPath("rtihub"), args, true);
+    ChildProcess p(vctest::programPath("rtihub"), args, true);
     EXPECT_EQ(p.wait(seconds(5)), 2) << args[0];
   }
   std::uint16_t port = 0;
   auto first = vctest::startHub(port);
-  ChildProcess second(vctest::binaryPath("rtihub"),
+  ChildProcess second(vctest::programPath("rtihub"),
                       {"--listen", "127.0.0.1:" + std::to_string(port)}, true);
   EXPECT_EQ(second.wait(seconds(5)), 1) << second.transcript();
 }

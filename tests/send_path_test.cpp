@@ -3,13 +3,11 @@
 // lends the PDU to the encoder instead of copying it only where no one can tell.
 #include <gtest/gtest.h>
 
-#include <RTI/NullFederateAmbassador.h>
-#include <RTI/RTI1516.h>
-
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "dtRtiSession.h"
 #include "process.h"
 #include "vistrelControl.h"
 
@@ -17,12 +15,10 @@ namespace {
 
 // What arrives as the ViewControlPdu parameter, raw, at the RTI; "none" when an
 // interaction arrives without it.
-class Wire : public rti1516::NullFederateAmbassador {
+class Wire : public DtRtiReceiver {
  public:
-  void receiveInteraction(rti1516::InteractionClassHandle,
-                          rti1516::ParameterHandleValueMap const& values,
-                          rti1516::VariableLengthData const&, rti1516::OrderType,
-                          rti1516::TransportationType) override {
+  void interactionReceived(dtrti::InteractionClassHandle,
+                           dtrti::ParameterHandleValueMap const& values) override {
     if (values.empty()) {
       got.push_back("none");
       return;
@@ -36,16 +32,13 @@ class Wire : public rti1516::NullFederateAmbassador {
 class SendPath : public ::testing::Test {
  protected:
   void SetUp() override {
-    rti1516::RTIambassadorFactory factory;
-    std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
-    listener = factory.createRTIambassador(noArgs);
     conn = std::make_unique<DtExerciseConn>(kFederation, "sender",
                                             static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
-    listener->joinFederationExecution(L"listener", L"thread://send-path", wire);
+    listener = DtRtiJoin(kFederation, "listener", VC_FDD_FILE, wire);
     listener->subscribeInteractionClass(listener->getInteractionClassHandle(L"ViewControl"));
   }
   void TearDown() override {
-    listener->resignFederationExecution(rti1516::NO_ACTION);
+    DtRtiLeave(*listener, kFederation);
     conn.reset();
   }
 
@@ -87,7 +80,7 @@ class SendPath : public ::testing::Test {
 
   static constexpr const char* kFederation = "thread://send-path";
   Wire wire;
-  std::unique_ptr<rti1516::RTIambassador> listener;
+  std::unique_ptr<dtrti::RTIambassador> listener;
   std::unique_ptr<DtExerciseConn> conn;
 };
 

@@ -808,8 +808,8 @@ Args Command::parseOrExit(int argc, const char* const* argv) const {
     if (args.versionRequested()) {
       // The library line is written by the library itself, so it names the one that was
       // actually loaded, whatever the program was built with.
-      std::cout << data_->version << "library libvistrelControlToolkitHLA1516.so."
-                << VC_LIBRARY_SOVERSION << ", version " << VC_LIBRARY_VERSION << "\n"
+      std::cout << data_->version << "library lib" VC_LIBRARY_NAME ".so." << VC_LIBRARY_SOVERSION
+                << ", version " << VC_LIBRARY_VERSION << "\n"
                 << std::flush;
       std::exit(0);
     }

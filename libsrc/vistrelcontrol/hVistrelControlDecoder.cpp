@@ -12,8 +12,8 @@ DtVistrelControlDecoder::DtVistrelControlDecoder(DtExerciseConn* conn, DtInterCl
 DtVistrelControlDecoder::~DtVistrelControlDecoder() = default;
 
 void DtVistrelControlDecoder::decodeViewControlPdu(DtInteraction* inter,
-                                                   const rti1516::ParameterHandleValueMap& values,
-                                                   rti1516::ParameterHandle handle) {
+                                                   const dtrti::ParameterHandleValueMap& values,
+                                                   dtrti::ParameterHandle handle) {
   if (!inter) return;
   // The connection's creator makes exactly this class: then no cast needs to search.
   auto* vc = typeid(*inter) == typeid(DtVistrelControlInteraction)

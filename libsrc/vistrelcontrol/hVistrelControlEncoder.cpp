@@ -13,8 +13,8 @@ DtVistrelControlEncoder::DtVistrelControlEncoder(DtExerciseConn* conn, DtInterCl
 DtVistrelControlEncoder::~DtVistrelControlEncoder() = default;
 
 void DtVistrelControlEncoder::encodeViewControlPdu(const DtInteraction* inter,
-                                                   rti1516::ParameterHandleValueMap& values,
-                                                   rti1516::ParameterHandle handle) {
+                                                   dtrti::ParameterHandleValueMap& values,
+                                                   dtrti::ParameterHandle handle) {
   if (!inter) return;
   // The controller and the drawer send exactly these classes: then no cast needs to
   // search.

@@ -179,11 +179,15 @@ bool ChildProcess::running() {
 }
 
 std::string binaryPath(const std::string& name) {
+  return programPath(name + VC_TOOL_SUFFIX);
+}
+
+std::string programPath(const std::string& name) {
   return std::string(VC_BINARY_DIR) + "/bin/" + name;
 }
 
 bool hubAvailable() {
-  return ::access(binaryPath("rtihub").c_str(), X_OK) == 0;
+  return ::access(programPath("rtihub").c_str(), X_OK) == 0;
 }
 
 std::unique_ptr<ChildProcess> startHub(std::uint16_t& port,
@@ -195,10 +199,10 @@ std::unique_ptr<ChildProcess> startHub(std::uint16_t& port,
   if (maxOpenFiles > 0) {
     args.insert(args.begin(),
                 {"-c", "ulimit -n " + std::to_string(maxOpenFiles) + " && exec \"$0\" \"$@\"",
-                 binaryPath("rtihub")});
+                 programPath("rtihub")});
     hub = std::make_unique<ChildProcess>("/bin/sh", args, true);
   } else {
-    hub = std::make_unique<ChildProcess>(binaryPath("rtihub"), args, true);
+    hub = std::make_unique<ChildProcess>(programPath("rtihub"), args, true);
   }
   std::string line;
   const std::string marker = "rtihub listening on 127.0.0.1:";

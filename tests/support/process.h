@@ -72,8 +72,12 @@ class ChildProcess {
   bool eof_ = false;
 };
 
-// ${VC_BINARY_DIR}/bin/<name>: where the build puts executables.
+// ${VC_BINARY_DIR}/bin/<name><suffix>: where the build puts the programs of the flavour
+// these tests are built for (the suffix is "-1516e" for the IEEE 1516-2010 flavour's
+// vcctl-1516e and the like, empty for the other); the RTI's own programs have no flavour.
 std::string binaryPath(const std::string& name);
+// ${VC_BINARY_DIR}/bin/<name>, as it is.
+std::string programPath(const std::string& name);
 
 // Whether the build has the hub, i.e. uses the embedded RTI. Built against another RTI
 // (RTI1516_ROOT) it does not; tests that need a hub skip with GTEST_SKIP() then.

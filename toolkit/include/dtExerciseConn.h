@@ -9,16 +9,9 @@
 #include <utility>
 #include <vector>
 
-#include <RTI/Handle.h>
-#include <RTI/Typedefs.h>
-
 #include "dtExport.h"
 #include "dtInteraction.h"
 #include "dtString.h"
-
-namespace rti1516 {
-class RTIambassador;
-}
 
 /// How building a connection went.
 struct DT_EXPORT DtExerciseConnStatus {
@@ -33,6 +26,9 @@ struct DT_EXPORT DtExerciseConnStatus {
 /// interaction-creator tables and the callbacks per class, sends interactions, and,
 /// when the application calls drainInput(), decodes what arrived and calls the
 /// callbacks. It starts no thread: everything happens inside the application's calls.
+/// Built over the IEEE 1516-2010 API, it connects to what the URL names before its last
+/// '/' and creates the federation from (or joins it with) a FOM module in that API's
+/// format, such as share/vistrelcontrol/fom/VistrelControl-1516e.xml.
 class DT_EXPORT DtExerciseConn {
  public:
   using Callback = void (*)(DtInteraction* inter, void* usr);
@@ -77,14 +73,14 @@ class DT_EXPORT DtExerciseConn {
   const char* execName() const { return execName_.c_str(); }
 
   DtFomMapper* fomMapper() const { return mapper_; }
-  rti1516::RTIambassador* rtiAmb() const { return rti_.get(); }
+  dtrti::RTIambassador* rtiAmb() const { return rti_.get(); }
 
   // ------------------------------------------------------------------ tables
   /// Installs `decoder` (owned from now on) for the class `handle`, replacing any.
-  void addDecoder(rti1516::InteractionClassHandle handle, DtInteractionDecoder* decoder);
-  void addEncoder(rti1516::InteractionClassHandle handle, DtInteractionEncoder* encoder);
-  DtInteractionDecoder* decoder(rti1516::InteractionClassHandle handle) const;
-  DtInteractionEncoder* encoder(rti1516::InteractionClassHandle handle) const;
+  void addDecoder(dtrti::InteractionClassHandle handle, DtInteractionDecoder* decoder);
+  void addEncoder(dtrti::InteractionClassHandle handle, DtInteractionEncoder* encoder);
+  DtInteractionDecoder* decoder(dtrti::InteractionClassHandle handle) const;
+  DtInteractionEncoder* encoder(dtrti::InteractionClassHandle handle) const;
   /// Registers the function that makes empty interactions of the named class.
   void addInteractionCreator(const char* className, Creator creator);
   Creator interactionCreator(const char* className) const;
@@ -138,7 +134,7 @@ class DT_EXPORT DtExerciseConn {
     unsigned long long serial;
   };
   struct Route {
-    rti1516::InteractionClassHandle handle;
+    dtrti::InteractionClassHandle handle;
     Creator creator = nullptr;
     std::vector<Target> targets;
   };
@@ -168,20 +164,20 @@ class DT_EXPORT DtExerciseConn {
   void join(const char* fedFileName, DtExerciseConnStatus* status);
   void addTypedCallback(const char* className, void (*fn)(), Invoker invoke, void* usr);
   void removeTypedCallback(const char* className, void (*fn)(), void* usr);
-  void received(rti1516::InteractionClassHandle handle,
-                const rti1516::ParameterHandleValueMap& values);
-  void deliver(rti1516::InteractionClassHandle handle,
-               const rti1516::ParameterHandleValueMap& values);
+  void received(dtrti::InteractionClassHandle handle,
+                const dtrti::ParameterHandleValueMap& values);
+  void deliver(dtrti::InteractionClassHandle handle,
+               const dtrti::ParameterHandleValueMap& values);
   void awaitRti(bool publishing);
   void deliverHeld();
   /// False when the object model has no description for the class.
-  bool buildRoute(rti1516::InteractionClassHandle handle, Route& route);
+  bool buildRoute(dtrti::InteractionClassHandle handle, Route& route);
   bool stillRegistered(unsigned long long serial) const;
   void fail(const std::string& why);
 
   std::string execName_;
   std::string federateName_;
-  std::unique_ptr<rti1516::RTIambassador> rti_;
+  std::unique_ptr<dtrti::RTIambassador> rti_;
   std::unique_ptr<Ambassador> ambassador_;
   std::unique_ptr<DtFomMapper> ownMapper_;
   DtFomMapper* mapper_ = nullptr;
@@ -191,21 +187,21 @@ class DT_EXPORT DtExerciseConn {
   bool resigned_ = false;
   DtString error_;
 
-  std::map<rti1516::InteractionClassHandle, std::unique_ptr<DtInteractionDecoder>> decoders_;
-  std::map<rti1516::InteractionClassHandle, std::unique_ptr<DtInteractionEncoder>> encoders_;
+  std::map<dtrti::InteractionClassHandle, std::unique_ptr<DtInteractionDecoder>> decoders_;
+  std::map<dtrti::InteractionClassHandle, std::unique_ptr<DtInteractionEncoder>> encoders_;
   std::map<std::string, Creator> creators_;
   std::vector<CallbackEntry> callbacks_;
   unsigned long long nextSerial_ = 0;
   // Counts removals, so that a delivery looks its callbacks up again only when one of
   // them (or anything it called) removed a callback.
   unsigned long long removals_ = 0;
-  std::map<rti1516::InteractionClassHandle, bool> published_;
-  std::map<rti1516::InteractionClassHandle, int> subscribed_;  // callbacks per class
-  rti1516::ParameterHandleValueMap sendValues_;
+  std::map<dtrti::InteractionClassHandle, bool> published_;
+  std::map<dtrti::InteractionClassHandle, int> subscribed_;  // callbacks per class
+  dtrti::ParameterHandleValueMap sendValues_;
   int delivered_ = 0;
   // While a publication or subscription waits to be confirmed, interactions that arrive
   // are kept here for the next drainInput().
-  using Held = std::pair<rti1516::InteractionClassHandle, rti1516::ParameterHandleValueMap>;
+  using Held = std::pair<dtrti::InteractionClassHandle, dtrti::ParameterHandleValueMap>;
   std::deque<Held> held_;
   bool holding_ = false;
   bool reservationAnswered_ = false;

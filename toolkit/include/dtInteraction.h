@@ -4,15 +4,9 @@
 #include <string>
 #include <vector>
 
-#include <RTI/Handle.h>
-#include <RTI/Typedefs.h>
-
 #include "dtExport.h"
+#include "dtRti.h"
 #include "dtString.h"
-
-namespace rti1516 {
-class RTIambassador;
-}
 
 class DtExerciseConn;
 class DtInteractionDecoder;
@@ -22,18 +16,18 @@ class DtInteractionEncoder;
 /// its name, its RTI handle and the handles of its parameters, looked up on first use.
 class DT_EXPORT DtInterClassDesc {
  public:
-  DtInterClassDesc(rti1516::RTIambassador* rti, const std::string& name,
-                   rti1516::InteractionClassHandle handle);
+  DtInterClassDesc(dtrti::RTIambassador* rti, const std::string& name,
+                   dtrti::InteractionClassHandle handle);
   const char* name() const { return name_.c_str(); }
-  rti1516::InteractionClassHandle handle() const { return handle_; }
+  dtrti::InteractionClassHandle handle() const { return handle_; }
   /// The handle of the named parameter; false when the class has no such parameter.
-  bool parameterHandle(const char* name, rti1516::ParameterHandle* handle) const;
+  bool parameterHandle(const char* name, dtrti::ParameterHandle* handle) const;
 
  private:
-  rti1516::RTIambassador* rti_;
+  dtrti::RTIambassador* rti_;
   std::string name_;
-  rti1516::InteractionClassHandle handle_;
-  mutable std::map<std::string, rti1516::ParameterHandle> parameters_;
+  dtrti::InteractionClassHandle handle_;
+  mutable std::map<std::string, dtrti::ParameterHandle> parameters_;
 };
 
 /// DtFomMapper maps the toolkit's interaction class names to the federation object
@@ -50,11 +44,11 @@ class DT_EXPORT DtFomMapper {
   /// (or the mapper is not attached to a joined connection yet).
   virtual DtInterClassDesc* interClassDesc(const char* name);
   /// The description of the class with this handle, if it was looked up before.
-  DtInterClassDesc* interClassDesc(rti1516::InteractionClassHandle handle);
+  DtInterClassDesc* interClassDesc(dtrti::InteractionClassHandle handle);
 
   /// The connection calls this once it has joined.
-  void attach(rti1516::RTIambassador* rti);
-  rti1516::RTIambassador* rti() const { return rti_; }
+  void attach(dtrti::RTIambassador* rti);
+  dtrti::RTIambassador* rti() const { return rti_; }
 
  protected:
   /// The object-model name for a toolkit name; the default returns it unchanged.
@@ -62,7 +56,7 @@ class DT_EXPORT DtFomMapper {
 
  private:
   using ByName = std::map<std::string, std::unique_ptr<DtInterClassDesc>>;
-  rti1516::RTIambassador* rti_ = nullptr;
+  dtrti::RTIambassador* rti_ = nullptr;
   ByName byName_;  // null: not in FOM
   // The entry found last: every send and every delivery asks for the same few names.
   const ByName::value_type* lastFound_ = nullptr;
@@ -105,9 +99,8 @@ class DT_EXPORT DtInteractionWithEncDec : public DtInteraction {
 /// parameter.
 class DT_EXPORT DtInteractionDecoder {
  public:
-  using ParameterFcn = void (*)(DtInteraction* inter,
-                                const rti1516::ParameterHandleValueMap& values,
-                                rti1516::ParameterHandle handle);
+  using ParameterFcn = void (*)(DtInteraction* inter, const dtrti::ParameterHandleValueMap& values,
+                                dtrti::ParameterHandle handle);
 
   DtInteractionDecoder(DtExerciseConn* conn, DtInterClassDesc* classDesc);
   virtual ~DtInteractionDecoder();
@@ -115,7 +108,7 @@ class DT_EXPORT DtInteractionDecoder {
   /// Installs `fcn` for the named parameter; false when the class has no such parameter.
   bool addParameterDecoder(const char* parameterName, ParameterFcn fcn);
   /// Calls the function of every parameter present in `values`.
-  virtual void decode(DtInteraction* inter, const rti1516::ParameterHandleValueMap& values) const;
+  virtual void decode(DtInteraction* inter, const dtrti::ParameterHandleValueMap& values) const;
 
   DtExerciseConn* conn() const { return conn_; }
   DtInterClassDesc* classDesc() const { return classDesc_; }
@@ -126,27 +119,26 @@ class DT_EXPORT DtInteractionDecoder {
   static char* decodingBuffer(size_t size);
   /// The value copied into the decoding buffer, zero-padded up to the length that its
   /// PDU header states, so PDU code that trusts the header never reads past the copy.
-  static char* pduBuffer(const rti1516::VariableLengthData& value);
+  static char* pduBuffer(const dtrti::VariableLengthData& value);
 
  private:
   DtExerciseConn* conn_;
   DtInterClassDesc* classDesc_;
-  std::vector<std::pair<rti1516::ParameterHandle, ParameterFcn>> functions_;
+  std::vector<std::pair<dtrti::ParameterHandle, ParameterFcn>> functions_;
 };
 
 /// Encodes interactions of one class into parameter sets, one function per parameter.
 class DT_EXPORT DtInteractionEncoder {
  public:
-  using ParameterFcn = void (*)(const DtInteraction* inter,
-                                rti1516::ParameterHandleValueMap& values,
-                                rti1516::ParameterHandle handle);
+  using ParameterFcn = void (*)(const DtInteraction* inter, dtrti::ParameterHandleValueMap& values,
+                                dtrti::ParameterHandle handle);
 
   DtInteractionEncoder(DtExerciseConn* conn, DtInterClassDesc* classDesc);
   virtual ~DtInteractionEncoder();
 
   bool addParameterEncoder(const char* parameterName, ParameterFcn fcn);
   /// Calls every parameter function, which add their values to `values`.
-  virtual void encode(const DtInteraction* inter, rti1516::ParameterHandleValueMap& values) const;
+  virtual void encode(const DtInteraction* inter, dtrti::ParameterHandleValueMap& values) const;
 
   DtExerciseConn* conn() const { return conn_; }
   DtInterClassDesc* classDesc() const { return classDesc_; }
@@ -154,5 +146,5 @@ class DT_EXPORT DtInteractionEncoder {
  private:
   DtExerciseConn* conn_;
   DtInterClassDesc* classDesc_;
-  std::vector<std::pair<rti1516::ParameterHandle, ParameterFcn>> functions_;
+  std::vector<std::pair<dtrti::ParameterHandle, ParameterFcn>> functions_;
 };

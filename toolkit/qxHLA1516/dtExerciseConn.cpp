@@ -1,35 +1,26 @@
 #include "dtExerciseConn.h"
 
 #include <RTI/Exception.h>
-#include <RTI/NullFederateAmbassador.h>
 #include <RTI/RTIambassador.h>
-#include <RTI/RTIambassadorFactory.h>
 
 #include <algorithm>
 #include <chrono>
 
 #include "dtOutput.h"
+#include "dtRtiSession.h"
 #include "wideText.h"
 
 // The federate ambassador hands every received interaction to the connection, which
 // decodes it and calls the callbacks; the RTI calls it only inside drainInput().
-class DtExerciseConn::Ambassador : public rti1516::NullFederateAmbassador {
+class DtExerciseConn::Ambassador : public DtRtiReceiver {
  public:
   explicit Ambassador(DtExerciseConn* conn) : conn_(conn) {}
-  void receiveInteraction(rti1516::InteractionClassHandle cls,
-                          rti1516::ParameterHandleValueMap const& values,
-                          rti1516::VariableLengthData const&, rti1516::OrderType,
-                          rti1516::TransportationType) override {
-    conn_->received(cls, values);
-  }
-  void receiveInteraction(rti1516::InteractionClassHandle cls,
-                          rti1516::ParameterHandleValueMap const& values,
-                          rti1516::VariableLengthData const&, rti1516::OrderType,
-                          rti1516::TransportationType, rti1516::RegionHandleSet const&) override {
+  void interactionReceived(dtrti::InteractionClassHandle cls,
+                           dtrti::ParameterHandleValueMap const& values) override {
     conn_->received(cls, values);
   }
   // Either answer to a reservation made by awaitRti() will do: what matters is that the
-  // federation's central node has sent it.
+  // federation's central node has sent it. Both APIs call these alike.
   void objectInstanceNameReservationSucceeded(std::wstring const&) override {
     conn_->reservationAnswered_ = true;
   }
@@ -45,7 +36,7 @@ namespace {
 std::string text(const char* s) {
   return s ? s : "";
 }
-std::string what(const rti1516::Exception& e) {
+std::string what(const dtrti::Exception& e) {
   return dtwide::narrow(e.what());
 }
 }  // namespace
@@ -74,20 +65,10 @@ void DtExerciseConn::join(const char* fedFileName, DtExerciseConnStatus* status)
   }
   ambassador_.reset(new Ambassador(this));
   try {
-    rti1516::RTIambassadorFactory factory;
-    std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
-    rti_ = factory.createRTIambassador(noArgs);
-    try {
-      rti_->createFederationExecution(dtwide::widen(execName_), dtwide::widen(text(fedFileName)));
-      created_ = true;
-    } catch (const rti1516::FederationExecutionAlreadyExists&) {
-      // Joining an existing federation is the common case.
-    }
-    rti_->joinFederationExecution(dtwide::widen(federateName_), dtwide::widen(execName_),
-                                  *ambassador_);
+    rti_ = DtRtiJoin(execName_, federateName_, text(fedFileName), *ambassador_, &created_);
     joined_ = true;
     mapper_->attach(rti_.get());
-  } catch (const rti1516::Exception& e) {
+  } catch (const dtrti::Exception& e) {
     // A caller that asked for the status reports the failure its own way; warning as well
     // would say it twice.
     const std::string why =
@@ -114,17 +95,12 @@ bool DtExerciseConn::resign() {
   if (!rti_ || !joined_ || lost_ || resigned_) return !lost_;
   resigned_ = true;
   try {
-    rti_->resignFederationExecution(rti1516::NO_ACTION);
-  } catch (const rti1516::Exception& e) {
+    DtRtiLeave(*rti_, execName_);
+  } catch (const dtrti::Exception& e) {
     // What was sent just before may still have been queued when the connection went.
     lost_ = true;
     error_ = DtString("leaving federation \"" + execName_ + "\" failed: " + what(e));
     return false;
-  }
-  try {
-    rti_->destroyFederationExecution(dtwide::widen(execName_));
-  } catch (const rti1516::Exception&) {
-    // Others are still joined: the federation stays theirs.
   }
   return true;
 }
@@ -136,22 +112,22 @@ void DtExerciseConn::fail(const std::string& why) {
 
 // ------------------------------------------------------------------ tables
 
-void DtExerciseConn::addDecoder(rti1516::InteractionClassHandle handle,
+void DtExerciseConn::addDecoder(dtrti::InteractionClassHandle handle,
                                 DtInteractionDecoder* decoder) {
   decoders_[handle].reset(decoder);
 }
 
-void DtExerciseConn::addEncoder(rti1516::InteractionClassHandle handle,
+void DtExerciseConn::addEncoder(dtrti::InteractionClassHandle handle,
                                 DtInteractionEncoder* encoder) {
   encoders_[handle].reset(encoder);
 }
 
-DtInteractionDecoder* DtExerciseConn::decoder(rti1516::InteractionClassHandle handle) const {
+DtInteractionDecoder* DtExerciseConn::decoder(dtrti::InteractionClassHandle handle) const {
   auto it = decoders_.find(handle);
   return it == decoders_.end() ? nullptr : it->second.get();
 }
 
-DtInteractionEncoder* DtExerciseConn::encoder(rti1516::InteractionClassHandle handle) const {
+DtInteractionEncoder* DtExerciseConn::encoder(dtrti::InteractionClassHandle handle) const {
   auto it = encoders_.find(handle);
   return it == encoders_.end() ? nullptr : it->second.get();
 }
@@ -172,7 +148,7 @@ bool DtExerciseConn::sendInteraction(const DtInteraction& inter) {
   if (!connected()) return false;
   DtInterClassDesc* desc = inter.classDesc(this);
   if (!desc) return false;
-  rti1516::InteractionClassHandle handle = desc->handle();
+  dtrti::InteractionClassHandle handle = desc->handle();
   DtInteractionEncoder* enc = encoder(handle);
   if (!enc) {
     // An interaction that knows its encoder installs it on first use.
@@ -190,10 +166,10 @@ bool DtExerciseConn::sendInteraction(const DtInteraction& inter) {
     }
     sendValues_.clear();
     enc->encode(&inter, sendValues_);
-    rti_->sendInteraction(handle, sendValues_, rti1516::VariableLengthData());
+    rti_->sendInteraction(handle, sendValues_, dtrti::VariableLengthData());
     sendValues_.clear();
     return true;
-  } catch (const rti1516::Exception& e) {
+  } catch (const dtrti::Exception& e) {
     sendValues_.clear();
     lost_ = true;
     fail("sending " + std::string(desc->name()) + " to federation \"" + execName_ +
@@ -218,7 +194,7 @@ void DtExerciseConn::awaitRti(bool publishing) {
   try {
     rti_->reserveObjectInstanceName(L"VistrelControl." + dtwide::widen(federateName_) + L"." +
                                     std::to_wstring(++reservations_));
-  } catch (const rti1516::Exception&) {
+  } catch (const dtrti::Exception&) {
     return;
   }
   // What arrives meanwhile waits for the application's next drainInput(): callbacks are
@@ -240,7 +216,7 @@ void DtExerciseConn::awaitRti(bool publishing) {
         until = std::min(until, now + std::max<Clock::duration>(kSettleTime, 10 * (now - start)));
       }
     }
-  } catch (const rti1516::Exception&) {
+  } catch (const dtrti::Exception&) {
     // The send that follows finds the connection gone and says so.
   }
   holding_ = false;
@@ -248,8 +224,8 @@ void DtExerciseConn::awaitRti(bool publishing) {
 
 // ------------------------------------------------------------------ receiving
 
-void DtExerciseConn::received(rti1516::InteractionClassHandle handle,
-                              const rti1516::ParameterHandleValueMap& values) {
+void DtExerciseConn::received(dtrti::InteractionClassHandle handle,
+                              const dtrti::ParameterHandleValueMap& values) {
   // Once anything is held, what comes after it waits behind it: the order of arrival is
   // the order of delivery.
   if (holding_ || !held_.empty())
@@ -290,7 +266,7 @@ void DtExerciseConn::addTypedCallback(const char* className, void (*fn)(), Invok
     try {
       rti_->subscribeInteractionClass(desc->handle(), true);
       awaitRti(false);
-    } catch (const rti1516::Exception& e) {
+    } catch (const dtrti::Exception& e) {
       fail("subscribing to " + text(className) + " in federation \"" + execName_ +
            "\" failed: " + what(e));
     }
@@ -314,7 +290,7 @@ void DtExerciseConn::removeTypedCallback(const char* className, void (*fn)(), vo
   if (!connected()) return;
   try {
     rti_->unsubscribeInteractionClass(desc->handle());
-  } catch (const rti1516::Exception&) {
+  } catch (const dtrti::Exception&) {
     // Already gone on the RTI's side: nothing left to undo.
   }
 }
@@ -332,7 +308,7 @@ int DtExerciseConn::drainInput(double waitSeconds) {
     // sender faster than this process cannot keep the application inside this call.
     bool more = rti_->evokeCallback(waitSeconds > 0.0 ? waitSeconds : 0.0);
     for (int n = 1; more && n < kMaxCallbacksPerDrain; ++n) more = rti_->evokeCallback(0.0);
-  } catch (const rti1516::Exception& e) {
+  } catch (const dtrti::Exception& e) {
     lost_ = true;
     fail("connection to federation \"" + execName_ + "\" lost: " + what(e));
   }
@@ -340,12 +316,12 @@ int DtExerciseConn::drainInput(double waitSeconds) {
   return delivered_;
 }
 
-bool DtExerciseConn::buildRoute(rti1516::InteractionClassHandle handle, Route& route) {
+bool DtExerciseConn::buildRoute(dtrti::InteractionClassHandle handle, Route& route) {
   DtInterClassDesc* desc = mapper_->interClassDesc(handle);
   if (!desc) {
     try {
       desc = mapper_->interClassDesc(dtwide::narrow(rti_->getInteractionClassName(handle)).c_str());
-    } catch (const rti1516::Exception&) {
+    } catch (const dtrti::Exception&) {
       return false;
     }
     if (!desc) return false;
@@ -374,8 +350,8 @@ bool DtExerciseConn::stillRegistered(unsigned long long serial) const {
                      [serial](const CallbackEntry& e) { return e.serial == serial; });
 }
 
-void DtExerciseConn::deliver(rti1516::InteractionClassHandle handle,
-                             const rti1516::ParameterHandleValueMap& values) {
+void DtExerciseConn::deliver(dtrti::InteractionClassHandle handle,
+                             const dtrti::ParameterHandleValueMap& values) {
   struct Depth {
     int& n;
     explicit Depth(int& count) : n(count) { ++n; }

@@ -12,18 +12,18 @@
 
 // ------------------------------------------------------------------ DtInterClassDesc
 
-DtInterClassDesc::DtInterClassDesc(rti1516::RTIambassador* rti, const std::string& name,
-                                   rti1516::InteractionClassHandle handle)
+DtInterClassDesc::DtInterClassDesc(dtrti::RTIambassador* rti, const std::string& name,
+                                   dtrti::InteractionClassHandle handle)
     : rti_(rti), name_(name), handle_(handle) {}
 
-bool DtInterClassDesc::parameterHandle(const char* name, rti1516::ParameterHandle* handle) const {
+bool DtInterClassDesc::parameterHandle(const char* name, dtrti::ParameterHandle* handle) const {
   std::string key = name ? name : "";
   auto it = parameters_.find(key);
   if (it == parameters_.end()) {
-    rti1516::ParameterHandle found;
+    dtrti::ParameterHandle found;
     try {
       if (rti_) found = rti_->getParameterHandle(handle_, dtwide::widen(key));
-    } catch (const rti1516::Exception&) {
+    } catch (const dtrti::Exception&) {
       // Unknown parameter: remembered as an invalid handle.
     }
     it = parameters_.emplace(key, found).first;
@@ -38,7 +38,7 @@ bool DtInterClassDesc::parameterHandle(const char* name, rti1516::ParameterHandl
 DtFomMapper::DtFomMapper() = default;
 DtFomMapper::~DtFomMapper() = default;
 
-void DtFomMapper::attach(rti1516::RTIambassador* rti) {
+void DtFomMapper::attach(dtrti::RTIambassador* rti) {
   rti_ = rti;
   lastFound_ = nullptr;
   byName_.clear();
@@ -60,15 +60,15 @@ DtInterClassDesc* DtFomMapper::interClassDesc(const char* name) {
   std::unique_ptr<DtInterClassDesc> desc;
   try {
     const std::string fom = fomName(name);
-    rti1516::InteractionClassHandle handle = rti_->getInteractionClassHandle(dtwide::widen(fom));
+    dtrti::InteractionClassHandle handle = rti_->getInteractionClassHandle(dtwide::widen(fom));
     desc.reset(new DtInterClassDesc(rti_, fom, handle));
-  } catch (const rti1516::Exception&) {
+  } catch (const dtrti::Exception&) {
     // Not in the object model: remembered as null so the RTI is asked only once.
   }
   return byName_.emplace(key, std::move(desc)).first->second.get();
 }
 
-DtInterClassDesc* DtFomMapper::interClassDesc(rti1516::InteractionClassHandle handle) {
+DtInterClassDesc* DtFomMapper::interClassDesc(dtrti::InteractionClassHandle handle) {
   for (auto& entry : byName_)
     if (entry.second && entry.second->handle() == handle) return entry.second.get();
   return nullptr;
@@ -112,14 +112,14 @@ DtInteractionDecoder::DtInteractionDecoder(DtExerciseConn* conn, DtInterClassDes
 DtInteractionDecoder::~DtInteractionDecoder() = default;
 
 bool DtInteractionDecoder::addParameterDecoder(const char* parameterName, ParameterFcn fcn) {
-  rti1516::ParameterHandle handle;
+  dtrti::ParameterHandle handle;
   if (!classDesc_ || !fcn || !classDesc_->parameterHandle(parameterName, &handle)) return false;
   functions_.emplace_back(handle, fcn);
   return true;
 }
 
 void DtInteractionDecoder::decode(DtInteraction* inter,
-                                  const rti1516::ParameterHandleValueMap& values) const {
+                                  const dtrti::ParameterHandleValueMap& values) const {
   for (const auto& f : functions_)
     if (values.count(f.first)) f.second(inter, values, f.first);
 }
@@ -130,7 +130,7 @@ char* DtInteractionDecoder::decodingBuffer(size_t size) {
   return buffer.data();
 }
 
-char* DtInteractionDecoder::pduBuffer(const rti1516::VariableLengthData& value) {
+char* DtInteractionDecoder::pduBuffer(const dtrti::VariableLengthData& value) {
   size_t size = value.size();
   // A value that ends inside the header may still hold the length field: the copy must
   // be as long as the padded header claims.
@@ -150,13 +150,13 @@ DtInteractionEncoder::DtInteractionEncoder(DtExerciseConn* conn, DtInterClassDes
 DtInteractionEncoder::~DtInteractionEncoder() = default;
 
 bool DtInteractionEncoder::addParameterEncoder(const char* parameterName, ParameterFcn fcn) {
-  rti1516::ParameterHandle handle;
+  dtrti::ParameterHandle handle;
   if (!classDesc_ || !fcn || !classDesc_->parameterHandle(parameterName, &handle)) return false;
   functions_.emplace_back(handle, fcn);
   return true;
 }
 
 void DtInteractionEncoder::encode(const DtInteraction* inter,
-                                  rti1516::ParameterHandleValueMap& values) const {
+                                  dtrti::ParameterHandleValueMap& values) const {
   for (const auto& f : functions_) f.second(inter, values, f.first);
 }

@@ -66,7 +66,7 @@ std::string viewControlProblem(DtExerciseConn& conn, const std::string& fdd) {
   const std::string where = "the object model of federation \"" + std::string(conn.execName()) +
                             "\" (this process named " + fdd + ")";
   if (!desc) return where + " has no interaction class ViewControl: no control PDU can travel";
-  rti1516::ParameterHandle handle;
+  dtrti::ParameterHandle handle;
   if (!desc->parameterHandle("ViewControlPdu", &handle))
     return where +
            " has no parameter ViewControlPdu in the interaction class ViewControl: no control "

@@ -1,8 +1,10 @@
 // The raw endpoint: ViewControl interactions whose one parameter holds `size` bytes
 // that look like a control PDU (its 12-byte header, kind 202), carrying vcbench's own
-// message in the first bytes of the body. Only the standard API is used.
-#include <RTI/NullFederateAmbassador.h>
-#include <RTI/RTI1516.h>
+// message in the first bytes of the body. Only the standard API is used (joining and
+// leaving through the toolkit's helpers, which know both APIs' ways).
+#include "dtRtiSession.h"
+
+#include <RTI/Exception.h>
 
 #include <cstring>
 #include <stdexcept>
@@ -16,17 +18,13 @@ namespace vcbench {
 
 namespace {
 
-std::wstring wide(const std::string& s) {
-  return std::wstring(s.begin(), s.end());
-}
-
 std::string narrow(const std::wstring& s) {
   std::string out;
   for (wchar_t c : s) out += c < 128 ? static_cast<char>(c) : '?';
   return out;
 }
 
-class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
+class RawEndpoint : public Endpoint, public DtRtiReceiver {
  public:
   RawEndpoint(const Settings& settings, Handler& handler)
       : handler_(handler),
@@ -35,20 +33,12 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
         ping_(wire::buffer(static_cast<size_t>(settings.size))),
         control_(wire::buffer(wire::kMessageSize)) {
     try {
-      rti1516::RTIambassadorFactory factory;
-      std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
-      rti_ = factory.createRTIambassador(noArgs);
-      try {
-        rti_->createFederationExecution(wide(settings.federation), wide(settings.fdd));
-      } catch (const rti1516::FederationExecutionAlreadyExists&) {
-        // The other end was first.
-      }
-      rti_->joinFederationExecution(wide(settings.federate), wide(settings.federation), *this);
+      rti_ = DtRtiJoin(settings.federation, settings.federate, settings.fdd, *this);
       cls_ = rti_->getInteractionClassHandle(L"ViewControl");
       param_ = rti_->getParameterHandle(cls_, L"ViewControlPdu");
       rti_->publishInteractionClass(cls_);
       rti_->subscribeInteractionClass(cls_, true);
-    } catch (const rti1516::Exception& e) {
+    } catch (const dtrti::Exception& e) {
       throw std::runtime_error("cannot join " + settings.federation + ": " + narrow(e.what()));
     }
     wire::mark(data_.data(), Kind::Data, 0, 0);
@@ -59,14 +49,9 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
   // (OpenRTI's local node is shutting down as the new one asks to connect through it).
   ~RawEndpoint() override {
     try {
-      rti_->resignFederationExecution(rti1516::NO_ACTION);
-    } catch (const rti1516::Exception&) {
-      return;  // Gone already: nothing to leave.
-    }
-    try {
-      rti_->destroyFederationExecution(wide(federation_));
-    } catch (const rti1516::Exception&) {
-      // Others are still in it.
+      DtRtiLeave(*rti_, federation_);
+    } catch (const dtrti::Exception&) {
+      // Gone already: nothing to leave.
     }
   }
 
@@ -94,10 +79,8 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
     });
   }
 
-  void receiveInteraction(rti1516::InteractionClassHandle,
-                          rti1516::ParameterHandleValueMap const& values,
-                          rti1516::VariableLengthData const&, rti1516::OrderType,
-                          rti1516::TransportationType) override {
+  void interactionReceived(dtrti::InteractionClassHandle,
+                           dtrti::ParameterHandleValueMap const& values) override {
     auto it = values.find(param_);
     if (it == values.end()) return;
     Message m;
@@ -108,7 +91,7 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
   // The value points at our buffer as it is now. It is pointed again before every send:
   // an RTI may take a copy of the bytes when it is given the pointer rather than when it
   // sends, and then a pointer set once would send the first contents for ever.
-  void sendBuffer(rti1516::ParameterHandleValueMap& values, std::vector<unsigned char>& buffer) {
+  void sendBuffer(dtrti::ParameterHandleValueMap& values, std::vector<unsigned char>& buffer) {
     values[param_].setDataPointer(buffer.data(), static_cast<unsigned long>(buffer.size()));
     rti_->sendInteraction(cls_, values, tag_);
   }
@@ -119,19 +102,19 @@ class RawEndpoint : public Endpoint, public rti1516::NullFederateAmbassador {
   void guarded(Call call) {
     try {
       call();
-    } catch (const rti1516::Exception& e) {
+    } catch (const dtrti::Exception& e) {
       throw std::runtime_error("connection to " + federation_ + " lost: " + narrow(e.what()));
     }
   }
 
   Handler& handler_;
   std::string federation_;
-  std::unique_ptr<rti1516::RTIambassador> rti_;
-  rti1516::InteractionClassHandle cls_;
-  rti1516::ParameterHandle param_;
+  std::unique_ptr<dtrti::RTIambassador> rti_;
+  dtrti::InteractionClassHandle cls_;
+  dtrti::ParameterHandle param_;
   std::vector<unsigned char> data_, ping_, control_;
-  rti1516::ParameterHandleValueMap dataValues_, pingValues_, controlValues_;
-  rti1516::VariableLengthData tag_;
+  dtrti::ParameterHandleValueMap dataValues_, pingValues_, controlValues_;
+  dtrti::VariableLengthData tag_;
 };
 
 }  // namespace

@@ -1,0 +1,82 @@
+#pragma once
+// What the two IEEE 1516 C++ APIs do differently, in one place: creating the RTI
+// ambassador, connecting (1516-2010 only), creating and joining a federation from an
+// object model, leaving it, and the shape of the federate ambassador's interaction
+// callbacks. Everything else the toolkit does through dtrti (dtRti.h) is written once.
+// <memory> first: some RTIs' headers use std::unique_ptr without including it.
+#include <memory>
+#include <string>
+
+#include <RTI/NullFederateAmbassador.h>
+#include <RTI/RTIambassador.h>
+
+#include "dtExport.h"
+#include "dtRti.h"
+
+/// DtRtiReceiver is a federate ambassador that hands every interaction the RTI delivers
+/// (in receive order, with or without regions) to interactionReceived(), whichever API's
+/// callback signatures the RTI calls it with. Other callbacks do nothing unless a
+/// subclass overrides them; their signatures are the same in both APIs where the toolkit
+/// uses them (name reservation).
+class DT_EXPORT DtRtiReceiver : public dtrti::NullFederateAmbassador {
+ public:
+  DtRtiReceiver();
+  ~DtRtiReceiver() override;
+
+  virtual void interactionReceived(dtrti::InteractionClassHandle cls,
+                                   const dtrti::ParameterHandleValueMap& values) = 0;
+
+  using dtrti::NullFederateAmbassador::receiveInteraction;
+#if defined(VC_HLA_EVOLVED) && VC_HLA_EVOLVED
+  void receiveInteraction(dtrti::InteractionClassHandle cls,
+                          dtrti::ParameterHandleValueMap const& values,
+                          dtrti::VariableLengthData const& tag, dtrti::OrderType sentOrder,
+                          dtrti::TransportationType transport,
+                          dtrti::SupplementalReceiveInfo info) override;
+#else
+  void receiveInteraction(dtrti::InteractionClassHandle cls,
+                          dtrti::ParameterHandleValueMap const& values,
+                          dtrti::VariableLengthData const& tag, dtrti::OrderType sentOrder,
+                          dtrti::TransportationType transport) override;
+  void receiveInteraction(dtrti::InteractionClassHandle cls,
+                          dtrti::ParameterHandleValueMap const& values,
+                          dtrti::VariableLengthData const& tag, dtrti::OrderType sentOrder,
+                          dtrti::TransportationType transport,
+                          dtrti::RegionHandleSet const& regions) override;
+#endif
+};
+
+/// A federation URL taken apart for an API that connects before it names the federation:
+/// "rti://host:port/Name" is reached through "rti://host:port" and called "Name";
+/// "thread://Name" through "thread://"; a plain "Name" through the RTI's default
+/// connection (an empty designator). The federation's name is what follows the last '/'.
+struct DT_EXPORT DtRtiFederationUrl {
+  std::string connectDesignator;
+  std::string federationName;
+  static DtRtiFederationUrl parse(const std::string& url);
+};
+
+/// Makes an RTI ambassador, connects it with `ambassador` for evoked callbacks (1516-2010),
+/// creates the federation `execName` from the object model `fomFile` if it does not exist
+/// (then `*created` is true), and joins it as `federateType`. A 1516-2010 federate that
+/// finds the federation brings `fomFile` along as an additional module, so the RTI merges
+/// it with what the federation already knows. Throws the API's exceptions; a connection
+/// made before the failure is closed first.
+DT_EXPORT std::unique_ptr<dtrti::RTIambassador> DtRtiJoin(const std::string& execName,
+                                                          const std::string& federateType,
+                                                          const std::string& fomFile,
+                                                          dtrti::FederateAmbassador& ambassador,
+                                                          bool* created = nullptr);
+
+/// Resigns (throwing the API's exception when the RTI does not confirm it), then destroys
+/// the federation if no one else is in it, and disconnects (1516-2010). The ambassador is
+/// of no further use afterwards.
+DT_EXPORT void DtRtiLeave(dtrti::RTIambassador& rti, const std::string& execName);
+
+/// Destroys the federation `execName` when no one is in it, from outside it; false when it
+/// is still in use, does not exist or cannot be reached.
+DT_EXPORT bool DtRtiDestroyFederation(const std::string& execName);
+
+/// Which IEEE 1516 API this build of the toolkit speaks: "IEEE 1516-2000" or
+/// "IEEE 1516-2010".
+DT_EXPORT const char* DtRtiApiName();

@@ -1,0 +1,188 @@
+#include "dtRtiSession.h"
+
+#include <RTI/Exception.h>
+#include <RTI/RTIambassadorFactory.h>
+
+#include <vector>
+
+#include "wideText.h"
+
+#if defined(VC_HLA_EVOLVED) && VC_HLA_EVOLVED
+#define DT_RTI_EVOLVED 1
+#else
+#define DT_RTI_EVOLVED 0
+#endif
+
+DtRtiReceiver::DtRtiReceiver() = default;
+DtRtiReceiver::~DtRtiReceiver() = default;
+
+#if DT_RTI_EVOLVED
+void DtRtiReceiver::receiveInteraction(dtrti::InteractionClassHandle cls,
+                                       dtrti::ParameterHandleValueMap const& values,
+                                       dtrti::VariableLengthData const&, dtrti::OrderType,
+                                       dtrti::TransportationType, dtrti::SupplementalReceiveInfo) {
+  interactionReceived(cls, values);
+}
+#else
+void DtRtiReceiver::receiveInteraction(dtrti::InteractionClassHandle cls,
+                                       dtrti::ParameterHandleValueMap const& values,
+                                       dtrti::VariableLengthData const&, dtrti::OrderType,
+                                       dtrti::TransportationType) {
+  interactionReceived(cls, values);
+}
+void DtRtiReceiver::receiveInteraction(dtrti::InteractionClassHandle cls,
+                                       dtrti::ParameterHandleValueMap const& values,
+                                       dtrti::VariableLengthData const&, dtrti::OrderType,
+                                       dtrti::TransportationType, dtrti::RegionHandleSet const&) {
+  interactionReceived(cls, values);
+}
+#endif
+
+DtRtiFederationUrl DtRtiFederationUrl::parse(const std::string& url) {
+  DtRtiFederationUrl out;
+  const auto scheme = url.find("://");
+  if (scheme == std::string::npos) {
+    out.federationName = url;
+    return out;
+  }
+  const auto authority = scheme + 3;
+  const auto slash = url.rfind('/');
+  if (slash < authority) {
+    // "thread://Name": nothing but the scheme to connect through.
+    out.connectDesignator = url.substr(0, authority);
+    out.federationName = url.substr(authority);
+  } else {
+    out.connectDesignator = url.substr(0, slash);
+    out.federationName = url.substr(slash + 1);
+  }
+  return out;
+}
+
+const char* DtRtiApiName() {
+  return DT_RTI_EVOLVED ? "IEEE 1516-2010" : "IEEE 1516-2000";
+}
+
+#if DT_RTI_EVOLVED
+
+namespace {
+// Connecting takes a federate ambassador even where no callback is wanted.
+class Silent : public dtrti::NullFederateAmbassador {};
+}  // namespace
+
+bool DtRtiDestroyFederation(const std::string& execName) {
+  const DtRtiFederationUrl url = DtRtiFederationUrl::parse(execName);
+  Silent silent;
+  try {
+    dtrti::RTIambassadorFactory factory;
+    std::unique_ptr<dtrti::RTIambassador> rti(factory.createRTIambassador());
+    rti->connect(silent, dtrti::HLA_EVOKED, dtwide::widen(url.connectDesignator));
+    bool destroyed = true;
+    try {
+      rti->destroyFederationExecution(dtwide::widen(url.federationName));
+    } catch (const dtrti::Exception&) {
+      destroyed = false;
+    }
+    rti->disconnect();
+    return destroyed;
+  } catch (const dtrti::Exception&) {
+    return false;
+  }
+}
+
+std::unique_ptr<dtrti::RTIambassador> DtRtiJoin(const std::string& execName,
+                                                const std::string& federateType,
+                                                const std::string& fomFile,
+                                                dtrti::FederateAmbassador& ambassador,
+                                                bool* created) {
+  if (created) *created = false;
+  const DtRtiFederationUrl url = DtRtiFederationUrl::parse(execName);
+  const std::wstring federation = dtwide::widen(url.federationName);
+  const std::wstring fom = dtwide::widen(fomFile);
+  dtrti::RTIambassadorFactory factory;
+  std::unique_ptr<dtrti::RTIambassador> rti(factory.createRTIambassador());
+  // The toolkit evokes callbacks itself, inside the application's calls.
+  rti->connect(ambassador, dtrti::HLA_EVOKED, dtwide::widen(url.connectDesignator));
+  try {
+    bool made = false;
+    try {
+      rti->createFederationExecution(federation, fom);
+      made = true;
+    } catch (const dtrti::FederationExecutionAlreadyExists&) {
+      // Joining an existing federation is the common case.
+    }
+    // The creator's model already holds our module; anyone else brings it along. Joining
+    // by type only lets several federates share a name, as the 1516-2000 API does.
+    std::vector<std::wstring> modules;
+    if (!made) modules.push_back(fom);
+    rti->joinFederationExecution(dtwide::widen(federateType), federation, modules);
+    if (created) *created = made;
+  } catch (...) {
+    try {
+      rti->disconnect();
+    } catch (const dtrti::Exception&) {
+      // The failure being thrown says more than this one.
+    }
+    throw;
+  }
+  return rti;
+}
+
+void DtRtiLeave(dtrti::RTIambassador& rti, const std::string& execName) {
+  rti.resignFederationExecution(dtrti::NO_ACTION);
+  try {
+    rti.destroyFederationExecution(dtwide::widen(DtRtiFederationUrl::parse(execName).federationName));
+  } catch (const dtrti::Exception&) {
+    // Others are still joined: the federation stays theirs.
+  }
+  try {
+    rti.disconnect();
+  } catch (const dtrti::Exception&) {
+    // Resigned already: nothing of ours is left behind.
+  }
+}
+
+#else
+
+bool DtRtiDestroyFederation(const std::string& execName) {
+  try {
+    dtrti::RTIambassadorFactory factory;
+    std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
+    std::unique_ptr<dtrti::RTIambassador> rti(factory.createRTIambassador(noArgs));
+    rti->destroyFederationExecution(dtwide::widen(execName));
+    return true;
+  } catch (const dtrti::Exception&) {
+    return false;
+  }
+}
+
+std::unique_ptr<dtrti::RTIambassador> DtRtiJoin(const std::string& execName,
+                                                const std::string& federateType,
+                                                const std::string& fomFile,
+                                                dtrti::FederateAmbassador& ambassador,
+                                                bool* created) {
+  if (created) *created = false;
+  dtrti::RTIambassadorFactory factory;
+  std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
+  std::unique_ptr<dtrti::RTIambassador> rti(factory.createRTIambassador(noArgs));
+  bool made = false;
+  try {
+    rti->createFederationExecution(dtwide::widen(execName), dtwide::widen(fomFile));
+    made = true;
+  } catch (const dtrti::FederationExecutionAlreadyExists&) {
+    // Joining an existing federation is the common case.
+  }
+  rti->joinFederationExecution(dtwide::widen(federateType), dtwide::widen(execName), ambassador);
+  if (created) *created = made;
+  return rti;
+}
+
+void DtRtiLeave(dtrti::RTIambassador& rti, const std::string& execName) {
+  rti.resignFederationExecution(dtrti::NO_ACTION);
+  try {
+    rti.destroyFederationExecution(dtwide::widen(execName));
+  } catch (const dtrti::Exception&) {
+    // Others are still joined: the federation stays theirs.
+  }
+}
+
+#endif
