@@ -4,6 +4,9 @@
 # pkg-config. Both must run, and so must the installed tools, whichever RTI the build
 # uses: the embedded one (installed beside the library in directories of its own) or one
 # installed elsewhere (RTI1516_ROOT), whose libraries the package names by their paths.
+# A build with the IEEE 1516-2010 flavour as well (RTI1516E_ROOT) is checked the same way
+# for that flavour: its library, FOM module and tools, the CMake target
+# VistrelControl::vistrelControlToolkitHLA1516e and the pkg-config name vistrelcontrol-1516e.
 #   install_consumer.sh BUILD_DIR SOURCE_DIR
 set -euo pipefail
 build=$1
@@ -67,4 +70,39 @@ export PKG_CONFIG_PATH=$lib/pkgconfig
 # shellcheck disable=SC2046
 c++ -std=c++17 -o "$work/pc-consumer" "$source/tests/consumer/consumer.cpp" $(pkg-config --cflags --libs vistrelcontrol)
 "$work/pc-consumer" "$fdd"
-echo "packaging: both consumers ran ($rti RTI)"
+
+evolved=$lib/libvistrelControlToolkitHLA1516e.so.54.0.0
+if [ ! -f "$evolved" ]; then
+  printed_has=$(cmake --build "$work/cmake-build" --target print-fdd)
+  case "$printed_has" in *"HAS_1516E=FALSE"*) ;; *) fail "find_package claims a 1516-2010 flavour" ;; esac
+  echo "packaging: both consumers ran ($rti RTI)"
+  exit 0
+fi
+echo "== IEEE 1516-2010 flavour"
+soname=$(readelf -d "$evolved" | sed -n 's/.*SONAME.*\[\(.*\)\]/\1/p')
+[ "$soname" = "libvistrelControlToolkitHLA1516e.so.54" ] || fail "bad SONAME $soname"
+test -L "$lib/libvistrelControlToolkitHLA1516e.so" || fail "no libvistrelControlToolkitHLA1516e.so link"
+fom=$prefix/share/vistrelcontrol/fom/VistrelControl-1516e.xml
+test -f "$fom" || fail "no 1516-2010 FOM module"
+fom=$(realpath "$fom")
+help=$("$prefix/bin/vcctl-1516e" --help)
+grep -qF "$fom" <<<"$help" || fail "vcctl-1516e --help names no $fom:"$'\n'"$help"
+version=$("$prefix/bin/vcctl-1516e" --version)
+grep -q '^library libvistrelControlToolkitHLA1516e.so.54,' <<<"$version" ||
+  fail "vcctl-1516e --version names another library:"$'\n'"$version"
+grep -q '^RTI: .*librti1516e' <<<"$version" || fail "vcctl-1516e is not over a 1516-2010 RTI:"$'\n'"$version"
+out=$("$prefix/bin/vcbench-1516e" --federation thread://installed --count 2000 --pings 5) ||
+  fail "installed vcbench-1516e did not run on the installed FOM module:"$'\n'"$out"
+
+cmake -S "$source/tests/consumer" -B "$work/cmake-build-e" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" \
+  -DCONSUMER_LIBRARY=vistrelControlToolkitHLA1516e >/dev/null
+cmake --build "$work/cmake-build-e" >/dev/null
+printed=$(cmake --build "$work/cmake-build-e" --target print-fdd)
+case "$printed" in *"FOM_1516E=$fom"*) ;; *) fail "find_package gave no 1516-2010 FOM module path" ;; esac
+"$work/cmake-build-e/consumer" "$fom"
+[ "$(realpath "$(pkg-config --variable=fdd vistrelcontrol-1516e)")" = "$fom" ] ||
+  fail "pkg-config vistrelcontrol-1516e names another FOM module"
+# shellcheck disable=SC2046
+c++ -std=c++17 -o "$work/pc-consumer-e" "$source/tests/consumer/consumer.cpp" $(pkg-config --cflags --libs vistrelcontrol-1516e)
+"$work/pc-consumer-e" "$fom"
+echo "packaging: both consumers ran for both flavours ($rti RTI)"

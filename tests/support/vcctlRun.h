@@ -30,10 +30,12 @@ struct VcctlRun {
   }
 };
 
-// `input`, when given, is written to vcctl's stdin, which is then closed.
+// `input`, when given, is written to vcctl's stdin, which is then closed. `program` is
+// the vcctl to run: this flavour's unless another is named.
 inline VcctlRun runVcctl(const std::vector<std::string>& args, const std::string& input = "",
-                         std::chrono::milliseconds timeout = std::chrono::seconds(20)) {
-  ChildProcess child(binaryPath("vcctl"), args, true);
+                         std::chrono::milliseconds timeout = std::chrono::seconds(20),
+                         const std::string& program = binaryPath("vcctl")) {
+  ChildProcess child(program, args, true);
   if (!input.empty()) child.writeLine(input);
   child.closeStdin();
   VcctlRun run;

@@ -130,7 +130,8 @@ std::unique_ptr<dtrti::RTIambassador> DtRtiJoin(const std::string& execName,
 void DtRtiLeave(dtrti::RTIambassador& rti, const std::string& execName) {
   rti.resignFederationExecution(dtrti::NO_ACTION);
   try {
-    rti.destroyFederationExecution(dtwide::widen(DtRtiFederationUrl::parse(execName).federationName));
+    rti.destroyFederationExecution(
+        dtwide::widen(DtRtiFederationUrl::parse(execName).federationName));
   } catch (const dtrti::Exception&) {
     // Others are still joined: the federation stays theirs.
   }
