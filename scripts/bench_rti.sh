@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
 # The embedded RTI and OpenRTI side by side on the same stream: vcbench built against each
-# (build/ and build-openrti/, built here when needed), in one process (thread://) and
-# across processes (sender and receiver as two processes through our rtihub and through
-# OpenRTI's rtinode), the two builds taking turns for ROUNDS rounds (default 3). Prints
-# the median throughput of each and the ratio embedded/OpenRTI.
+# (build/ and build-openrti/, built here when needed), and OpenRTI through both of its C++
+# APIs (vcbench over IEEE 1516-2000, vcbench-1516e over 1516-2010, from the same sources),
+# in one process (thread://) and across processes (sender and receiver as two processes
+# through our rtihub and through OpenRTI's rtinode), the variants taking turns for ROUNDS
+# rounds (default 3). Prints the median throughput of each and the ratio embedded/OpenRTI
+# (1516-2000).
 #   scripts/bench_rti.sh            COUNT interactions per run (default 200000)
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -16,11 +18,11 @@ if [ ! -f build/build.ninja ]; then
   cmake -S . -B build -G Ninja -DVC_WERROR=ON -DCMAKE_BUILD_TYPE=Release >/dev/null
 fi
 cmake --build build -j "$jobs" --target vcbench rtihub >/dev/null
-if [ ! -f build-openrti/build.ninja ]; then
+if ! grep -q "^RTI1516E_ROOT:PATH=$openrti\$" build-openrti/CMakeCache.txt 2>/dev/null; then
   cmake -S . -B build-openrti -G Ninja -DVC_WERROR=ON -DCMAKE_BUILD_TYPE=Release \
-    -DRTI1516_ROOT="$openrti" >/dev/null
+    -DRTI1516_ROOT="$openrti" -DRTI1516E_ROOT="$openrti" >/dev/null
 fi
-cmake --build build-openrti -j "$jobs" --target vcbench >/dev/null
+cmake --build build-openrti -j "$jobs" --target vcbench vcbench-1516e >/dev/null
 
 pids=()
 cleanup() {
@@ -47,14 +49,18 @@ throughput() {
   echo "${t:-0}"
 }
 
+# A variant is a build directory and the vcbench in it: build/vcbench,
+# build-openrti/vcbench or build-openrti/vcbench-1516e.
+variants=(build/vcbench build-openrti/vcbench build-openrti/vcbench-1516e)
+
 # thread:// in one process.
 in_process() {
-  "$1/bin/vcbench" --federation "thread://bench-$RANDOM" --count "$count" --pings 20 | throughput
+  "${1%/*}/bin/${1#*/}" --federation "thread://bench-$RANDOM" --count "$count" --pings 20 | throughput
 }
 
 # Sender and receiver as two processes through the build's server.
 across() {
-  local dir=$1 port server recv out
+  local dir=${1%/*} program=${1#*/} port server recv out
   port=$(free_port)
   if [ "$dir" = build ]; then
     build/bin/rtihub --listen "127.0.0.1:$port" >/dev/null 2>&1 &
@@ -67,11 +73,11 @@ across() {
   local url=rti://127.0.0.1:$port/Bench
   # A run that stalls (OpenRTI can lose the first interactions of a sender) is cut off
   # and counts as 0.
-  timeout 120 "$dir/bin/vcbench" --federation "$url" --role recv >/dev/null 2>&1 &
+  timeout 120 "$dir/bin/$program" --federation "$url" --role recv >/dev/null 2>&1 &
   recv=$!
   pids+=("$recv")
   sleep 1
-  out=$(timeout 120 "$dir/bin/vcbench" --federation "$url" --role send --count "$count" --pings 20) || true
+  out=$(timeout 120 "$dir/bin/$program" --federation "$url" --role send --count "$count" --pings 20) || true
   wait "$recv" 2>/dev/null || true
   kill "$server" 2>/dev/null || true
   wait "$server" 2>/dev/null || true
@@ -83,21 +89,23 @@ median() { sort -n | awk '{v[NR]=$1} END {print v[int((NR+1)/2)]}'; }
 declare -A runs
 for ((r = 1; r <= rounds; r++)); do
   for setup in in_process across; do
-    for dir in build build-openrti; do
-      runs[$setup/$dir]+="$($setup "$dir") "
+    for variant in "${variants[@]}"; do
+      runs[$setup/$variant]+="$($setup "$variant") "
     done
   done
 done
 
 echo "vcbench raw, 312-byte interactions, $count per run, median of $rounds alternating rounds"
 echo "load: $(cut -d' ' -f1-3 /proc/loadavg) on $(nproc) cores"
-printf '%-34s %16s %16s %8s\n' "set-up" "embedded (/s)" "OpenRTI (/s)" "ratio"
+printf '%-34s %14s %14s %14s %8s\n' "set-up" "embedded (/s)" "OpenRTI (/s)" "OpenRTI e (/s)" "ratio"
 for setup in in_process across; do
-  e=$(tr ' ' '\n' <<<"${runs[$setup/build]}" | grep . | median)
-  o=$(tr ' ' '\n' <<<"${runs[$setup/build-openrti]}" | grep . | median)
+  e=$(tr ' ' '\n' <<<"${runs[$setup/build/vcbench]}" | grep . | median)
+  o=$(tr ' ' '\n' <<<"${runs[$setup/build-openrti/vcbench]}" | grep . | median)
+  oe=$(tr ' ' '\n' <<<"${runs[$setup/build-openrti/vcbench-1516e]}" | grep . | median)
   case $setup in
     in_process) name="in-process (thread://)" ;;
     across) name="two processes (rtihub / rtinode)" ;;
   esac
-  printf '%-34s %16s %16s %7.1fx\n' "$name" "$e" "$o" "$(awk -v e="$e" -v o="$o" 'BEGIN {print (o > 0 ? e / o : 0)}')"
+  printf '%-34s %14s %14s %14s %7.1fx\n' "$name" "$e" "$o" "$oe" "$(awk -v e="$e" -v o="$o" 'BEGIN {print (o > 0 ? e / o : 0)}')"
 done
+echo "OpenRTI e: OpenRTI through its IEEE 1516-2010 API (vcbench-1516e); the others' API is 1516-2000"

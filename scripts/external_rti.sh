@@ -2,9 +2,12 @@
 # The project on RTIs it did not bring, built as a user who brings one builds it
 # (-DRTI1516_ROOT=<the RTI's install prefix>, warnings as errors):
 #  1. OpenRTI (built by scripts/openrti.sh from the archive beside the clone): the whole
-#     project and its test suite, except the tests of our own RTI and hub (label own-rti);
-#     the tests across processes run through OpenRTI's rtinode; the install test builds
-#     and runs an outside application against the installed package.
+#     project in both flavours, over OpenRTI's IEEE 1516-2000 API (RTI1516_ROOT) and over
+#     its 1516-2010 API (RTI1516E_ROOT: libvistrelControlToolkitHLA1516e, vcctl-1516e, ...),
+#     and the test suite of both, except the tests of our own RTI and hub (label own-rti);
+#     the tests across processes, among them the mixed federation of the two flavours'
+#     tools, run through OpenRTI's rtinode; the install test builds and runs an outside
+#     application of each flavour against the installed package.
 #  2. The embedded RTI installed on its own in a prefix laid out the other way (headers in
 #     include/RTI/, libraries named with _64): the library, vcbench, an example and the
 #     benchmarks, each run briefly.
@@ -27,11 +30,16 @@ elif [ "$rc" != 0 ]; then
   exit "$rc"
 else
   cmake -S . -B build-openrti -G Ninja -DCMAKE_BUILD_TYPE=Release -DVC_WERROR=ON \
-    -DVC_BUILD_BENCH=ON -DRTI1516_ROOT="$openrti" >/dev/null
+    -DVC_BUILD_BENCH=ON -DRTI1516_ROOT="$openrti" -DRTI1516E_ROOT="$openrti" >/dev/null
   cmake --build build-openrti -j "$jobs" >/dev/null
-  for p in vcviewer vcctl vcbench; do
-    rti=$(ldd "build-openrti/bin/$p" | sed -n 's/.*librti1516[^ ]* => \([^ ]*\).*/\1/p')
-    case "$rti" in "$openrti"/*) ;; *) echo "external RTI: $p uses '$rti', not OpenRTI's" >&2; exit 1 ;; esac
+  # Each flavour's programs load that API's library from OpenRTI's prefix, and not the
+  # other API's.
+  for p in vcviewer vcctl vcbench vcviewer-1516e vcctl-1516e vcbench-1516e; do
+    case $p in *-1516e) api=librti1516e other=librti1516 ;; *) api=librti1516 other=librti1516e ;; esac
+    libs=$(ldd "build-openrti/bin/$p")
+    rti=$(sed -n "s/.*$api\\.so[^ ]* => \\([^ ]*\\).*/\\1/p" <<<"$libs")
+    case "$rti" in "$openrti"/*) ;; *) echo "external RTI: $p uses '$rti', not OpenRTI's $api" >&2; exit 1 ;; esac
+    if grep -q "$other\\.so" <<<"$libs"; then echo "external RTI: $p loads $other as well" >&2; exit 1; fi
   done
   (cd build-openrti && ctest -j "$jobs" --output-on-failure --timeout 300 -LE own-rti)
   echo "external RTI: OpenRTI passed"

@@ -190,9 +190,17 @@ TEST(ObjectModel, RegisteringWithoutAnObjectModelSaysWhy) {
   EXPECT_EQ(unjoined.interactionCreator("ViewControl"), nullptr);  // nothing registered
 }
 
-TEST(ObjectModel, WithoutViewControlRegistrationWarnsAndNothingIsSent) {
+#if defined(VC_HLA_EVOLVED) && VC_HLA_EVOLVED
+constexpr bool kEvolved = true;
+#else
+constexpr bool kEvolved = false;
+#endif
+
+// An object model with one class, Chat, and no ViewControl, in the format of the API this
+// flavour speaks.
+std::string chatFdd() {
   std::string fdd = std::string(VC_BINARY_DIR) + "/no_viewcontrol_fdd" VC_TOOL_SUFFIX ".xml";
-#if VC_HLA_EVOLVED
+#if defined(VC_HLA_EVOLVED) && VC_HLA_EVOLVED
   std::ofstream(fdd) << R"(<?xml version="1.0"?>
 <objectModel xmlns="http://standards.ieee.org/IEEE1516-2010">
   <modelIdentification><name>Chat</name><type>FOM</type></modelIdentification>
@@ -221,6 +229,11 @@ TEST(ObjectModel, WithoutViewControlRegistrationWarnsAndNothingIsSent) {
 </objectModel>
 )";
 #endif
+  return fdd;
+}
+
+TEST(ObjectModel, WithoutViewControlRegistrationWarnsAndNothingIsSent) {
+  const std::string fdd = chatFdd();
   DtExerciseConn conn("thread://NoViewControl", "a", static_cast<DtFomMapper*>(nullptr),
                       fdd.c_str());
   ASSERT_TRUE(conn.connected()) << conn.errorText();
@@ -242,6 +255,47 @@ TEST(ObjectModel, WithoutViewControlRegistrationWarnsAndNothingIsSent) {
   DtVistrelRemoteController controller(&conn);
   controller.requestCurrentViewMode("x");
   EXPECT_EQ(warn.text(), "");
+}
+
+// A 1516-2010 federate brings its FOM module along when it joins a federation made from
+// another model, and the RTI merges the two; a 1516-2000 federate takes the federation's
+// model as it finds it.
+TEST(ObjectModel, AFederationOfAnotherModelGainsViewControlOnlyFromAModuleBroughtAlong) {
+  const std::string fdd = chatFdd();
+  DtExerciseConn chat("thread://OtherModel", "chat", static_cast<DtFomMapper*>(nullptr),
+                      fdd.c_str());
+  DtExerciseConn vc("thread://OtherModel", "vc", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  ASSERT_TRUE(chat.connected() && vc.connected()) << chat.errorText() << vc.errorText();
+  EXPECT_TRUE(chat.createdFederation());
+  EXPECT_NE(chat.fomMapper()->interClassDesc("Chat"), nullptr);
+  EXPECT_NE(vc.fomMapper()->interClassDesc("Chat"), nullptr);
+  DtInterClassDesc* merged = vc.fomMapper()->interClassDesc("ViewControl");
+  if (kEvolved) {
+    ASSERT_NE(merged, nullptr);
+    EXPECT_STREQ(merged->name(), "ViewControl");
+    EXPECT_TRUE(merged->parameterHandle("ViewControlPdu", nullptr));
+  } else {
+    EXPECT_EQ(merged, nullptr);
+  }
+}
+
+// How a federation URL is taken apart for an API that connects before it names the
+// federation: the last part is the federation, what comes before it the connection.
+TEST(Connection, FederationUrlsSplitAtTheirLastSlash) {
+  const auto split = [](const std::string& url) {
+    const DtRtiFederationUrl u = DtRtiFederationUrl::parse(url);
+    return u.connectDesignator + "|" + u.federationName;
+  };
+  EXPECT_EQ(split("rti://127.0.0.1:14321/Demo"), "rti://127.0.0.1:14321|Demo");
+  EXPECT_EQ(split("rti://[::1]:14321/Demo"), "rti://[::1]:14321|Demo");
+  EXPECT_EQ(split("rti://host/a/b"), "rti://host/a|b");
+  EXPECT_EQ(split("thread://Demo"), "thread://|Demo");
+  EXPECT_EQ(split("Demo"), "|Demo");
+  EXPECT_EQ(split("rti://host:1/"), "rti://host:1|");
+  EXPECT_EQ(split("thread://"), "thread://|");
+  EXPECT_EQ(split(""), "|");
+  // The library linked speaks the API these headers were compiled for.
+  EXPECT_STREQ(DtRtiApiName(), kEvolved ? "IEEE 1516-2010" : "IEEE 1516-2000");
 }
 
 TEST(Connection, BadFederationsFailWithAReason) {

@@ -50,7 +50,8 @@ class MixedFederation : public testing::TestWithParam<Mix> {
  protected:
   void SetUp() override {
     if (vctest::embeddedRti() || !vctest::serverAvailable() ||
-        !built(std::string("vcctl") + k2010.suffix) || !built(std::string("vcviewer") + k2010.suffix))
+        !built(std::string("vcctl") + k2010.suffix) ||
+        !built(std::string("vcviewer") + k2010.suffix))
       GTEST_SKIP() << "needs both flavours built over one RTI with a server process";
     const Mix& mix = GetParam();
     server_ = vctest::startServer(port_);
@@ -123,9 +124,13 @@ TEST_P(MixedFederation, DrawerDrawsIntoTheViewer) {
   std::remove(svg_.c_str());
 }
 
+std::string mixName(const testing::TestParamInfo<Mix>& param) {
+  return param.param.name;
+}
+
 INSTANTIATE_TEST_SUITE_P(Apis, MixedFederation,
                          testing::Values(Mix{"Viewer2000Controller2010", k2000, k2010},
                                          Mix{"Viewer2010Controller2000", k2010, k2000}),
-                         [](const testing::TestParamInfo<Mix>& info) { return info.param.name; });
+                         mixName);
 
 }  // namespace

@@ -424,11 +424,11 @@ TEST(Tools, VersionAndExitStatusAreStated) {
     EXPECT_EQ(lines[0], tool + " 54.0.0");
     bool library = false, rti = false;
     for (const std::string& l : lines) {
-      library = library || l.rfind(
-                               "library libvistrelControlToolkitHLA1516.so.54, version "
-                               "54.0.0",
-                               0) == 0;
-      rti = rti || (l.rfind("RTI: ", 0) == 0 && l.size() > 5);
+      // Each flavour's tools name their own library: ...HLA1516 or ...HLA1516e.
+      library = library || l.rfind("library lib" VC_LIBRARY_NAME ".so.54, version 54.0.0", 0) == 0;
+      rti =
+          rti || (l.rfind("RTI: ", 0) == 0 && l.size() > 5 &&
+                  (std::string(VC_TOOL_SUFFIX).empty() || l.find("rti1516e") != std::string::npos));
     }
     EXPECT_TRUE(library) << version.transcript();
     EXPECT_TRUE(rti) << version.transcript();
