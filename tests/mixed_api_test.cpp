@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <fstream>
+#include <ostream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -34,6 +35,11 @@ struct Mix {
   Flavour viewer;
   Flavour controller;
 };
+
+// Test names and failure messages name the mix, not its bytes.
+void PrintTo(const Mix& mix, std::ostream* os) {
+  *os << mix.name;
+}
 
 bool built(const std::string& program) {
   return ::access(vctest::programPath(program).c_str(), X_OK) == 0;
