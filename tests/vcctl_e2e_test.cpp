@@ -262,9 +262,14 @@ TEST(Tools, AnObjectModelWithoutViewControlIsAFailure) {
     std::ofstream(path) << text;
     return path;
   };
-  const std::string noClass = variant("name=\"ViewControl\"", "name=\"OtherControl\"", "class");
-  const std::string noParameter =
-      variant("name=\"ViewControlPdu\"", "name=\"Payload\"", "parameter");
+  // Names as the model's format writes them: attributes in the 1516-2000 FDD, elements in
+  // the 1516-2010 FOM module.
+  const bool elements = fdd.find("<name>ViewControl</name>") != std::string::npos;
+  auto named = [&](const std::string& name) {
+    return elements ? "<name>" + name + "</name>" : "name=\"" + name + "\"";
+  };
+  const std::string noClass = variant(named("ViewControl"), named("OtherControl"), "class");
+  const std::string noParameter = variant(named("ViewControlPdu"), named("Payload"), "parameter");
 
   const std::string url1 = vctest::hubUrl(port, "NoClass");
   ChildProcess viewer(vctest::binaryPath("vcviewer"),

@@ -88,7 +88,9 @@ class DT_EXPORT DtExerciseConn {
   // ------------------------------------------------------------------ sending
   /// Encodes and sends the interaction as its class; publishes the class on first use.
   /// Returns false (and sends nothing) when the object model lacks the class or the
-  /// connection is down.
+  /// connection is down. A class first sent from inside a callback of drainInput() goes
+  /// out, with whatever is sent after it, as that drainInput() returns (or at resign()):
+  /// its publication is waited for there, where the RTI may be asked for callbacks.
   bool sendInteraction(const DtInteraction& inter);
 
   // ------------------------------------------------------------------ receiving
@@ -164,11 +166,10 @@ class DT_EXPORT DtExerciseConn {
   void join(const char* fedFileName, DtExerciseConnStatus* status);
   void addTypedCallback(const char* className, void (*fn)(), Invoker invoke, void* usr);
   void removeTypedCallback(const char* className, void (*fn)(), void* usr);
-  void received(dtrti::InteractionClassHandle handle,
-                const dtrti::ParameterHandleValueMap& values);
-  void deliver(dtrti::InteractionClassHandle handle,
-               const dtrti::ParameterHandleValueMap& values);
+  void received(dtrti::InteractionClassHandle handle, const dtrti::ParameterHandleValueMap& values);
+  void deliver(dtrti::InteractionClassHandle handle, const dtrti::ParameterHandleValueMap& values);
   void awaitRti(bool publishing);
+  void sendDeferred();
   void deliverHeld();
   /// False when the object model has no description for the class.
   bool buildRoute(dtrti::InteractionClassHandle handle, Route& route);
@@ -205,6 +206,16 @@ class DT_EXPORT DtExerciseConn {
   std::deque<Held> held_;
   bool holding_ = false;
   bool reservationAnswered_ = false;
+  // True while the RTI is calling us back with an interaction.
+  bool inRtiCallback_ = false;
+  // A class first published inside the RTI's callback is waited for once that callback
+  // is over; until then what is sent waits here, in order.
+  struct Deferred {
+    dtrti::InteractionClassHandle handle;
+    dtrti::ParameterHandleValueMap values;
+  };
+  std::deque<Deferred> deferred_;
+  bool awaitPending_ = false;
   unsigned reservations_ = 0;
   std::vector<Route> routes_;
   bool routesStale_ = false;

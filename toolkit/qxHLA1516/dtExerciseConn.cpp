@@ -93,6 +93,9 @@ DtExerciseConn::~DtExerciseConn() {
 
 bool DtExerciseConn::resign() {
   if (!rti_ || !joined_ || lost_ || resigned_) return !lost_;
+  // An answer sent from a callback of the last drainInput() still goes out.
+  sendDeferred();
+  if (lost_) return false;
   resigned_ = true;
   try {
     DtRtiLeave(*rti_, execName_);
@@ -162,11 +165,25 @@ bool DtExerciseConn::sendInteraction(const DtInteraction& inter) {
     if (!published) {
       rti_->publishInteractionClass(handle);
       published = true;
-      awaitRti(true);
+      // Inside the RTI's callback the wait cannot evoke anything (the 1516-2010 API
+      // forbids it): what is sent goes out at the end of this drainInput(), after the wait.
+      if (inRtiCallback_)
+        awaitPending_ = true;
+      else
+        awaitRti(true);
     }
     sendValues_.clear();
     enc->encode(&inter, sendValues_);
-    rti_->sendInteraction(handle, sendValues_, dtrti::VariableLengthData());
+    if (awaitPending_) {
+      // Behind the sends that wait already: the order of sending is the order of calls.
+      Deferred later{handle, {}};
+      for (const auto& value : sendValues_)
+        later.values[value.first] =
+            dtrti::VariableLengthData(value.second.data(), value.second.size());
+      deferred_.push_back(std::move(later));
+    } else {
+      rti_->sendInteraction(handle, sendValues_, dtrti::VariableLengthData());
+    }
     sendValues_.clear();
     return true;
   } catch (const dtrti::Exception& e) {
@@ -178,7 +195,27 @@ bool DtExerciseConn::sendInteraction(const DtInteraction& inter) {
   }
 }
 
+void DtExerciseConn::sendDeferred() {
+  if (!awaitPending_ || inRtiCallback_ || !connected()) return;
+  awaitRti(true);
+  awaitPending_ = false;
+  try {
+    while (!deferred_.empty()) {
+      rti_->sendInteraction(deferred_.front().handle, deferred_.front().values,
+                            dtrti::VariableLengthData());
+      deferred_.pop_front();
+    }
+  } catch (const dtrti::Exception& e) {
+    deferred_.clear();
+    lost_ = true;
+    fail("sending to federation \"" + execName_ + "\" failed: " + what(e));
+  }
+}
+
 void DtExerciseConn::awaitRti(bool publishing) {
+  // Evoking from inside the RTI's callback is refused (1516-2010) or re-enters it: a
+  // subscription made there is not waited for.
+  if (inRtiCallback_) return;
   // An RTI may route at nodes of its own, one in each federate's process, that learn of
   // publications and subscriptions through the federation's central node: a publisher's
   // node drops what it sends before it has heard of the subscribers, and a subscription
@@ -228,10 +265,17 @@ void DtExerciseConn::received(dtrti::InteractionClassHandle handle,
                               const dtrti::ParameterHandleValueMap& values) {
   // Once anything is held, what comes after it waits behind it: the order of arrival is
   // the order of delivery.
-  if (holding_ || !held_.empty())
+  if (holding_ || !held_.empty()) {
     held_.emplace_back(handle, values);
-  else
-    deliver(handle, values);
+    return;
+  }
+  struct InCallback {
+    bool& flag;
+    const bool was;
+    explicit InCallback(bool& f) : flag(f), was(f) { flag = true; }
+    ~InCallback() { flag = was; }
+  } inCallback(inRtiCallback_);
+  deliver(handle, values);
 }
 
 void DtExerciseConn::deliverHeld() {
@@ -312,6 +356,7 @@ int DtExerciseConn::drainInput(double waitSeconds) {
     lost_ = true;
     fail("connection to federation \"" + execName_ + "\" lost: " + what(e));
   }
+  sendDeferred();
   deliverHeld();
   return delivered_;
 }
