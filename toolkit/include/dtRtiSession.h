@@ -73,10 +73,6 @@ DT_EXPORT std::unique_ptr<dtrti::RTIambassador> DtRtiJoin(const std::string& exe
 /// of no further use afterwards.
 DT_EXPORT void DtRtiLeave(dtrti::RTIambassador& rti, const std::string& execName);
 
-/// Destroys the federation `execName` when no one is in it, from outside it; false when it
-/// is still in use, does not exist or cannot be reached.
-DT_EXPORT bool DtRtiDestroyFederation(const std::string& execName);
-
 /// Which IEEE 1516 API this build of the toolkit speaks: "IEEE 1516-2000" or
 /// "IEEE 1516-2010".
 DT_EXPORT const char* DtRtiApiName();

@@ -64,31 +64,6 @@ const char* DtRtiApiName() {
 
 #if DT_RTI_EVOLVED
 
-namespace {
-// Connecting takes a federate ambassador even where no callback is wanted.
-class Silent : public dtrti::NullFederateAmbassador {};
-}  // namespace
-
-bool DtRtiDestroyFederation(const std::string& execName) {
-  const DtRtiFederationUrl url = DtRtiFederationUrl::parse(execName);
-  Silent silent;
-  try {
-    dtrti::RTIambassadorFactory factory;
-    std::unique_ptr<dtrti::RTIambassador> rti(factory.createRTIambassador());
-    rti->connect(silent, dtrti::HLA_EVOKED, dtwide::widen(url.connectDesignator));
-    bool destroyed = true;
-    try {
-      rti->destroyFederationExecution(dtwide::widen(url.federationName));
-    } catch (const dtrti::Exception&) {
-      destroyed = false;
-    }
-    rti->disconnect();
-    return destroyed;
-  } catch (const dtrti::Exception&) {
-    return false;
-  }
-}
-
 std::unique_ptr<dtrti::RTIambassador> DtRtiJoin(const std::string& execName,
                                                 const std::string& federateType,
                                                 const std::string& fomFile,
@@ -143,18 +118,6 @@ void DtRtiLeave(dtrti::RTIambassador& rti, const std::string& execName) {
 }
 
 #else
-
-bool DtRtiDestroyFederation(const std::string& execName) {
-  try {
-    dtrti::RTIambassadorFactory factory;
-    std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
-    std::unique_ptr<dtrti::RTIambassador> rti(factory.createRTIambassador(noArgs));
-    rti->destroyFederationExecution(dtwide::widen(execName));
-    return true;
-  } catch (const dtrti::Exception&) {
-    return false;
-  }
-}
 
 std::unique_ptr<dtrti::RTIambassador> DtRtiJoin(const std::string& execName,
                                                 const std::string& federateType,

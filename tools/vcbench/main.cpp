@@ -66,6 +66,7 @@ int runSender(const Settings& settings, const RunSettings& run) {
   auto endpoint = makeEndpoint(asEnd(settings, "-send"), sender);
   sender.attach(endpoint.get());
   SenderResult r = sender.run();
+  // Leaving destroys the federation when this end was the last in it.
   endpoint.reset();
   printSender(run, r);
   return 0;
@@ -78,6 +79,7 @@ int runReceiver(const Settings& settings, const RunSettings& run) {
   std::printf("receiver ready\n");
   std::fflush(stdout);
   ReceiverResult r = receiver.run();
+  // Leaving destroys the federation when this end was the last in it.
   endpoint.reset();
   printReceiver(r, true);
   return r.outOfOrder ? 1 : 0;
