@@ -125,6 +125,55 @@ TEST(ThreadFederation, ReceivedBytesOfAnotherKindGiveAnEmptyInteraction) {
   DtVistrelControlInteraction::removeCallback(&b, &Inbox::take, &inbox);
 }
 
+// A viewer's first answers, sent from inside the callback that delivers the request:
+// the class is published there, and what is sent must leave in the order of the calls,
+// each with its own bytes, by the time drainInput() returns.
+struct Answerer {
+  DtExerciseConn* conn = nullptr;
+  int requests = 0;
+  bool sent = true;
+  static void take(DtVistrelControlInteraction* inter, void* usr) {
+    auto* self = static_cast<Answerer*>(usr);
+    if (!inter->vcPdu() || inter->vcPdu()->viewerCommand() != DtVcOrbit) return;
+    ++self->requests;
+    DtAbsoluteVCPdu first;
+    first.setViewerId("answer-1");
+    DtTetherVCPdu second;
+    second.setViewerId("answer-2");
+    self->sent = sendPdu(*self->conn, first) && self->sent;
+    first.setViewerId("changed after sending");  // what went out was a copy
+    self->sent = sendPdu(*self->conn, second) && self->sent;
+  }
+};
+
+TEST(ThreadFederation, AnswersSentFromACallbackLeaveInOrderBeforeTheDrainReturns) {
+  DtExerciseConn ctl("thread://Answers", "ctl", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  DtExerciseConn viewer("thread://Answers", "viewer", static_cast<DtFomMapper*>(nullptr),
+                        VC_FDD_FILE);
+  ASSERT_TRUE(ctl.connected() && viewer.connected()) << ctl.errorText() << viewer.errorText();
+  DtVistrelControlRegister(&ctl);
+  DtVistrelControlRegister(&viewer);
+  Answerer answerer;
+  answerer.conn = &viewer;
+  DtVistrelControlInteraction::addCallback(&viewer, &Answerer::take, &answerer);
+  Inbox answers;
+  DtVistrelControlInteraction::addCallback(&ctl, &Inbox::take, &answers);
+
+  ASSERT_TRUE(sendPdu(ctl, sampleOrbit()));
+  for (int i = 0; i < 100 && answerer.requests == 0; ++i) viewer.drainInput(0.02);
+  ASSERT_EQ(answerer.requests, 1);
+  EXPECT_TRUE(answerer.sent);
+  // The viewer drains no more: both answers left within the drain that called back.
+  for (int i = 0; i < 100 && answers.pdus.size() < 2; ++i) ctl.drainInput(0.02);
+  ASSERT_EQ(answers.pdus.size(), 2u);
+  EXPECT_EQ(wire::u16(answers.pdus[0].data(), 146), static_cast<uint32_t>(DtVcAbsolute));
+  EXPECT_EQ(wire::text(answers.pdus[0].data(), 12, 64), "answer-1");
+  EXPECT_EQ(wire::u16(answers.pdus[1].data(), 146), static_cast<uint32_t>(DtVcTether));
+  EXPECT_EQ(wire::text(answers.pdus[1].data(), 12, 64), "answer-2");
+  DtVistrelControlInteraction::removeCallback(&viewer, &Answerer::take, &answerer);
+  DtVistrelControlInteraction::removeCallback(&ctl, &Inbox::take, &answers);
+}
+
 TEST(Interaction, HoldsItsOwnCopyOfThePdu) {
   DtOrbitVCPdu orbit = sampleOrbit();
   DtVistrelControlInteraction inter;
