@@ -200,22 +200,23 @@ class DT_EXPORT DtExerciseConn {
   std::map<dtrti::InteractionClassHandle, int> subscribed_;  // callbacks per class
   dtrti::ParameterHandleValueMap sendValues_;
   int delivered_ = 0;
+  // An interaction that waits, with copies of its values.
+  struct Queued {
+    dtrti::InteractionClassHandle handle;
+    dtrti::ParameterHandleValueMap values;
+  };
+  static Queued queued(dtrti::InteractionClassHandle handle,
+                       const dtrti::ParameterHandleValueMap& values);
   // While a publication or subscription waits to be confirmed, interactions that arrive
   // are kept here for the next drainInput().
-  using Held = std::pair<dtrti::InteractionClassHandle, dtrti::ParameterHandleValueMap>;
-  std::deque<Held> held_;
+  std::deque<Queued> held_;
   bool holding_ = false;
   bool reservationAnswered_ = false;
   // True while the RTI is calling us back with an interaction.
   bool inRtiCallback_ = false;
   // A class first published inside the RTI's callback is waited for once that callback
   // is over; until then what is sent waits here, in order.
-  struct Deferred {
-    dtrti::InteractionClassHandle handle;
-    dtrti::ParameterHandleValueMap values;
-  };
-  std::deque<Deferred> deferred_;
-  bool awaitPending_ = false;
+  std::deque<Queued> deferred_;
   unsigned reservations_ = 0;
   std::vector<Route> routes_;
   bool routesStale_ = false;

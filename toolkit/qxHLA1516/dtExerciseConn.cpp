@@ -41,6 +41,16 @@ std::string what(const dtrti::Exception& e) {
 }
 }  // namespace
 
+DtExerciseConn::Queued DtExerciseConn::queued(dtrti::InteractionClassHandle handle,
+                                              const dtrti::ParameterHandleValueMap& values) {
+  // The encoder's values point into the interaction's own PDU, and an RTI may hand over
+  // values that point into its receive buffer: a copy that waits owns its bytes.
+  Queued q{handle, {}};
+  for (const auto& value : values)
+    q.values[value.first] = dtrti::VariableLengthData(value.second.data(), value.second.size());
+  return q;
+}
+
 DtExerciseConn::DtExerciseConn(const char* execName, const char* federateName, DtFomMapper* mapper,
                                const char* fedFileName, DtExerciseConnStatus* status)
     : execName_(text(execName)), federateName_(text(federateName)), mapper_(mapper) {
@@ -161,6 +171,9 @@ bool DtExerciseConn::sendInteraction(const DtInteraction& inter) {
     addEncoder(handle, enc);
   }
   try {
+    // Once something waits to go out, what is sent after it waits behind it: the order of
+    // sending is the order of calls.
+    bool later = !deferred_.empty();
     bool& published = published_[handle];
     if (!published) {
       rti_->publishInteractionClass(handle);
@@ -168,22 +181,16 @@ bool DtExerciseConn::sendInteraction(const DtInteraction& inter) {
       // Inside the RTI's callback the wait cannot evoke anything (the 1516-2010 API
       // forbids it): what is sent goes out at the end of this drainInput(), after the wait.
       if (inRtiCallback_)
-        awaitPending_ = true;
+        later = true;
       else
         awaitRti(true);
     }
     sendValues_.clear();
     enc->encode(&inter, sendValues_);
-    if (awaitPending_) {
-      // Behind the sends that wait already: the order of sending is the order of calls.
-      Deferred later{handle, {}};
-      for (const auto& value : sendValues_)
-        later.values[value.first] =
-            dtrti::VariableLengthData(value.second.data(), value.second.size());
-      deferred_.push_back(std::move(later));
-    } else {
+    if (later)
+      deferred_.push_back(queued(handle, sendValues_));
+    else
       rti_->sendInteraction(handle, sendValues_, dtrti::VariableLengthData());
-    }
     sendValues_.clear();
     return true;
   } catch (const dtrti::Exception& e) {
@@ -196,9 +203,8 @@ bool DtExerciseConn::sendInteraction(const DtInteraction& inter) {
 }
 
 void DtExerciseConn::sendDeferred() {
-  if (!awaitPending_ || inRtiCallback_ || !connected()) return;
+  if (deferred_.empty() || inRtiCallback_ || !connected()) return;
   awaitRti(true);
-  awaitPending_ = false;
   try {
     while (!deferred_.empty()) {
       rti_->sendInteraction(deferred_.front().handle, deferred_.front().values,
@@ -266,7 +272,7 @@ void DtExerciseConn::received(dtrti::InteractionClassHandle handle,
   // Once anything is held, what comes after it waits behind it: the order of arrival is
   // the order of delivery.
   if (holding_ || !held_.empty()) {
-    held_.emplace_back(handle, values);
+    held_.push_back(queued(handle, values));
     return;
   }
   struct InCallback {
@@ -281,9 +287,9 @@ void DtExerciseConn::received(dtrti::InteractionClassHandle handle,
 void DtExerciseConn::deliverHeld() {
   // A callback may send, and so hold more, while we walk: one at a time from the front.
   while (!held_.empty()) {
-    Held next = std::move(held_.front());
+    Queued next = std::move(held_.front());
     held_.pop_front();
-    deliver(next.first, next.second);
+    deliver(next.handle, next.values);
   }
 }
 

@@ -62,6 +62,20 @@ const char* DtRtiApiName() {
   return DT_RTI_EVOLVED ? "IEEE 1516-2010" : "IEEE 1516-2000";
 }
 
+namespace {
+// True when this call made the federation, false when it was there already.
+bool createUnlessThere(dtrti::RTIambassador& rti, const std::wstring& federation,
+                       const std::wstring& fom) {
+  try {
+    rti.createFederationExecution(federation, fom);
+    return true;
+  } catch (const dtrti::FederationExecutionAlreadyExists&) {
+    // Joining an existing federation is the common case.
+    return false;
+  }
+}
+}  // namespace
+
 #if DT_RTI_EVOLVED
 
 std::unique_ptr<dtrti::RTIambassador> DtRtiJoin(const std::string& execName,
@@ -78,13 +92,7 @@ std::unique_ptr<dtrti::RTIambassador> DtRtiJoin(const std::string& execName,
   // The toolkit evokes callbacks itself, inside the application's calls.
   rti->connect(ambassador, dtrti::HLA_EVOKED, dtwide::widen(url.connectDesignator));
   try {
-    bool made = false;
-    try {
-      rti->createFederationExecution(federation, fom);
-      made = true;
-    } catch (const dtrti::FederationExecutionAlreadyExists&) {
-      // Joining an existing federation is the common case.
-    }
+    const bool made = createUnlessThere(*rti, federation, fom);
     // The creator's model already holds our module; anyone else brings it along. Joining
     // by type only lets several federates share a name, as the 1516-2000 API does.
     std::vector<std::wstring> modules;
@@ -128,13 +136,7 @@ std::unique_ptr<dtrti::RTIambassador> DtRtiJoin(const std::string& execName,
   dtrti::RTIambassadorFactory factory;
   std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
   std::unique_ptr<dtrti::RTIambassador> rti(factory.createRTIambassador(noArgs));
-  bool made = false;
-  try {
-    rti->createFederationExecution(dtwide::widen(execName), dtwide::widen(fomFile));
-    made = true;
-  } catch (const dtrti::FederationExecutionAlreadyExists&) {
-    // Joining an existing federation is the common case.
-  }
+  const bool made = createUnlessThere(*rti, dtwide::widen(execName), dtwide::widen(fomFile));
   rti->joinFederationExecution(dtwide::widen(federateType), dtwide::widen(execName), ambassador);
   if (created) *created = made;
   return rti;
