@@ -10,6 +10,9 @@
 #include <atomic>
 #include <thread>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 using namespace rti1516;
 using namespace rtitest;
 using std::chrono::milliseconds;
@@ -351,6 +354,84 @@ TEST_F(HubLimits, ClientTextInTheLogCannotForgeLinesOrSteerATerminal) {
   EXPECT_NE(log.find("'x\\x0artihub: dropped client 10.0.0.1:1: forged\\x1b[2J' created by"),
             std::string::npos)
       << log;
+}
+
+// ------------------------------------------------------------------ a log nobody reads
+
+// The hub's stderr is a pipe that is never read, shrunk to a page where the system lets
+// it, so that it is full after a few lines.
+class UnreadLog : public HubLimits {
+ protected:
+  void SetUp() override {
+    if (!vctest::hubAvailable()) GTEST_SKIP() << "the hub is built with the embedded RTI only";
+    ASSERT_EQ(::mkfifo(fifo_.c_str(), 0600), 0) << fifo_;
+    log_ = ::open(fifo_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_GE(log_, 0);
+    (void)::fcntl(log_, F_SETPIPE_SZ, 4096);
+    hub_ = std::make_unique<vctest::ChildProcess>(
+        "/bin/sh", std::vector<std::string>{"-c", "exec \"$0\" --listen 127.0.0.1:0 2>\"$1\"",
+                                            vctest::programPath("rtihub"), fifo_});
+    std::string line;
+    const std::string marker = "rtihub listening on 127.0.0.1:";
+    ASSERT_TRUE(hub_->waitForLine(marker, line, seconds(10))) << hub_->transcript();
+    port_ = static_cast<std::uint16_t>(std::stoul(line.substr(line.find(marker) + marker.size())));
+    name_ = testName();
+    url_ = wide(vctest::hubUrl(port_, name_));
+    makeAmbassador()->createFederationExecution(url_, wide(VC_FDD_FILE));
+  }
+  void TearDown() override {
+    HubLimits::TearDown();
+    if (log_ >= 0) ::close(log_);
+    ::unlink(fifo_.c_str());
+  }
+
+  const std::string fifo_ =
+      ::testing::TempDir() + "hub_log_" + std::to_string(::getpid()) + ".fifo";
+  int log_ = -1;
+  std::string logged_;
+};
+
+TEST_F(UnreadLog, ClientsComingAndGoingAreServedWhileNobodyReadsTheHubsLog) {
+  // Each cycle is four log lines: connected, joined, resigned, disconnected.
+  for (std::uint32_t i = 0; i < 2000; ++i) {
+    RawClient c(port_);
+    ASSERT_TRUE(c.connected()) << "cycle " << i;
+    Bytes both = Frame(kJoin).u32(1).str(name_).str("cycling").done();
+    const Bytes resign = Frame(kResign).u32(2).done();
+    both.insert(both.end(), resign.begin(), resign.end());
+    ASSERT_TRUE(c.send(both)) << "cycle " << i;
+    Bytes body;
+    Reply joined, resigned;
+    ASSERT_TRUE(c.readFrame(body, seconds(10)) && parseReply(body, joined))
+        << "the hub stopped answering at cycle " << i;
+    ASSERT_TRUE(c.readFrame(body, seconds(10)) && parseReply(body, resigned)) << "cycle " << i;
+    ASSERT_EQ(joined.status, 0u) << joined.text;
+    ASSERT_EQ(resigned.status, 0u) << resigned.text;
+  }
+  expectFederationWorks("while the log is full");
+
+  // Read at last, the log goes on where it left off, says what it had to leave out and
+  // ends with the hub's last word.
+  hub_->kill(SIGTERM);
+  EXPECT_TRUE(vctest::readUntil(log_, logged_, "", seconds(20)))
+      << "the hub's log was never closed";
+  EXPECT_EQ(hub_->wait(seconds(10)), 0);
+  hub_.reset();
+  ASSERT_FALSE(logged_.empty());
+  EXPECT_EQ(logged_.rfind("rtihub: client 127.0.0.1:", 0), 0u) << logged_.substr(0, 200);
+  EXPECT_TRUE(logged_.find(" log lines dropped: more than 262144 bytes were waiting") !=
+                  std::string::npos ||
+              logged_.find("rtihub: held back ") != std::string::npos)
+      << logged_.substr(0, 4000);
+  EXPECT_NE(logged_.find("\nrtihub: stopping on SIGTERM\n"), std::string::npos)
+      << logged_.substr(logged_.size() - std::min<std::size_t>(logged_.size(), 2000));
+  // Whole lines only, each from the hub.
+  for (std::size_t at = 0; at < logged_.size();) {
+    const std::size_t end = logged_.find('\n', at);
+    ASSERT_NE(end, std::string::npos) << "a torn last line";
+    ASSERT_EQ(logged_.compare(at, 8, "rtihub: "), 0) << logged_.substr(at, end - at);
+    at = end + 1;
+  }
 }
 
 // ------------------------------------------------------------------ federations left behind

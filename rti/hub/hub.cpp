@@ -1,10 +1,10 @@
 #include "hub.h"
 
 #include "fdd_model.h"
+#include "log_sink.h"
 #include "protocol.h"
 
 #include <algorithm>
-#include <iostream>
 #include <string_view>
 #include <vector>
 
@@ -535,6 +535,7 @@ class Session : public std::enable_shared_from_this<Session> {
 Hub::Hub(asio::io_context& io, const Options& options)
     : io_(io),
       options_(options),
+      log_(std::make_unique<LogSink>(options.logFd, "rtihub: ", LogSink::Limits{})),
       acceptor_(io),
       ticker_(io),
       acceptRetry_(io),
@@ -564,7 +565,7 @@ void Hub::stop() {
 }
 
 void Hub::log(const std::string& line) const {
-  std::cerr << "rtihub: " << escapeForLog(line) << std::endl;
+  log_->write(escapeForLog(line));
 }
 
 void Hub::info(const std::string& line) const {

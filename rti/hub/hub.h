@@ -41,8 +41,11 @@ struct Options {
   // A federation execution nobody has been joined to for this long is destroyed.
   std::chrono::seconds emptyFederationExpiry{60};
   bool quiet = false;
+  // Where log lines go (stderr unless told otherwise); -1 discards them.
+  int logFd = 2;
 };
 
+class LogSink;
 class Session;
 struct Federation;
 
@@ -69,8 +72,9 @@ class Hub {
 
   // Used by sessions.
   const Options& options() const { return options_; }
-  // Writes a line to stderr; bytes that came from clients are escaped on the way, so no
-  // client text can start a line of its own or steer a terminal.
+  // Hands a line to the log (see log_sink.h), never waiting for whoever reads it; bytes
+  // that came from clients are escaped on the way, so no client text can start a line of
+  // its own or steer a terminal.
   void log(const std::string& line) const;
   void info(const std::string& line) const;
   void forget(Session* s);
@@ -88,6 +92,7 @@ class Hub {
 
   asio::io_context& io_;
   Options options_;
+  std::unique_ptr<LogSink> log_;
   asio::ip::tcp::acceptor acceptor_;
   asio::steady_timer ticker_;
   asio::steady_timer acceptRetry_;

@@ -212,6 +212,21 @@ std::unique_ptr<ChildProcess> startHub(std::uint16_t& port,
   return hub;
 }
 
+bool readUntil(int fd, std::string& into, const std::string& text,
+               std::chrono::milliseconds timeout) {
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
+  char buf[65536];
+  while (std::chrono::steady_clock::now() < deadline) {
+    if (!text.empty() && into.find(text) != std::string::npos) return true;
+    pollfd p{fd, POLLIN, 0};
+    if (::poll(&p, 1, 20) <= 0) continue;
+    const ssize_t n = ::read(fd, buf, sizeof buf);
+    if (n == 0) return text.empty();
+    if (n > 0) into.append(buf, static_cast<std::size_t>(n));
+  }
+  return false;
+}
+
 std::string hubUrl(std::uint16_t port, const std::string& federation) {
   return "rti://127.0.0.1:" + std::to_string(port) + "/" + federation;
 }

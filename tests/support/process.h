@@ -110,6 +110,11 @@ constexpr bool kResidentMemoryTells = true;
 #endif
 double cpuSeconds(pid_t pid);
 
+// Appends what can be read from `fd` to `into` until `into` holds `text` (true), or with
+// an empty `text` until the descriptor's writers are all gone (true); false on timeout.
+bool readUntil(int fd, std::string& into, const std::string& text,
+               std::chrono::milliseconds timeout);
+
 // "rti://127.0.0.1:<port>/<federation>"
 std::string hubUrl(std::uint16_t port, const std::string& federation);
 
