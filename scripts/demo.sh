@@ -15,6 +15,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 root=$PWD
+. scripts/lib/ports.sh
 
 fail() { echo "demo.sh: $*" >&2; exit 1; }
 keep=no
@@ -121,17 +122,12 @@ if [ "$server" = rtihub ]; then
   port=${line##*127.0.0.1:}
   port=${port%%[!0-9]*}
 else
-  # rtinode takes the port it is given and says nothing when it listens: a free port is
-  # picked, and the server tried until it answers.
-  port=$(python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
-  step "Starting OpenRTI's rtinode on 127.0.0.1:$port"
-  "$openrti/bin/rtinode" -i "127.0.0.1:$port" >"$out/hub.log" 2>&1 &
+  # rtinode takes port 0 as "any" but does not say which it got: the port is read from
+  # its listening socket, so no other program can take it between choosing and listening.
+  step "Starting OpenRTI's rtinode on a free loopback port"
+  "$openrti/bin/rtinode" -i 127.0.0.1:0 >"$out/hub.log" 2>&1 &
   pids+=($!)
-  for ((i = 0; i < 100; i++)); do
-    (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null && break
-    sleep 0.1
-  done
-  (exec 3<>"/dev/tcp/127.0.0.1/$port") 2>/dev/null || { cat "$out/hub.log" >&2; fail "rtinode did not start"; }
+  port=$(wait_for_port "${pids[-1]}") || { cat "$out/hub.log" >&2; fail "rtinode did not start"; }
   line="rtinode listening on 127.0.0.1:$port"
 fi
 url=rti://127.0.0.1:$port/Demo

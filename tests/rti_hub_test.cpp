@@ -148,7 +148,8 @@ TEST_F(Hub, FederationStateIsSharedBetweenProcesses) {
 }
 
 TEST_F(Hub, UnreachableHubIsAnInternalErrorNamingTheAddress) {
-  // A port that was free a moment ago has nothing listening.
+  // A port held bound but not listening refuses, and no other process can take it while
+  // it is held.
   int fd = ::socket(AF_INET, SOCK_STREAM, 0);
   sockaddr_in a{};
   a.sin_family = AF_INET;
@@ -157,15 +158,15 @@ TEST_F(Hub, UnreachableHubIsAnInternalErrorNamingTheAddress) {
   socklen_t len = sizeof a;
   ::getsockname(fd, reinterpret_cast<sockaddr*>(&a), &len);
   const std::uint16_t port = ntohs(a.sin_port);
-  ::close(fd);
   auto rti = makeAmbassador();
   try {
     rti->createFederationExecution(wide(vctest::hubUrl(port, "X")), wide(VC_FDD_FILE));
-    FAIL() << "connected to nothing";
+    ADD_FAILURE() << "connected to nothing";
   } catch (const RTIinternalError& e) {
     EXPECT_NE(narrow(e.what()).find("127.0.0.1:" + std::to_string(port)), std::string::npos)
         << narrow(e.what());
   }
+  ::close(fd);
 }
 
 // -------------------------------------------------------------------------- Robustness

@@ -1,13 +1,16 @@
 #include "process.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
 
 #include <arpa/inet.h>
+#include <dirent.h>
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <poll.h>
@@ -46,7 +49,10 @@ ChildProcess::ChildProcess(const std::string& path, const std::vector<std::strin
   pid_ = ::fork();
   if (pid_ < 0) throw std::runtime_error("fork: " + std::string(std::strerror(errno)));
   if (pid_ == 0) {
-    // Only async-signal-safe calls between fork and exec.
+    // Only async-signal-safe calls between fork and exec. A group of its own, so that
+    // stopping the child stops what it started too (a script's servers), which would
+    // otherwise keep its output open and the test waiting for the end of it.
+    ::setpgid(0, 0);
     ::dup2(in[0], 0);
     ::dup2(out[1], 1);
     if (mergeStderr) ::dup2(out[1], 2);
@@ -55,6 +61,8 @@ ChildProcess::ChildProcess(const std::string& path, const std::vector<std::strin
     (void)!::write(2, msg, sizeof msg - 1);
     ::_exit(127);
   }
+  // Set from both sides, so that no signal sent from here can miss the group.
+  ::setpgid(pid_, pid_);
   ::close(in[0]);
   ::close(out[1]);
   stdinFd_ = in[1];
@@ -63,10 +71,15 @@ ChildProcess::ChildProcess(const std::string& path, const std::vector<std::strin
 }
 
 ChildProcess::~ChildProcess() {
-  if (!reaped_ && pid_ > 0) {
-    ::kill(pid_, SIGKILL);
-    wait(std::chrono::seconds(10));
+  bool open;
+  {
+    std::lock_guard<std::mutex> lock(mu_);
+    open = !eof_;
   }
+  // The child's group, while it may still have members: whatever the child started and
+  // left running goes too, and with it the last holder of the child's output.
+  if (pid_ > 0 && (!reaped_ || open)) ::kill(-pid_, SIGKILL);
+  if (pid_ > 0 && !reaped_) wait(std::chrono::seconds(10));
   closeFd(stdinFd_);
   if (reader_.joinable()) reader_.join();
   closeFd(stdoutFd_);
@@ -286,19 +299,38 @@ sockaddr_in loopback(std::uint16_t port) {
   return a;
 }
 
-// A loopback port nothing listens on just now. The server is told to take it a moment
-// later; another process grabbing it in between shows as a server that does not come up.
-std::uint16_t freePort() {
-  const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in a = loopback(0);
-  socklen_t len = sizeof a;
-  if (fd < 0 || ::bind(fd, reinterpret_cast<sockaddr*>(&a), sizeof a) != 0 ||
-      ::getsockname(fd, reinterpret_cast<sockaddr*>(&a), &len) != 0) {
-    if (fd >= 0) ::close(fd);
-    throw std::runtime_error("no free loopback port");
+// The TCP port a process listens on, read from /proc: 0 while it has none yet.
+std::uint16_t listeningPort(pid_t pid) {
+  const std::string proc = "/proc/" + std::to_string(pid);
+  std::vector<std::string> sockets;
+  if (DIR* dir = ::opendir((proc + "/fd").c_str())) {
+    while (const dirent* e = ::readdir(dir)) {
+      char target[64];
+      const ssize_t n = ::readlink((proc + "/fd/" + e->d_name).c_str(), target, sizeof target - 1);
+      if (n <= 0) continue;
+      target[n] = 0;
+      unsigned long inode = 0;
+      if (std::sscanf(target, "socket:[%lu]", &inode) == 1)
+        sockets.push_back(std::to_string(inode));
+    }
+    ::closedir(dir);
   }
-  ::close(fd);
-  return ntohs(a.sin_port);
+  for (const char* table : {"/net/tcp", "/net/tcp6"}) {
+    std::ifstream in(proc + table);
+    std::string line;
+    std::getline(in, line);  // the heading
+    while (std::getline(in, line)) {
+      // sl local_address rem_address st tx:rx tr:when retrnsmt uid timeout inode
+      std::istringstream fields(line);
+      std::string slot, local, remote, state, queues, timer, retransmits, uid, timeout, inode;
+      fields >> slot >> local >> remote >> state >> queues >> timer >> retransmits >> uid >>
+          timeout >> inode;
+      if (state != "0A") continue;  // LISTEN
+      if (std::find(sockets.begin(), sockets.end(), inode) == sockets.end()) continue;
+      return static_cast<std::uint16_t>(std::stoul(local.substr(local.find(':') + 1), nullptr, 16));
+    }
+  }
+  return 0;
 }
 
 bool accepts(std::uint16_t port) {
@@ -314,17 +346,17 @@ bool accepts(std::uint16_t port) {
 
 std::unique_ptr<ChildProcess> startServer(std::uint16_t& port) {
   if (embeddedRti()) return startHub(port);
-  // rtinode cannot be asked for a port of its own choosing, nor does it say when it
-  // listens: it is given a free one and tried until it answers.
-  port = freePort();
-  auto node = std::make_unique<ChildProcess>(
-      VC_RTINODE, std::vector<std::string>{"-i", "127.0.0.1:" + std::to_string(port)}, true);
+  // rtinode takes port 0 as "any" but does not say which it got: the port is read from
+  // its socket, so no other process can take it between choosing and listening.
+  auto node = std::make_unique<ChildProcess>(VC_RTINODE,
+                                             std::vector<std::string>{"-i", "127.0.0.1:0"}, true);
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-  while (!accepts(port)) {
+  port = 0;
+  while (port == 0 || !accepts(port)) {
     if (!node->running() || std::chrono::steady_clock::now() > deadline)
-      throw std::runtime_error("rtinode did not start on port " + std::to_string(port) + ":\n" +
-                               node->transcript());
+      throw std::runtime_error("rtinode did not start:\n" + node->transcript());
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    if (port == 0) port = listeningPort(node->pid());
   }
   return node;
 }

@@ -3,6 +3,7 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <type_traits>
 #include <typeinfo>
@@ -66,8 +67,15 @@ class DT_EXPORT DtExerciseConn {
   /// shortly before may not have left this process. Later calls do nothing; the
   /// destructor calls it when the application did not.
   bool resign();
-  /// The reason the connection failed or was lost; empty while all is well.
+  /// The reason the connection failed or was lost, or why the RTI last refused to
+  /// subscribe to a class (tried again at each drainInput()); empty while all is well.
+  /// The library prints none of these itself: this is where they are reported.
   const DtString& errorText() const { return error_; }
+  /// Whether the federation confirmed this connection's latest publication or
+  /// subscription before the connection went on. Always true on an RTI that routes at its
+  /// centre; false on one that routes at a node in each process (see kRtiWait) when the
+  /// confirmation did not come in time, so that others may miss the first interactions.
+  bool confirmedByFederation() const { return confirmed_; }
   /// The connection's identity: its federate name.
   const char* identity() const { return federateName_.c_str(); }
   const char* execName() const { return execName_.c_str(); }
@@ -175,6 +183,10 @@ class DT_EXPORT DtExerciseConn {
   bool buildRoute(dtrti::InteractionClassHandle handle, Route& route);
   bool stillRegistered(unsigned long long serial) const;
   void fail(const std::string& why);
+  void reservationAnswered(const std::wstring& name);
+  void subscribeOnRti(dtrti::InteractionClassHandle handle);
+  /// Subscribes again to the classes with callbacks that the RTI refused before.
+  void subscribeRefused();
 
   std::string execName_;
   std::string federateName_;
@@ -198,6 +210,8 @@ class DT_EXPORT DtExerciseConn {
   unsigned long long removals_ = 0;
   std::map<dtrti::InteractionClassHandle, bool> published_;
   std::map<dtrti::InteractionClassHandle, int> subscribed_;  // callbacks per class
+  // The classes the RTI has accepted a subscription to.
+  std::set<dtrti::InteractionClassHandle> onRti_;
   dtrti::ParameterHandleValueMap sendValues_;
   int delivered_ = 0;
   // An interaction that waits, with copies of its values.
@@ -212,6 +226,8 @@ class DT_EXPORT DtExerciseConn {
   std::deque<Queued> held_;
   bool holding_ = false;
   bool reservationAnswered_ = false;
+  std::wstring awaitedReservation_;
+  bool confirmed_ = true;
   // True while the RTI is calling us back with an interaction.
   bool inRtiCallback_ = false;
   // A class first published inside the RTI's callback is waited for once that callback

@@ -50,10 +50,22 @@ class DT_EXPORT DtRtiReceiver : public dtrti::NullFederateAmbassador {
 /// "rti://host:port/Name" is reached through "rti://host:port" and called "Name";
 /// "thread://Name" through "thread://"; a plain "Name" through the RTI's default
 /// connection (an empty designator). The federation's name is what follows the last '/'.
+///
+/// The checks say what is wrong with an address in the same words for every RTI, since
+/// RTIs tend to answer all of these with one "connection failed".
 struct DT_EXPORT DtRtiFederationUrl {
   std::string connectDesignator;
   std::string federationName;
   static DtRtiFederationUrl parse(const std::string& url);
+  /// Why `url` cannot name a federation, or "" when it can: an empty name, a thread://
+  /// or rti:// address without a federation name, an rti:// address without a host or
+  /// with a port outside 1..65535. Schemes other than these two are left to the RTI.
+  static std::string shapeProblem(const std::string& url);
+  /// Why the server an rti:// address names cannot be reached, or "" when nothing is
+  /// known against it: a host that does not resolve, or (when `probePort` and the
+  /// address has a port) a port where nothing accepts connections. Probing connects once
+  /// and closes at once, so it is meant for after the RTI has failed.
+  static std::string reachProblem(const std::string& url, bool probePort);
 };
 
 /// Makes an RTI ambassador, connects it with `ambassador` for evoked callbacks (1516-2010),

@@ -19,13 +19,14 @@ class DtExerciseConn::Ambassador : public DtRtiReceiver {
                            dtrti::ParameterHandleValueMap const& values) override {
     conn_->received(cls, values);
   }
-  // Either answer to a reservation made by awaitRti() will do: what matters is that the
-  // federation's central node has sent it. Both APIs call these alike.
-  void objectInstanceNameReservationSucceeded(std::wstring const&) override {
-    conn_->reservationAnswered_ = true;
+  // Either answer to the reservation awaitRti() waits for will do: what matters is that
+  // the federation's central node has sent it. An answer to an earlier one, whose wait
+  // ran out, says nothing about what was sent since. Both APIs call these alike.
+  void objectInstanceNameReservationSucceeded(std::wstring const& name) override {
+    conn_->reservationAnswered(name);
   }
-  void objectInstanceNameReservationFailed(std::wstring const&) override {
-    conn_->reservationAnswered_ = true;
+  void objectInstanceNameReservationFailed(std::wstring const& name) override {
+    conn_->reservationAnswered(name);
   }
 
  private:
@@ -74,19 +75,24 @@ void DtExerciseConn::join(const char* fedFileName, DtExerciseConnStatus* status)
     mapper_ = ownMapper_.get();
   }
   ambassador_.reset(new Ambassador(this));
-  try {
-    rti_ = DtRtiJoin(execName_, federateName_, text(fedFileName), *ambassador_, &created_);
-    joined_ = true;
-    mapper_->attach(rti_.get());
-  } catch (const dtrti::Exception& e) {
-    // A caller that asked for the status reports the failure its own way; warning as well
-    // would say it twice.
-    const std::string why =
-        "cannot join federation \"" + execName_ + "\" as \"" + federateName_ + "\": " + what(e);
-    if (status)
-      error_ = DtString(why);
-    else
-      fail(why);
+  const std::string cannot =
+      "cannot join federation \"" + execName_ + "\" as \"" + federateName_ + "\": ";
+  // What is wrong with the address itself is said before the RTI is asked, in the same
+  // words whichever RTI this is.
+  std::string problem = DtRtiFederationUrl::shapeProblem(execName_);
+  if (problem.empty()) problem = DtRtiFederationUrl::reachProblem(execName_, false);
+  if (!problem.empty()) {
+    fail(cannot + problem);
+  } else {
+    try {
+      rti_ = DtRtiJoin(execName_, federateName_, text(fedFileName), *ambassador_, &created_);
+      joined_ = true;
+      mapper_->attach(rti_.get());
+    } catch (const dtrti::Exception& e) {
+      // Some RTIs say only that connecting failed: a port nobody listens on is told apart.
+      const std::string unreachable = DtRtiFederationUrl::reachProblem(execName_, true);
+      fail(cannot + (unreachable.empty() ? what(e) : unreachable));
+    }
   }
   if (status) {
     status->ok = joined_;
@@ -119,8 +125,13 @@ bool DtExerciseConn::resign() {
 }
 
 void DtExerciseConn::fail(const std::string& why) {
+  // errorText() is the one report: an application that shows it would otherwise see the
+  // same failure twice.
   error_ = DtString(why);
-  DtWarn("DtExerciseConn: %s\n", why.c_str());
+}
+
+void DtExerciseConn::reservationAnswered(const std::wstring& name) {
+  if (!awaitedReservation_.empty() && name == awaitedReservation_) reservationAnswered_ = true;
 }
 
 // ------------------------------------------------------------------ tables
@@ -234,12 +245,15 @@ void DtExerciseConn::awaitRti(bool publishing) {
   // least kSettleTime. An RTI that does not reserve names routes at its centre and needs
   // no wait.
   reservationAnswered_ = false;
+  awaitedReservation_ =
+      L"VistrelControl." + dtwide::widen(federateName_) + L"." + std::to_wstring(++reservations_);
   try {
-    rti_->reserveObjectInstanceName(L"VistrelControl." + dtwide::widen(federateName_) + L"." +
-                                    std::to_wstring(++reservations_));
+    rti_->reserveObjectInstanceName(awaitedReservation_);
   } catch (const dtrti::Exception&) {
+    awaitedReservation_.clear();
     return;
   }
+  confirmed_ = false;
   // What arrives meanwhile waits for the application's next drainInput(): callbacks are
   // only ever called from there.
   holding_ = true;
@@ -263,6 +277,8 @@ void DtExerciseConn::awaitRti(bool publishing) {
     // The send that follows finds the connection gone and says so.
   }
   holding_ = false;
+  confirmed_ = answered;
+  awaitedReservation_.clear();
 }
 
 // ------------------------------------------------------------------ receiving
@@ -311,16 +327,29 @@ void DtExerciseConn::addTypedCallback(const char* className, void (*fn)(), Invok
   routesStale_ = true;
   DtInterClassDesc* desc = mapper_ ? mapper_->interClassDesc(className) : nullptr;
   if (!desc || !connected()) return;
-  int& count = subscribed_[desc->handle()];
-  if (count++ == 0) {
-    try {
-      rti_->subscribeInteractionClass(desc->handle(), true);
-      awaitRti(false);
-    } catch (const dtrti::Exception& e) {
-      fail("subscribing to " + text(className) + " in federation \"" + execName_ +
-           "\" failed: " + what(e));
-    }
+  ++subscribed_[desc->handle()];
+  subscribeOnRti(desc->handle());
+}
+
+void DtExerciseConn::subscribeOnRti(dtrti::InteractionClassHandle handle) {
+  if (onRti_.count(handle)) return;
+  try {
+    rti_->subscribeInteractionClass(handle, true);
+  } catch (const dtrti::Exception& e) {
+    // Refused for now (a federation save under way, say): tried again at each
+    // drainInput(), so the callbacks are not left deaf for good.
+    DtInterClassDesc* desc = mapper_->interClassDesc(handle);
+    fail("subscribing to " + std::string(desc ? desc->name() : "an interaction class") +
+         " in federation \"" + execName_ + "\" failed: " + what(e));
+    return;
   }
+  onRti_.insert(handle);
+  awaitRti(false);
+}
+
+void DtExerciseConn::subscribeRefused() {
+  for (const auto& sub : subscribed_)
+    if (sub.second > 0 && !onRti_.count(sub.first) && connected()) subscribeOnRti(sub.first);
 }
 
 void DtExerciseConn::removeTypedCallback(const char* className, void (*fn)(), void* usr) {
@@ -337,7 +366,7 @@ void DtExerciseConn::removeTypedCallback(const char* className, void (*fn)(), vo
   auto sub = subscribed_.find(desc->handle());
   if (sub == subscribed_.end() || --sub->second > 0) return;
   subscribed_.erase(sub);
-  if (!connected()) return;
+  if (!onRti_.erase(desc->handle()) || !connected()) return;
   try {
     rti_->unsubscribeInteractionClass(desc->handle());
   } catch (const dtrti::Exception&) {
@@ -353,6 +382,7 @@ int DtExerciseConn::drainInput(double waitSeconds) {
     deliverHeld();
     if (delivered_ > 0) waitSeconds = 0.0;
   }
+  subscribeRefused();
   try {
     // One call delivers what has arrived, but never more than a bounded batch, so a
     // sender faster than this process cannot keep the application inside this call.

@@ -38,26 +38,6 @@ void DtRtiReceiver::receiveInteraction(dtrti::InteractionClassHandle cls,
 }
 #endif
 
-DtRtiFederationUrl DtRtiFederationUrl::parse(const std::string& url) {
-  DtRtiFederationUrl out;
-  const auto scheme = url.find("://");
-  if (scheme == std::string::npos) {
-    out.federationName = url;
-    return out;
-  }
-  const auto authority = scheme + 3;
-  const auto slash = url.rfind('/');
-  if (slash < authority) {
-    // "thread://Name": nothing but the scheme to connect through.
-    out.connectDesignator = url.substr(0, authority);
-    out.federationName = url.substr(authority);
-  } else {
-    out.connectDesignator = url.substr(0, slash);
-    out.federationName = url.substr(slash + 1);
-  }
-  return out;
-}
-
 const char* DtRtiApiName() {
   return DT_RTI_EVOLVED ? "IEEE 1516-2010" : "IEEE 1516-2000";
 }
@@ -72,6 +52,29 @@ bool createUnlessThere(dtrti::RTIambassador& rti, const std::wstring& federation
   } catch (const dtrti::FederationExecutionAlreadyExists&) {
     // Joining an existing federation is the common case.
     return false;
+  }
+}
+
+// A federation found while creating may be gone by the time we join: its last member
+// left and destroyed it in between. Creating it again then makes it anew. Each round
+// lost needs another federate to leave in exactly that moment; even federates that do
+// nothing but come and go lose one round in a few, so twenty never run out in practice
+// and still end a loop that something else keeps going.
+constexpr int kJoinRounds = 20;
+
+// Creates the federation unless it is there and joins it through `join(made)`; true when
+// this call made it.
+template <typename Join>
+bool createAndJoin(dtrti::RTIambassador& rti, const std::wstring& federation,
+                   const std::wstring& fom, Join join) {
+  for (int round = 1;; ++round) {
+    const bool made = createUnlessThere(rti, federation, fom);
+    try {
+      join(made);
+      return made;
+    } catch (const dtrti::FederationExecutionDoesNotExist&) {
+      if (round >= kJoinRounds) throw;
+    }
   }
 }
 }  // namespace
@@ -92,12 +95,13 @@ std::unique_ptr<dtrti::RTIambassador> DtRtiJoin(const std::string& execName,
   // The toolkit evokes callbacks itself, inside the application's calls.
   rti->connect(ambassador, dtrti::HLA_EVOKED, dtwide::widen(url.connectDesignator));
   try {
-    const bool made = createUnlessThere(*rti, federation, fom);
-    // The creator's model already holds our module; anyone else brings it along. Joining
-    // by type only lets several federates share a name, as the 1516-2000 API does.
-    std::vector<std::wstring> modules;
-    if (!made) modules.push_back(fom);
-    rti->joinFederationExecution(dtwide::widen(federateType), federation, modules);
+    const bool made = createAndJoin(*rti, federation, fom, [&](bool madeNow) {
+      // The creator's model already holds our module; anyone else brings it along. Joining
+      // by type only lets several federates share a name, as the 1516-2000 API does.
+      std::vector<std::wstring> modules;
+      if (!madeNow) modules.push_back(fom);
+      rti->joinFederationExecution(dtwide::widen(federateType), federation, modules);
+    });
     if (created) *created = made;
   } catch (...) {
     try {
@@ -136,8 +140,10 @@ std::unique_ptr<dtrti::RTIambassador> DtRtiJoin(const std::string& execName,
   dtrti::RTIambassadorFactory factory;
   std::vector<std::wstring> noArgs;  // the factory takes them by non-const reference
   std::unique_ptr<dtrti::RTIambassador> rti(factory.createRTIambassador(noArgs));
-  const bool made = createUnlessThere(*rti, dtwide::widen(execName), dtwide::widen(fomFile));
-  rti->joinFederationExecution(dtwide::widen(federateType), dtwide::widen(execName), ambassador);
+  const std::wstring federation = dtwide::widen(execName);
+  const bool made = createAndJoin(*rti, federation, dtwide::widen(fomFile), [&](bool) {
+    rti->joinFederationExecution(dtwide::widen(federateType), federation, ambassador);
+  });
   if (created) *created = made;
   return rti;
 }
