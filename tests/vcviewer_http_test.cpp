@@ -207,6 +207,32 @@ TEST_F(LiveJson, DescribesTheSceneWithHiddenDrawingsMarkedAndNoLineBreaks) {
   EXPECT_NE(json.find("\"svg\":" + vcviewer::jsonString(viewer.svg()) + "}"), std::string::npos);
 }
 
+// A 2D drawing is placed in fractions of the screen; its PDU carries -1..1 from the centre.
+// The snapshot gives both, so 0.5,0.5 does not read as "nowhere" at [0,0,0].
+TEST_F(LiveJson, ScreenDrawingsGiveTheirPlaceAsTheApplicationGaveIt) {
+  const unsigned int text = drawer.add(new DtVdcText2DObject(
+      drawer.nextId(), "corner", DtVdcVector2D(0.25, 0.9), DtVdcColor::DtVdcWhite, false));
+  const unsigned int centre = drawer.add(new DtVdcText2DObject(
+      drawer.nextId(), "centre", DtVdcVector2D(0.5, 0.5), DtVdcColor::DtVdcWhite, false));
+  DtVdc3DAttachPoint place(DtVector64(0.5, 0.5, 0));
+  const unsigned int label = drawer.add(new DtVdcText3DObject(
+      drawer.nextId(), "label", place, DtVector64(), DtVdcColor::DtVdcWhite, false));
+  const std::string json = viewer.json();
+  const auto anchorsOf = [&](unsigned int id) {
+    const size_t at = json.find("{\"id\":" + std::to_string(id) + ",");
+    const size_t from = json.find("\"anchors\":", at);
+    return json.substr(from, json.find("\"offset\"", from) - from);
+  };
+  EXPECT_EQ(anchorsOf(text),
+            "\"anchors\":[{\"kind\":\"position\",\"position\":[-0.5,0.8,0],\"screen\":[0.25,0.9]},"
+            "{\"kind\":\"none\"}],");
+  EXPECT_EQ(anchorsOf(centre),
+            "\"anchors\":[{\"kind\":\"position\",\"position\":[0,0,0],\"screen\":[0.5,0.5]},"
+            "{\"kind\":\"none\"}],");
+  // A place in the scene is no place on the screen.
+  EXPECT_EQ(anchorsOf(label).find("screen"), std::string::npos) << anchorsOf(label);
+}
+
 TEST_F(LiveJson, PanelsCarryTheirValuesAsThePictureShowsThem) {
   auto* panelTemplate = new DtVdcAttributeGroupTemplateObject(drawer.nextId(), "Fuel");
   // Attributes are drawing objects too: ids of their own, apart from the template's.

@@ -61,11 +61,17 @@ std::string array(const Range& range, Fn each) {
   return out + "]";
 }
 
-std::string anchor(const Anchor& a) {
+std::string anchor(const Anchor& a, bool onScreen) {
   static const char* const kinds[] = {"none", "position", "entity", "object"};
   Obj o;
   o.str("kind", kinds[a.kind]);
   if (a.kind == Anchor::Position) o.raw("position", vec(a.position));
+  // A 2D drawing's position is the PDU's, -1..1 with the screen's centre at 0; the
+  // application placed it in fractions 0..1 of the screen (y up), which a reader of the
+  // snapshot compares with: both are given.
+  if (a.kind == Anchor::Position && onScreen)
+    o.raw("screen",
+          "[" + num((a.position.x() + 1) / 2) + "," + num((a.position.y() + 1) / 2) + "]");
   if (a.kind == Anchor::Entity) o.str("entity", a.entity);
   if (a.kind == Anchor::Object) o.number("object", a.objectId).number("percent", a.percent);
   return o.done();
@@ -82,7 +88,8 @@ std::string drawing(const Scene& scene, const Drawing& d) {
       .raw("layers", array(d.layers, [](unsigned int id) { return std::to_string(id); }))
       .raw("color", color(d.color))
       .flag("flashing", d.flashing)
-      .raw("anchors", "[" + anchor(d.anchors[0]) + "," + anchor(d.anchors[1]) + "]")
+      .raw("anchors",
+           "[" + anchor(d.anchors[0], d.is2D()) + "," + anchor(d.anchors[1], d.is2D()) + "]")
       .raw("offset", vec(d.offset))
       .raw("segments", array(d.segments,
                              [](const Segment& s) {
