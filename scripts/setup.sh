@@ -23,6 +23,8 @@ check_packages=(
   clang libclang-rt-dev clang-format
   valgrind
   chromium
+  # The API reference (the docs target).
+  doxygen
 )
 
 checks=yes

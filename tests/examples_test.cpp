@@ -3,6 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdint>
+#include <fstream>
+#include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -62,6 +66,74 @@ TEST(Examples, DrawSceneDrawsUpdatesAndCleansUp) {
   EXPECT_EQ(wire::f64(got[8].b(), 168), 80.0);
   EXPECT_EQ(wire::u32(got[9].b(), 168), 1u);  // into the layer
   EXPECT_EQ(wire::f64(got[13].b(), 168), 65.0);
+}
+
+// The guide explains the program it shows; the program it shows is the one built and run.
+TEST(Examples, TheGuideShowsFirstApplicationAsItIs) {
+  const auto read = [](const std::string& path) {
+    std::ifstream in(path);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+  };
+  const std::string guide = read(VC_SOURCE_DIR "/docs/writing-an-application.md");
+  const std::string program = read(VC_SOURCE_DIR "/examples/firstApplication.cpp");
+  ASSERT_FALSE(program.empty());
+  const size_t start = guide.find("```cpp\n");
+  ASSERT_NE(start, std::string::npos);
+  const size_t end = guide.find("```\n", start + 7);
+  ASSERT_NE(end, std::string::npos);
+  EXPECT_EQ(guide.substr(start + 7, end - start - 7), program);
+}
+
+// The guide's program against the viewer stand-in, as a reader of the guide runs it: the
+// viewer is tethered, shows the text while the program runs, and the program prints the
+// viewer's report that its callback received.
+TEST(Examples, FirstApplicationTethersDrawsAndHearsTheReport) {
+  if (!vctest::serverAvailable()) GTEST_SKIP() << "built against an RTI without a server process";
+  std::uint16_t port = 0;
+  std::unique_ptr<vctest::ChildProcess> server = vctest::startServer(port);
+  const std::string url = vctest::hubUrl(port, "Guide");
+  vctest::ChildProcess viewer(vctest::binaryPath("vcviewer"),
+                              {"--id", "viewer-1", "--federation", url, "--fdd", VC_FDD_FILE});
+  std::string line;
+  ASSERT_TRUE(viewer.waitForLine("ready on", line, 10s)) << viewer.transcript();
+
+  vctest::ChildProcess app(vctest::binaryPath("firstApplication"),
+                           {url, VC_FDD_FILE, "viewer-1", "2:2:2"}, true);
+  EXPECT_EQ(app.wait(20s), 0) << app.transcript();
+  const std::string said = app.transcript();
+  EXPECT_NE(said.find("viewer viewer-1 reports DtVcTetherStatus\n  tethered to 2:2:2\n"),
+            std::string::npos)
+      << said;
+  ASSERT_TRUE(viewer.waitForLine("text=\"Hello from first-app\"", line, 10s))
+      << viewer.transcript();
+  EXPECT_NE(line.find("draw add 1 "), std::string::npos) << line;
+  // The drawer takes its text away again when the program ends.
+  EXPECT_TRUE(viewer.waitForLine("remove 1", line, 10s)) << viewer.transcript();
+}
+
+// What the guide says happens on the usual mistakes: each stops the program with one line
+// that says which, before anything is sent.
+TEST(Examples, FirstApplicationStopsOnAMisspeltFederationOrABadAddress) {
+  if (!vctest::serverAvailable()) GTEST_SKIP() << "built against an RTI without a server process";
+  std::uint16_t port = 0;
+  std::unique_ptr<vctest::ChildProcess> server = vctest::startServer(port);
+  const std::string misspelt = vctest::hubUrl(port, "Gide");
+  vctest::ChildProcess app(vctest::binaryPath("firstApplication"),
+                           {misspelt, VC_FDD_FILE, "viewer-1"}, true);
+  EXPECT_EQ(app.wait(20s), 1);
+  EXPECT_EQ(app.transcript(), "federation " + misspelt + " did not exist: no viewer is in it\n");
+
+  const std::string noName = "rti://127.0.0.1:" + std::to_string(port);
+  vctest::ChildProcess bad(vctest::binaryPath("firstApplication"),
+                           {noName, VC_FDD_FILE, "viewer-1"}, true);
+  EXPECT_EQ(bad.wait(20s), 1);
+  // Said once: the library reports through errorText() and prints nothing of its own.
+  EXPECT_EQ(bad.transcript(), "cannot join: cannot join federation \"" + noName +
+                                  "\" as \"first-app\": '" + noName +
+                                  "' is not rti://HOST[:PORT]/NAME: no '/' before the "
+                                  "federation name\n");
 }
 
 }  // namespace

@@ -63,6 +63,19 @@ printed=$(cmake --build "$work/cmake-build" --target print-fdd)
 case "$printed" in *"FDD=$fdd"*) ;; *) fail "find_package gave no FDD path" ;; esac
 "$work/cmake-build/consumer" "$fdd"
 
+echo "== the installed examples ($rti RTI)"
+examples=$prefix/share/vistrelcontrol/examples
+test -f "$examples/firstApplication.cpp" || fail "no examples in $examples"
+cmake -S "$examples" -B "$work/examples-build" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >/dev/null ||
+  fail "the installed examples do not configure"
+cmake --build "$work/examples-build" >/dev/null || fail "the installed examples do not build"
+# In a federation of its own process the drawer has no one to draw for, but runs through.
+"$work/examples-build/drawScene" thread://installed-examples "$fdd" 1:1:1 1:1:2 0 >/dev/null ||
+  fail "the installed drawScene did not run"
+if [ -f "$lib/libvistrelControlToolkitHLA1516e.so.54.0.0" ]; then
+  test -x "$work/examples-build/firstApplication-1516e" || fail "no 1516-2010 examples built"
+fi
+
 echo "== pkg-config ($rti RTI)"
 export PKG_CONFIG_PATH=$lib/pkgconfig
 [ "$(realpath "$(pkg-config --variable=fdd vistrelcontrol)")" = "$(realpath "$fdd")" ] ||

@@ -7,7 +7,7 @@
 /// DtException is the toolkit's exception. Its text, what(), is "DtException: " followed
 /// by the message and then the signature of the function that threw and the name of its
 /// source file, which DT_THROW fills in:
-///   DtException: vdc object not found (thrown by <signature> in vdcRemoteDrawer)
+///   `DtException: vdc object not found (thrown by <signature> in vdcRemoteDrawer)`
 /// The three parts are also kept apart in message(), function() and file().
 class DT_EXPORT DtException : public std::exception {
  public:
