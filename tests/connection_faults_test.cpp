@@ -216,4 +216,59 @@ TEST(FederationConfirmation, ALateAnswerToAnEarlierWaitDoesNotEndTheNextOne) {
   EXPECT_TRUE(conn.resign()) << conn.errorText();
 }
 
+// Takes what the RTI delivers to the federate when the test, not the connection, joined
+// it again.
+struct Rejoined : DtRtiReceiver {
+  int received = 0;
+  void interactionReceived(dtrti::InteractionClassHandle,
+                           const dtrti::ParameterHandleValueMap&) override {
+    ++received;
+  }
+};
+
+int deliveredToConn = 0;
+void countForConn(DtInteraction*, void*) {
+  ++deliveredToConn;
+}
+
+// A subscription the RTI refuses for now is not given up: the connection subscribes again
+// once it can, and the callbacks then hear what is sent. Here the federate is out of the
+// federation, behind the connection's back, when its callback is added.
+TEST(Subscription, OneTheRtiRefusedIsMadeAgainAtTheNextDrain) {
+  const std::string url = "thread://Resubscribe";
+  DtExerciseConn sender(url.c_str(), "sender", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  DtExerciseConn conn(url.c_str(), "app", static_cast<DtFomMapper*>(nullptr), VC_FDD_FILE);
+  ASSERT_TRUE(sender.connected() && conn.connected()) << sender.errorText() << conn.errorText();
+  DtVistrelControlRegister(&sender);
+  DtVistrelControlRegister(&conn);
+
+  conn.rtiAmb()->resignFederationExecution(dtrti::NO_ACTION);
+  deliveredToConn = 0;
+  conn.addInteractionCallback("ViewControl", &countForConn, nullptr);
+  EXPECT_NE(std::string(conn.errorText().c_str()).find("subscribing to ViewControl"),
+            std::string::npos)
+      << conn.errorText();
+  EXPECT_TRUE(conn.connected());
+
+  // Back in the federation, the next drain subscribes.
+  Rejoined rejoined;
+#if defined(VC_HLA_EVOLVED) && VC_HLA_EVOLVED
+  // Callbacks still go to the connection's own ambassador, given when it connected.
+  const std::string name = DtRtiFederationUrl::parse(url).federationName;
+  conn.rtiAmb()->joinFederationExecution(L"app", std::wstring(name.begin(), name.end()));
+#else
+  conn.rtiAmb()->joinFederationExecution(L"app", std::wstring(url.begin(), url.end()), rejoined);
+#endif
+  conn.drainInput(0.0);
+
+  DtOrbitVCPdu orbit;
+  orbit.setViewerId("v");
+  DtVistrelControlInteraction inter;
+  inter.setVcPdu(orbit);
+  ASSERT_TRUE(sender.sendInteraction(inter)) << sender.errorText();
+  for (int i = 0; i < 100 && rejoined.received + deliveredToConn == 0; ++i) conn.drainInput(0.02);
+  EXPECT_EQ(rejoined.received + deliveredToConn, 1);
+  conn.removeInteractionCallback("ViewControl", &countForConn, nullptr);
+}
+
 }  // namespace
