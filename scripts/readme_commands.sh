@@ -111,9 +111,12 @@ run_shell_block() {
   done
   [ "$ran" = 1 ] || return 0
   local status=0
-  (cd "$work" && setsid --wait bash "$script") || status=$?
+  # Bounded, and through a file: a server the block left behind can hold neither this
+  # script nor whoever reads its output.
+  (cd "$work" && timeout -k 5 120 setsid --wait bash "$script" >"$work/block.log" 2>&1) || status=$?
   kill -- -"$(cat "$work/block.session")" 2>/dev/null || true
-  [ "$status" = 0 ] || fail "a command above failed"
+  cat "$work/block.log"
+  [ "$status" = 0 ] || fail "a command above failed$([ "$status" != 124 ] || echo ' (no end within 120 s)')"
 }
 
 run_cmake_block() {

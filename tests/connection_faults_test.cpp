@@ -163,7 +163,7 @@ int churn(const std::string& url, int rounds, std::string& firstFailure) {
 // connecting at the moment a process's last connection closes can hang.)
 TEST(JoinRace, AFederationDestroyedBetweenFindingAndJoiningIsMadeAgain) {
   std::string first;
-  EXPECT_EQ(churn("thread://JoinRace", vctest::embeddedRti() ? 1000 : 250, first), 0) << first;
+  EXPECT_EQ(churn("thread://JoinRace", vctest::embeddedRti() ? 1000 : 100, first), 0) << first;
   if (!vctest::hubAvailable()) return;
   std::uint16_t port = 0;
   std::unique_ptr<vctest::ChildProcess> hub = vctest::startHub(port);
