@@ -178,8 +178,8 @@ class ObjectFederate : public rti1516::NullFederateAmbassador {
   void objectInstanceNameReservationFailed(std::wstring const& name) override {
     events_.push_back("RESERVE-FAILED " + narrowed(name));
   }
-  void discoverObjectInstance(rti1516::ObjectInstanceHandle object,
-                              rti1516::ObjectClassHandle cls, std::wstring const& name) override {
+  void discoverObjectInstance(rti1516::ObjectInstanceHandle object, rti1516::ObjectClassHandle cls,
+                              std::wstring const& name) override {
     names_[object] = narrowed(name);
     handles_[narrowed(name)] = object;
     events_.push_back("DISCOVER " + narrowed(name) + " " + narrowed(rti_->getObjectClassName(cls)));
@@ -211,7 +211,8 @@ class ObjectFederate : public rti1516::NullFederateAmbassador {
     events_.push_back(e);
     provides_.emplace_back(object, attributes);
   }
-  void receiveInteraction(rti1516::InteractionClassHandle, rti1516::ParameterHandleValueMap const& values,
+  void receiveInteraction(rti1516::InteractionClassHandle,
+                          rti1516::ParameterHandleValueMap const& values,
                           rti1516::VariableLengthData const&, rti1516::OrderType,
                           rti1516::TransportationType) override {
     const auto v = values.find(fenceValue_);
@@ -224,7 +225,8 @@ class ObjectFederate : public rti1516::NullFederateAmbassador {
   std::string run(const std::string& verb, const std::vector<std::string>& a) {
     using namespace rti1516;
     auto need = [&](std::size_t n) {
-      if (a.size() < n) throw RTIinternalError(L"test command " + widen(verb) + L" lacks arguments");
+      if (a.size() < n)
+        throw RTIinternalError(L"test command " + widen(verb) + L" lacks arguments");
     };
     if (verb == "publish" || verb == "subscribe" || verb == "subscribe-passive") {
       need(1);
@@ -289,8 +291,9 @@ class ObjectFederate : public rti1516::NullFederateAmbassador {
     if (verb == "request") {
       need(1);
       const auto object = instance(a[0]);
-      rti_->requestAttributeValueUpdate(
-          object, attributeSet(rti_->getKnownObjectClassHandle(object), a, 1), VariableLengthData());
+      rti_->requestAttributeValueUpdate(object,
+                                        attributeSet(rti_->getKnownObjectClassHandle(object), a, 1),
+                                        VariableLengthData());
       return "";
     }
     if (verb == "request-class") {
@@ -318,17 +321,21 @@ class ObjectFederate : public rti1516::NullFederateAmbassador {
     if (verb == "attribute-name") {
       need(2);
       const auto cls = rti_->getObjectClassHandle(widen(a[0]));
-      return " " + narrowed(rti_->getAttributeName(cls, rti_->getAttributeHandle(cls, widen(a[1]))));
+      return " " +
+             narrowed(rti_->getAttributeName(cls, rti_->getAttributeHandle(cls, widen(a[1]))));
     }
     if (verb == "instance") {
       need(1);
-      return " " + narrowed(rti_->getObjectInstanceName(rti_->getObjectInstanceHandle(widen(a[0]))));
+      return " " +
+             narrowed(rti_->getObjectInstanceName(rti_->getObjectInstanceHandle(widen(a[0]))));
     }
     if (verb == "known-class") {
       need(1);
-      return " " + narrowed(rti_->getObjectClassName(rti_->getKnownObjectClassHandle(instance(a[0]))));
+      return " " +
+             narrowed(rti_->getObjectClassName(rti_->getKnownObjectClassHandle(instance(a[0]))));
     }
-    if (verb == "invalid-class-name") return " " + narrowed(rti_->getObjectClassName(ObjectClassHandle()));
+    if (verb == "invalid-class-name")
+      return " " + narrowed(rti_->getObjectClassName(ObjectClassHandle()));
     if (verb == "fence") {
       need(1);
       ParameterHandleValueMap values;
@@ -373,7 +380,8 @@ class ObjectFederate : public rti1516::NullFederateAmbassador {
     return it == names_.end() ? "?" : it->second;
   }
 
-  void provide(rti1516::ObjectInstanceHandle object, const rti1516::AttributeHandleSet& attributes) {
+  void provide(rti1516::ObjectInstanceHandle object,
+               const rti1516::AttributeHandleSet& attributes) {
     rti1516::AttributeHandleValueMap values;
     for (const auto& h : attributes) {
       const auto& bytes = sent_[object][h];
@@ -395,7 +403,8 @@ class ObjectFederate : public rti1516::NullFederateAmbassador {
   std::vector<std::pair<rti1516::ObjectInstanceHandle, rti1516::AttributeHandleSet>> provides_;
   std::map<rti1516::ObjectInstanceHandle, std::string> names_;
   std::map<std::string, rti1516::ObjectInstanceHandle> handles_;
-  std::map<rti1516::ObjectInstanceHandle, std::map<rti1516::AttributeHandle, std::vector<unsigned char>>>
+  std::map<rti1516::ObjectInstanceHandle,
+           std::map<rti1516::AttributeHandle, std::vector<unsigned char>>>
       sent_;
 };
 

@@ -83,7 +83,6 @@ const char* const kFom = R"(<?xml version="1.0"?>
 </objectModel>
 )";
 
-
 std::string hexOf(const rtitest::Bytes& b) {
   return omtest::toHex(b.data(), b.size());
 }
@@ -123,7 +122,8 @@ class LocalParty : public Party {
   }
   bool arrived(std::string& event, milliseconds timeout) override {
     const auto deadline = std::chrono::steady_clock::now() + timeout;
-    while (queue_.empty() && std::chrono::steady_clock::now() < deadline) take(federate_.poll(0.01));
+    while (queue_.empty() && std::chrono::steady_clock::now() < deadline)
+      take(federate_.poll(0.01));
     if (queue_.empty()) return false;
     event = queue_.front();
     queue_.pop_front();
@@ -270,8 +270,8 @@ class ObjectManagement : public ::testing::TestWithParam<Where> {
       if (e == "FENCE " + label) return got;
       if (e.compare(0, 6, "FENCE ") != 0) got.push_back(e);
     }
-    ADD_FAILURE() << "fence " << label << " never arrived; events: "
-                  << ::testing::PrintToString(got);
+    ADD_FAILURE() << "fence " << label
+                  << " never arrived; events: " << ::testing::PrintToString(got);
     return got;
   }
 
@@ -291,16 +291,15 @@ class ObjectManagement : public ::testing::TestWithParam<Where> {
   // The usual start of a case: `owner` publishes and `watcher` subscribes `attributes` of
   // Aircraft, `owner` registers `name` and updates it with `values`, and `watcher` has
   // discovered it and reflected `reflected`.
-  void watched(Party& owner, Party& watcher, const std::string& attributes,
-               const std::string& name, const std::string& values, const std::string& reflected) {
+  void watched(Party& owner, Party& watcher, const std::string& attributes, const std::string& name,
+               const std::string& values, const std::string& reflected) {
     ASSERT_EQ(owner.exec("publish Aircraft " + attributes), "OK");
     ASSERT_EQ(watcher.exec("subscribe Aircraft " + attributes), "OK");
     settle();
     registerNamed(owner, "Aircraft", name);
     ASSERT_EQ(owner.exec("update " + name + " " + values), "OK");
-    ASSERT_EQ(until(owner, watcher),
-              (Events{"DISCOVER " + name + " " + kAircraft,
-                      "REFLECT " + name + " " + reflected + " tag="}));
+    ASSERT_EQ(until(owner, watcher), (Events{"DISCOVER " + name + " " + kAircraft,
+                                             "REFLECT " + name + " " + reflected + " tag="}));
   }
 
   // Lets what each party published and subscribed become known to all the others. Some
@@ -398,9 +397,10 @@ TEST_P(ObjectManagement, ASubscriberOfASuperclassSeesTheNearestClassItSubscribes
   ASSERT_EQ(a.exec("update Jet-2 Identifier=01 Position=02 Marking=03 Altitude=04"), "OK");
   ASSERT_EQ(a.exec("update Truck-1 Identifier=05 Speed=06"), "OK");
 
-  EXPECT_EQ(until(a, physical), (Events{"DISCOVER Jet-2 " + kPhysical, "DISCOVER Truck-1 " + kPhysical,
-                                        "REFLECT Jet-2 Identifier=01 Marking=03 tag=",
-                                        "REFLECT Truck-1 Identifier=05 tag="}));
+  EXPECT_EQ(until(a, physical),
+            (Events{"DISCOVER Jet-2 " + kPhysical, "DISCOVER Truck-1 " + kPhysical,
+                    "REFLECT Jet-2 Identifier=01 Marking=03 tag=",
+                    "REFLECT Truck-1 Identifier=05 tag="}));
   EXPECT_EQ(until(a, base), (Events{"DISCOVER Jet-2 " + kBase, "DISCOVER Truck-1 " + kBase,
                                     "REFLECT Jet-2 Position=02 tag="}));
   EXPECT_EQ(until(a, other), Events{});
@@ -448,8 +448,10 @@ TEST_P(ObjectManagement, LateJoinersAndLateSubscribersDiscoverBeforeTheyReflect)
   // Whenever the discovery comes (at the subscription or with the next update), it comes
   // before the first reflect, and once.
   ASSERT_EQ(a.exec("update Jet-4 Marking=cc Altitude=dd"), "OK");
-  EXPECT_EQ(until(a, late), (Events{"DISCOVER Jet-4 " + kAircraft, "REFLECT Jet-4 Altitude=dd Marking=cc tag="}));
-  EXPECT_EQ(until(a, waiting), (Events{"DISCOVER Jet-4 " + kAircraft, "REFLECT Jet-4 Altitude=dd tag="}));
+  EXPECT_EQ(until(a, late),
+            (Events{"DISCOVER Jet-4 " + kAircraft, "REFLECT Jet-4 Altitude=dd Marking=cc tag="}));
+  EXPECT_EQ(until(a, waiting),
+            (Events{"DISCOVER Jet-4 " + kAircraft, "REFLECT Jet-4 Altitude=dd tag="}));
   ASSERT_EQ(a.exec("update Jet-4 Marking=ee"), "OK");
   EXPECT_EQ(until(a, late), Events{"REFLECT Jet-4 Marking=ee tag="});
   EXPECT_EQ(until(a, waiting), Events{});
@@ -501,7 +503,8 @@ TEST_P(ObjectManagement, RequestsAreAnsweredByTheOwnerWithCurrentValues) {
   EXPECT_EQ(asked, (Events{"PROVIDE Jet-5 Identifier", "PROVIDE Jet-6 Identifier"}));
   Events answers = until(a, b);
   std::sort(answers.begin(), answers.end());
-  EXPECT_EQ(answers, (Events{"REFLECT Jet-5 Identifier=05 tag=", "REFLECT Jet-6 Identifier=06 tag="}));
+  EXPECT_EQ(answers,
+            (Events{"REFLECT Jet-5 Identifier=05 tag=", "REFLECT Jet-6 Identifier=06 tag="}));
   EXPECT_EQ(until(b, a), Events{});
 }
 
@@ -525,7 +528,8 @@ TEST_P(ObjectManagement, InstanceNamesAreReservedOnceAndUniqueInTheFederation) {
   // Once registered, the name is neither reserved nor free: which of the two the RTI
   // says is its own choice.
   const std::string again = a.exec("register Aircraft Tank-7");
-  EXPECT_TRUE(again == "EXC ObjectInstanceNameInUse" || again == "EXC ObjectInstanceNameNotReserved")
+  EXPECT_TRUE(again == "EXC ObjectInstanceNameInUse" ||
+              again == "EXC ObjectInstanceNameNotReserved")
       << again;
   EXPECT_EQ(until(a, b), Events{"DISCOVER Tank-7 " + kAircraft});
   ASSERT_EQ(b.exec("reserve Tank-7"), "OK");
@@ -556,7 +560,8 @@ TEST_P(ObjectManagement, ClassAttributeAndInstanceNamesAndHandles) {
   // A class is found by its declared name, by its path from the root and by the path
   // below the root, and named alike in every federate.
   EXPECT_EQ(a.exec("class-name Aircraft"), "OK " + kAircraft);
-  EXPECT_EQ(b.exec("class-name HLAobjectRoot.BaseEntity.PhysicalEntity.Aircraft"), "OK " + kAircraft);
+  EXPECT_EQ(b.exec("class-name HLAobjectRoot.BaseEntity.PhysicalEntity.Aircraft"),
+            "OK " + kAircraft);
   EXPECT_EQ(b.exec("class-name HLAobjectRoot.BaseEntity.PhysicalEntity"), "OK " + kPhysical);
   EXPECT_EQ(b.exec("class-name BaseEntity"), "OK " + kBase);
   // An inherited attribute is known by its name in every subclass.
@@ -652,8 +657,10 @@ TEST_P(ObjectManagement, ResignActionsDeleteOrLeaveTheInstances) {
   for (const auto& [action, outcome] : actions) {
     SCOPED_TRACE(action);
     if (outcome != kDeletes && !vctest::embeddedRti()) {
-      std::printf("%s left out: OpenRTI 0.10 removes a resigning federate's instances "
-                  "whatever the action\n", action.c_str());
+      std::printf(
+          "%s left out: OpenRTI 0.10 removes a resigning federate's instances "
+          "whatever the action\n",
+          action.c_str());
       continue;
     }
     Party& owner = join("owner-" + action);
@@ -662,8 +669,8 @@ TEST_P(ObjectManagement, ResignActionsDeleteOrLeaveTheInstances) {
     const std::string name = "Jet-" + action;
     registerNamed(owner, "Aircraft", name);
     ASSERT_EQ(owner.exec("update " + name + " Marking=01"), "OK");
-    EXPECT_EQ(until(owner, watcher),
-              (Events{"DISCOVER " + name + " " + kAircraft, "REFLECT " + name + " Marking=01 tag="}));
+    EXPECT_EQ(until(owner, watcher), (Events{"DISCOVER " + name + " " + kAircraft,
+                                             "REFLECT " + name + " Marking=01 tag="}));
     const std::string answer = owner.exec("resign " + action);
     if (outcome == kMayRefuse && answer == "EXC FederateOwnsAttributes") {
       ASSERT_EQ(owner.exec("resign DELETE_OBJECTS"), "OK");
