@@ -35,12 +35,17 @@ struct Settings {
   std::string federate;  // federate name (and controller id in library mode)
   int size = 312;        // bytes of each data interaction and ping (raw mode)
   bool library = false;
+  // Above zero, the stream is attribute updates of this many object instances, which the
+  // sender registers and updates in turn, instead of interactions.
+  int objects = 0;
 };
 
 class Endpoint {
  public:
   virtual ~Endpoint() = default;
-  /// One interaction of the stream; `seq` counts from 0.
+  /// Called once by the sender, before the stream, once the receiver is ready.
+  virtual void begin() {}
+  /// One message of the stream; `seq` counts from 0.
   virtual void sendData(std::uint64_t seq) = 0;
   /// A message of any other kind.
   virtual void send(Kind kind, std::uint64_t a, std::uint64_t b) = 0;

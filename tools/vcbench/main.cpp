@@ -33,7 +33,7 @@ double percentile(std::vector<double> values, double p) {
 
 void printSender(const RunSettings& run, const SenderResult& r) {
   if (run.count > 0)
-    std::printf("throughput=%.0f interactions/s\n", static_cast<double>(run.count) / r.seconds);
+    std::printf("throughput=%.0f %s/s\n", static_cast<double>(run.count) / r.seconds, run.unit);
   if (!r.oneWayUs.empty()) {
     std::printf("latency p50=%.2f us p99=%.2f us (one-way, %zu single pings)\n",
                 percentile(r.oneWayUs, 0.50), percentile(r.oneWayUs, 0.99), r.oneWayUs.size());
@@ -43,11 +43,11 @@ void printSender(const RunSettings& run, const SenderResult& r) {
   std::fflush(stdout);
 }
 
-void printReceiver(const ReceiverResult& r, bool alone) {
+void printReceiver(const ReceiverResult& r, bool alone, const char* unit) {
   if (alone && r.seconds > 0)
-    std::printf("received=%llu in %.3f s: throughput=%.0f interactions/s\n",
+    std::printf("received=%llu in %.3f s: throughput=%.0f %s/s\n",
                 static_cast<unsigned long long>(r.received), r.seconds,
-                static_cast<double>(r.received) / r.seconds);
+                static_cast<double>(r.received) / r.seconds, unit);
   if (r.outOfOrder)
     std::printf("out of order: %llu\n", static_cast<unsigned long long>(r.outOfOrder));
   std::fflush(stdout);
@@ -81,7 +81,7 @@ int runReceiver(const Settings& settings, const RunSettings& run) {
   ReceiverResult r = receiver.run();
   // Leaving destroys the federation when this end was the last in it.
   endpoint.reset();
-  printReceiver(r, true);
+  printReceiver(r, true, run.unit);
   return r.outOfOrder ? 1 : 0;
 }
 
@@ -118,7 +118,7 @@ int runBoth(const Settings& settings, const RunSettings& run) {
   recvEndpoint.reset();
   if (receiverError) std::rethrow_exception(receiverError);
   printSender(run, sent);
-  printReceiver(received, false);
+  printReceiver(received, false, run.unit);
   return received.outOfOrder ? 1 : 0;
 }
 
@@ -137,7 +137,9 @@ int main(int argc, char** argv) {
       .shortName('f')
       .placeholder("URL")
       .defaultValue("thread://vcbench");
-  cli.option("fdd", Type::Text, "object model file that defines ViewControl")
+  cli.option("fdd", Type::Text,
+             "object model file that defines ViewControl (and, with --objects, the object class "
+             "Entity with the attribute State; vcbench brings such a model of its own)")
       .placeholder("FILE")
       .defaultValue(vctools::installedFdd());
   cli.option("role", Type::Text,
@@ -152,10 +154,17 @@ int main(int argc, char** argv) {
       .shortName('n')
       .range(0, 1e12)
       .defaultValue("1000000");
-  cli.option("size", Type::Integer, "bytes of each interaction's value; 312 is an orbit PDU")
+  cli.option("size", Type::Integer,
+             "bytes of each interaction's value; 312 is an orbit PDU (default), 100 an entity's "
+             "state (default with --objects)")
       .shortName('s')
-      .range(36, 65535)
-      .defaultValue("312");
+      .range(36, 65535);
+  cli.option("objects", Type::Integer,
+             "stream attribute updates of N object instances, updated in turn, instead of "
+             "interactions; the figure is reflects per second")
+      .shortName('o')
+      .placeholder("N")
+      .range(1, 1e6);
   cli.option("batch", Type::Integer,
              "interactions sent back to back; the receiver acknowledges each batch")
       .shortName('b')
@@ -205,8 +214,13 @@ int main(int argc, char** argv) {
   if (!problem.empty()) args.fail("option '--federation': " + problem);
   settings.fdd = args.text("fdd");
   settings.federate = args.text("name");
-  settings.size = static_cast<int>(args.integer("size"));
+  settings.objects = args.has("objects") ? static_cast<int>(args.integer("objects")) : 0;
+  settings.size = args.has("size") ? static_cast<int>(args.integer("size"))
+                                   : (settings.objects > 0 ? 100 : 312);
+  if (settings.objects > 0 && !args.has("fdd")) settings.fdd.clear();
   settings.library = args.flag("library");
+  if (settings.library && settings.objects > 0)
+    args.fail("--objects does not apply to --library: the controllers send interactions");
   if (settings.library && args.has("size") && settings.size != 312)
     args.fail("--size does not apply to --library: its commands are 312-byte orbit PDUs");
   RunSettings run;
@@ -218,6 +232,7 @@ int main(int argc, char** argv) {
   run.spinSeconds = (args.has("spin") ? args.real("spin") : (inProcess ? 50.0 : 0.0)) * 1e-6;
   run.timeout = args.real("timeout");
   run.checkOrder = !settings.library;
+  run.unit = settings.objects > 0 ? "reflects" : "interactions";
 
   std::string role = args.text("role");
   if (inProcess && role != "both")
@@ -228,11 +243,13 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "vcbench: recv %s%s\n", settings.library ? "library " : "raw ",
                  settings.federation.c_str());
   else
-    std::fprintf(
-        stderr, "vcbench: %s %s%s, %d-byte interactions, %llu in batches of %llu, %llu pings\n",
-        role.c_str(), settings.library ? "library " : "raw ", settings.federation.c_str(),
-        settings.library ? 312 : settings.size, static_cast<unsigned long long>(run.count),
-        static_cast<unsigned long long>(run.batch), static_cast<unsigned long long>(run.pings));
+    std::fprintf(stderr, "vcbench: %s %s%s, %d-byte %s, %llu in batches of %llu, %llu pings\n",
+                 role.c_str(), settings.library ? "library " : "raw ", settings.federation.c_str(),
+                 settings.library ? 312 : settings.size,
+                 settings.objects > 0 ? "attribute updates" : "interactions",
+                 static_cast<unsigned long long>(run.count),
+                 static_cast<unsigned long long>(run.batch),
+                 static_cast<unsigned long long>(run.pings));
   try {
     if (role == "send") return runSender(settings, run);
     if (role == "recv") return runReceiver(settings, run);

@@ -76,6 +76,7 @@ SenderResult Sender::run() {
       throw std::runtime_error("no receiver answered within the timeout");
   }
 
+  endpoint_->begin();
   if (run_.count > 0) {
     const std::uint64_t ahead = run_.window * run_.batch;
     std::uint64_t t0 = nowNs();

@@ -15,9 +15,10 @@ struct RunSettings {
   std::uint64_t batch = 256;
   std::uint64_t window = 32;
   std::uint64_t pings = 10000;
-  double spinSeconds = 50e-6;  // polling without sleeping after the last message
-  double timeout = 60.0;       // seconds without progress before giving up
-  bool checkOrder = true;      // the stream carries sequence numbers
+  double spinSeconds = 50e-6;         // polling without sleeping after the last message
+  double timeout = 60.0;              // seconds without progress before giving up
+  bool checkOrder = true;             // the stream carries sequence numbers
+  const char* unit = "interactions";  // what the throughput counts
 };
 
 struct SenderResult {
