@@ -30,6 +30,7 @@ slow=(
   "*Performance*"
   "LiveServerTest.APageThatStopsReading*"
   "LivePageProcess.ACommandReachesAnOpenStream*"
+  "LiveServerUnderAttack.HeadersSentAByteAtATime*"
 )
 exclude=$(IFS=:; echo "${slow[*]}")
 

@@ -5,12 +5,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "dtCmdLine.h"
 #include "dtOutput.h"
@@ -72,6 +75,43 @@ bool writeFile(const std::string& path, const std::string& content) {
   return false;
 }
 
+// Standard input, split into request lines. A request is a word; a line longer than
+// kMaxRequestLine is none, and is dropped as it arrives, so input without line breaks
+// costs no memory. Each byte is looked at once.
+class RequestLines {
+ public:
+  static constexpr size_t kMaxRequestLine = 4096;
+
+  // Adds `n` bytes read; calls `each` with every complete line, without its line break.
+  template <typename Each>
+  void feed(const char* p, size_t n, Each each) {
+    while (n > 0) {
+      const auto* nl = static_cast<const char*>(std::memchr(p, '\n', n));
+      const size_t part = nl ? static_cast<size_t>(nl - p) : n;
+      if (!overlong_ && line_.size() + part > kMaxRequestLine) {
+        overlong_ = true;
+        std::string().swap(line_);
+        std::fprintf(stderr,
+                     "vcviewer: a request line of more than %zu bytes, ignored up to its end\n",
+                     kMaxRequestLine);
+      }
+      if (!overlong_) line_.append(p, part);
+      if (!nl) return;
+      if (!overlong_) each(line_);
+      overlong_ = false;
+      line_.clear();
+      p = nl + 1;
+      n -= part + 1;
+    }
+  }
+
+ private:
+  std::string line_;
+  bool overlong_ = false;
+};
+
+constexpr size_t kStdinPerTurn = 1 << 20;
+
 struct Run {
   vcviewer::Viewer* viewer;
   std::string svgPath;
@@ -118,6 +158,11 @@ DtCmdLine::Command commandLine() {
              "serve a live page of the scene at HOST:PORT (a bare PORT listens on 127.0.0.1; "
              "port 0 picks a free one)")
       .placeholder("ADDRESS");
+  cli.option("http-allow-host", Type::Text,
+             "names or addresses, comma-separated, that the page may also be reached under "
+             "(it answers to its own: the loopback names, the address it listens on and, "
+             "listening on all, the machine's addresses and name)")
+      .placeholder("NAMES");
   cli.option("quiet", Type::Flag, "print no line per command").shortName('q');
   cli.option("verbose", Type::Flag, "also print a line for each PDU meant for another viewer")
       .shortName('v');
@@ -209,6 +254,16 @@ int main(int argc, char** argv) {
   auto lastSnapshot = std::chrono::steady_clock::now();
   if (args.has("http")) {
     page = std::make_unique<vcviewer::LiveServer>(vcviewer::pageFiles());
+    if (args.has("http-allow-host")) {
+      std::vector<std::string> names;
+      const std::string list = args.text("http-allow-host");
+      for (size_t at = 0; at <= list.size();) {
+        const size_t comma = std::min(list.find(',', at), list.size());
+        names.push_back(list.substr(at, comma - at));
+        at = comma + 1;
+      }
+      page->allowHosts(std::move(names));
+    }
     std::string error;
     if (!page->start(httpHost, httpPort, error)) {
       std::fprintf(stderr, "vcviewer: %s\n", error.c_str());
@@ -223,9 +278,11 @@ int main(int argc, char** argv) {
 
   int exitCode = 0;
   std::string why;
-  std::string pending;
+  RequestLines requests;
+  bool inputFlowing = false;  // standard input had data last turn: more is likely waiting
   while (why.empty()) {
-    conn.drainInput(0.02);
+    conn.drainInput(inputFlowing ? 0.0 : 0.02);
+    inputFlowing = false;
     if (page && viewer.revision() != published &&
         std::chrono::steady_clock::now() - lastSnapshot >= snapshotInterval) {
       published = viewer.revision();
@@ -239,35 +296,38 @@ int main(int argc, char** argv) {
       why = "connection lost";
       exitCode = 1;
     }
-    if (!readStdin || !why.empty()) continue;
-    pollfd p{0, POLLIN, 0};
-    if (::poll(&p, 1, 0) <= 0) continue;
-    if (p.revents & POLLNVAL) {
-      readStdin = false;
-      continue;
-    }
-    char buffer[4096];
-    ssize_t n = ::read(0, buffer, sizeof buffer);
-    if (n <= 0) {
-      why = "end of input";
-      continue;
-    }
-    pending.append(buffer, static_cast<size_t>(n));
-    size_t newline;
-    while ((newline = pending.find('\n')) != std::string::npos && why.empty()) {
-      std::string request = pending.substr(0, newline);
-      pending.erase(0, newline + 1);
-      if (!request.empty() && request.back() == '\r') request.pop_back();
-      if (request == "svg") {
-        writeSvg(run);
-      } else if (request == "state") {
-        printLine("state " + viewer.view().describe());
-      } else if (request == "quit") {
-        why = "quit";
-      } else if (!request.empty()) {
-        std::fprintf(stderr, "vcviewer: unknown request '%s' (svg, state, quit)\n",
-                     request.c_str());
+    // What has arrived, up to a budget a turn: input is taken at the pace it comes, and
+    // the federation still gets its turn between.
+    for (size_t taken = 0; readStdin && why.empty() && taken < kStdinPerTurn;) {
+      // Once input flows, a writer a moment behind is waited for, briefly.
+      pollfd p{0, POLLIN, 0};
+      if (::poll(&p, 1, taken > 0 ? 1 : 0) <= 0) break;
+      if (p.revents & POLLNVAL) {
+        readStdin = false;
+        break;
       }
+      static char buffer[64 * 1024];
+      ssize_t n = ::read(0, buffer, sizeof buffer);
+      if (n <= 0) {
+        why = "end of input";
+        break;
+      }
+      taken += static_cast<size_t>(n);
+      inputFlowing = true;
+      requests.feed(buffer, static_cast<size_t>(n), [&](std::string& request) {
+        if (!why.empty()) return;
+        if (!request.empty() && request.back() == '\r') request.pop_back();
+        if (request == "svg") {
+          writeSvg(run);
+        } else if (request == "state") {
+          printLine("state " + viewer.view().describe());
+        } else if (request == "quit") {
+          why = "quit";
+        } else if (!request.empty()) {
+          std::fprintf(stderr, "vcviewer: unknown request '%s' (svg, state, quit)\n",
+                       request.c_str());
+        }
+      });
     }
   }
 

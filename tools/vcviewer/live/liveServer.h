@@ -4,6 +4,11 @@
 // viewer's thread hands snapshots over with publish(); the server's threads only ever see
 // those finished texts, never the viewer or the library behind it, which stay
 // single-threaded. Anything but its own files and its stream is refused.
+//
+// Every request is read whole by a gate (requestGate.h) under a deadline and caps on its
+// headers before a worker sees it; the page's files and the event streams have workers
+// of their own, so open pages cannot starve the page that loads.
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -27,6 +32,13 @@ class LiveServer {
     int writeTimeoutMs = 3000;     // a page that reads nothing for this long is dropped
     int heartbeatMs = 1000;        // how soon a page that went away is noticed
     size_t maxRequestBody = 4096;  // nothing we serve takes a body
+    // A request must be complete this long after its connection was accepted.
+    std::chrono::milliseconds requestDeadline{5000};
+    size_t maxHeaders = 64;
+    size_t maxHeadBytes = 16384;  // request line and headers together
+    size_t maxWaiting = 128;      // connections whose request has not all arrived
+    size_t pageWorkers = 4;       // threads for everything but the event streams
+    size_t maxQueued = 64;        // complete requests waiting for one of those
   };
 
   explicit LiveServer(std::vector<WebFile> files);
@@ -34,6 +46,10 @@ class LiveServer {
   ~LiveServer();
   LiveServer(const LiveServer&) = delete;
   LiveServer& operator=(const LiveServer&) = delete;
+
+  /// Names or addresses a request's Host header may give besides the viewer's own ones
+  /// (see allowedHosts.h). Before start().
+  void allowHosts(std::vector<std::string> names);
 
   /// Binds `host`:`port` (port 0: one the system picks) and starts serving in threads of
   /// its own. False, with the reason in `error`, when it cannot bind.
