@@ -11,6 +11,7 @@
 #include <chrono>
 #include <csignal>
 #include <deque>
+#include <fstream>
 #include <memory>
 #include <set>
 #include <string>
@@ -734,6 +735,25 @@ TEST_P(ObjectManagement, BadInputGetsTheStandardExceptionAndHarmsNoOne) {
   ASSERT_EQ(a.exec("update Jet-10 Marking=42"), "OK");
   EXPECT_EQ(until(a, b), Events{"REFLECT Jet-10 Marking=42 tag="});
   EXPECT_EQ(until(b, a), Events{});
+}
+
+// ------------------------------------------------------------------ an outside application
+
+// tests/outside/entity_scenario knows the standard API and nothing of this project. Built
+// against whichever RTI this build uses, in one process or through the server, it must
+// print the transcript written down once for all of them.
+TEST_P(ObjectManagement, AnApplicationOfTheStandardApiTellsTheSameStoryOnEveryRti) {
+  std::ifstream file(std::string(VC_SOURCE_DIR) + "/tests/outside/entity_scenario.expected");
+  std::vector<std::string> expected;
+  for (std::string line; std::getline(file, line);) expected.push_back(line);
+  ASSERT_FALSE(expected.empty());
+
+  vctest::ChildProcess scenario(vctest::programPath("entity_scenario"),
+                                {url_, std::string(VC_SOURCE_DIR) + "/tests/outside/entities.xml"});
+  std::vector<std::string> told;
+  for (std::string line; scenario.readLine(line, seconds(30));) told.push_back(line);
+  EXPECT_EQ(scenario.wait(seconds(10)), 0) << scenario.transcript();
+  EXPECT_EQ(told, expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(, ObjectManagement,
