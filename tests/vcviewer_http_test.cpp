@@ -527,10 +527,14 @@ TEST(LiveGate, ABodyIsWaitedForUpToItsBoundAndOnlyWithALength) {
   c = checkRequest("POST / HTTP/1.1\r\nContent-Length: 4097\r\n\r\n", limits);
   EXPECT_EQ(c.refusal.status, 413);
   EXPECT_EQ(c.refusal.text, "request body over 4096 bytes");
-  for (const char* bad : {"Content-Length: -1", "Content-Length: 1x",
-                          "Content-Length:", "Content-Length: 99999999999999999999999"}) {
-    c = checkRequest(std::string("POST / HTTP/1.1\r\n") + bad + "\r\n\r\n", limits);
-    EXPECT_EQ(c.refusal.status, bad[16] == '9' ? 413 : 400) << bad;
+  // A length past any integer is too large, not malformed.
+  for (const auto& [line, status] :
+       std::vector<std::pair<std::string, int>>{{"Content-Length: -1", 400},
+                                                {"Content-Length: 1x", 400},
+                                                {"Content-Length:", 400},
+                                                {"Content-Length: 99999999999999999999999", 413}}) {
+    c = checkRequest("POST / HTTP/1.1\r\n" + line + "\r\n\r\n", limits);
+    EXPECT_EQ(c.refusal.status, status) << line;
   }
   c = checkRequest("POST / HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n", limits);
   EXPECT_EQ(c.refusal.status, 411);
