@@ -43,6 +43,10 @@ const char* kUsage =
     "oversized frame is disconnected and resigned, others are not affected. SIGINT or\n"
     "SIGTERM stops it cleanly.\n"
     "\n"
+    "Log lines go to stderr and never hold the hub up: when stderr does not keep up, lines\n"
+    "beyond 256 KiB waiting are dropped and counted (\"N log lines dropped\"), and at most\n"
+    "50 lines of one kind go out a second (\"held back N more lines like ...\").\n"
+    "\n"
     "Exit status: 0 stopped by a signal; 1 cannot listen or failed while running; 2 a bad\n"
     "command line.\n";
 
