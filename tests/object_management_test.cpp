@@ -145,6 +145,10 @@ class RemoteParty : public Party {
     if (!child_.readLine(line, seconds(20)) || line != "READY")
       throw std::runtime_error("om_peer did not join: " + child_.transcript());
   }
+  // Resigns and leaves, as a federate that is done does; one that hangs is killed.
+  ~RemoteParty() override {
+    if (child_.writeLine("exit")) child_.wait(seconds(5));
+  }
   std::string exec(const std::string& command) override {
     if (!child_.writeLine(command)) return "GONE";
     std::string line;
