@@ -1,8 +1,6 @@
 // Bytes -> the FDD parser, as the creating federate reads an object model file. A model
 // that parses is looked up by every name it declares, shared in the form the hub passes
 // on, and must come back the same.
-#include <RTI/Exception.h>
-
 #include <cstdlib>
 #include <string>
 
@@ -31,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FddModel model;
   try {
     model = parseFddText(xml, L"fuzz.xml");
-  } catch (const rti1516::Exception&) {
+  } catch (const RtiError&) {
     return 0;  // refused with a reason: what the parser is for
   }
   lookUpEverything(model.interactions);

@@ -1,7 +1,7 @@
-// Bytes -> the hub's handling of its clients: create, destroy, join, resign, subscribe
-// and interactions from three clients, routed between them, with a small queue limit so
-// that paused senders and stuck readers come into play. The clients are socket pairs in
-// this process, so there is no port and no other process.
+// Bytes -> the hub's handling of its clients: create, destroy, join, resign, subscribe,
+// interactions and object management from three greeted clients, routed between them, with a small
+// queue limit so that paused senders and stuck readers come into play. The clients are socket pairs
+// in this process, so there is no port and no other process.
 //
 // Input: chunks of [client byte][16-bit little-endian length][bytes]. The client byte's
 // low bits pick the client (0..2); 0x80 makes it stop reading, 0x40 makes it hang up,
@@ -18,6 +18,7 @@
 #include <unistd.h>
 
 #include "hub.h"
+#include "protocol.h"
 
 namespace {
 
@@ -81,6 +82,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     hub.adopt(asio::ip::tcp::socket(io, asio::ip::tcp::v4(), fds[0]));
     c.fd = fds[1];
   }
+  // Every client has said hello: the input starts where the protocol does.
+  vcrti::ByteBuffer hello;
+  vcrti::wire::FrameWriter w(hello, vcrti::wire::MsgType::Hello);
+  w.u32(0).u32(vcrti::wire::kProtocolVersion).str("fuzz");
+  w.finish();
+  for (Client& c : clients) send(io, clients, c, hello.data(), hello.size());
   settle(io, clients);
 
   size_t pos = 0;

@@ -198,7 +198,7 @@ struct Frames {
   }
   void resign(std::uint32_t id) {
     vcrti::wire::FrameWriter w(out, vcrti::wire::MsgType::Resign);
-    w.u32(id);
+    w.u32(id).u32(0);
     w.finish();
   }
   void destroy(const std::string& fed, std::uint32_t id) {

@@ -92,6 +92,7 @@ TEST_F(Faults, FederateKilledHalfwayThroughAFrameIsResignedAndNothingOfItArrives
                                 .done();
   const Bytes half(interaction.begin(), interaction.begin() + 1500);
 
+  const Bytes greeting = hello();
   int ready[2];
   ASSERT_EQ(::pipe(ready), 0);
   const pid_t child = ::fork();
@@ -100,8 +101,10 @@ TEST_F(Faults, FederateKilledHalfwayThroughAFrameIsResignedAndNothingOfItArrives
     // Only async-signal-safe calls from here on: a real federate process, dying as
     // abruptly as a process can.
     const int fd = connectTo(port_);
-    if (fd < 0 || !sendAll(fd, joined)) ::_exit(3);
+    if (fd < 0 || !sendAll(fd, greeting)) ::_exit(3);
     char reply[512];
+    if (::recv(fd, reply, sizeof reply, 0) <= 0) ::_exit(4);  // greeted
+    if (!sendAll(fd, joined)) ::_exit(3);
     if (::recv(fd, reply, sizeof reply, 0) <= 0) ::_exit(4);  // joined
     if (!sendAll(fd, half)) ::_exit(5);
     (void)!::write(ready[1], "x", 1);
@@ -137,6 +140,7 @@ TEST_F(Faults, FrameOverTheCapFromAJoinedFederateDropsItWithoutBufferingIt) {
   const long before = residentKiB(hub_->pid());
   const int fd = connectTo(port_);
   ASSERT_GE(fd, 0);
+  ASSERT_TRUE(sendAll(fd, hello()));
   ASSERT_TRUE(sendAll(fd, Frame(kJoin).u32(1).str(name_).str("big").done()));
   // Announces 64 MiB and starts sending them: the hub must not wait for, nor keep, the body.
   Bytes huge = {0x00, 0x00, 0x00, 0x04, kInteraction};
@@ -191,63 +195,6 @@ TEST_F(Faults, FrameOverTheCapFromTheHubSideIsALossNotAnAllocation) {
   fake.join();
   ::close(listener);
 }
-
-// A stand-in hub on a port of its own that answers each connection's first request with
-// the given reply frame (request id 1: every connection numbers its requests from 1).
-class FakeHub {
- public:
-  explicit FakeHub(std::vector<Bytes> replies) {
-    listener_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    ::bind(listener_, reinterpret_cast<sockaddr*>(&a), sizeof a);
-    ::listen(listener_, 4);
-    socklen_t len = sizeof a;
-    ::getsockname(listener_, reinterpret_cast<sockaddr*>(&a), &len);
-    port_ = ntohs(a.sin_port);
-    thread_ = std::thread([this, replies] {
-      for (const Bytes& reply : replies) {
-        pollfd p{listener_, POLLIN, 0};
-        if (::poll(&p, 1, 10000) != 1) return;
-        const int fd = ::accept(listener_, nullptr, nullptr);
-        char request[4096];
-        (void)!::recv(fd, request, sizeof request, 0);
-        sendAll(fd, reply);
-        closedByPeer(fd, seconds(10));
-        ::close(fd);
-      }
-    });
-  }
-  ~FakeHub() {
-    thread_.join();
-    ::close(listener_);
-  }
-  std::uint16_t port() const { return port_; }
-
-  // Reply: type 8, request id, status, text, payload; numbers little-endian.
-  static Bytes reply(std::uint32_t status, const std::string& text, const Bytes& payload) {
-    Bytes body = {8};
-    auto u32 = [&](std::uint32_t v) {
-      for (int k = 0; k < 4; ++k) body.push_back(static_cast<unsigned char>(v >> (8 * k)));
-    };
-    u32(1);
-    u32(status);
-    u32(static_cast<std::uint32_t>(text.size()));
-    body.insert(body.end(), text.begin(), text.end());
-    u32(static_cast<std::uint32_t>(payload.size()));
-    body.insert(body.end(), payload.begin(), payload.end());
-    Bytes frame;
-    for (int k = 0; k < 4; ++k) frame.push_back(static_cast<unsigned char>(body.size() >> (8 * k)));
-    frame.insert(frame.end(), body.begin(), body.end());
-    return frame;
-  }
-
- private:
-  int listener_ = -1;
-  std::uint16_t port_ = 0;
-  std::thread thread_;
-};
 
 // An object model with a name longer than the hub's frames is refused for what it is,
 // not later as a corrupt model.

@@ -97,7 +97,7 @@ TEST_F(HubLimits, AClientThatNeverReadsItsAnswersIsDroppedAndCostsTheHubItsQueue
   Bytes burst;
   for (std::uint32_t i = 0; i < 3000; ++i) {
     const Bytes join = Frame(kJoin).u32(2 * i).str(big).str("flood").done();
-    const Bytes resign = Frame(kResign).u32(2 * i + 1).done();
+    const Bytes resign = Frame(kResign).u32(2 * i + 1).u32(0).done();
     burst.insert(burst.end(), join.begin(), join.end());
     burst.insert(burst.end(), resign.begin(), resign.end());
   }
@@ -325,7 +325,7 @@ TEST_F(HubLimits, ClientTextInTheLogCannotForgeLinesOrSteerATerminal) {
   ASSERT_EQ(joined.status, 0u);
   ASSERT_GT(joined.payload.size(), 4u);
   const Bytes model(joined.payload.begin() + 4, joined.payload.end());
-  ASSERT_TRUE(raw.send(Frame(kResign).u32(2).done()));
+  ASSERT_TRUE(raw.send(Frame(kResign).u32(2).u32(0).done()));
   ASSERT_TRUE(raw.readFrame(body, seconds(10)));
   const std::string forged = "x\nrtihub: dropped client 10.0.0.1:1: forged\x1b[2J";
   // A create carrying the model the join answered with: its length, then its bytes.

@@ -13,6 +13,7 @@
 #include <deque>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <arpa/inet.h>
@@ -114,7 +115,15 @@ class Frame {
   Bytes b_;
 };
 
-constexpr std::uint8_t kCreate = 1, kJoin = 3, kResign = 4, kSubscribe = 5, kInteraction = 7;
+constexpr std::uint8_t kCreate = 1, kJoin = 3, kResign = 4, kSubscribe = 5, kInteraction = 7,
+                       kHello = 9, kSubscribeObjects = 10, kReserveName = 12, kRegister = 14,
+                       kUpdate = 16, kDelete = 17;
+// The protocol version the hub speaks; a client names it in its first frame.
+constexpr std::uint32_t kVersion = 2;
+
+inline Bytes hello(std::uint32_t version = kVersion) {
+  return Frame(kHello).u32(0).u32(version).str("test").done();
+}
 
 // An interaction frame of class `cls` with no tag and no parameters.
 inline Bytes bareInteraction(std::uint32_t cls) {
@@ -122,13 +131,15 @@ inline Bytes bareInteraction(std::uint32_t cls) {
 }
 
 // A client that speaks to the hub frame by frame, outside the RTI: to send what no
-// federate would, and to read (or not read) what the hub answers.
+// federate would, and to read (or not read) what the hub answers. It greets the hub
+// first unless told not to; the hub's answer to that is not among the frames it reads.
 class RawClient {
  public:
-  explicit RawClient(std::uint16_t port) : fd_(connectTo(port)) {
+  explicit RawClient(std::uint16_t port, bool greet = true) : fd_(connectTo(port)) {
     // A hub that stops reading must not hang the test in a send.
     timeval limit{10, 0};
     if (fd_ >= 0) ::setsockopt(fd_, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+    if (fd_ >= 0 && greet) greeting_ = send(hello());
   }
   ~RawClient() {
     if (fd_ >= 0) ::close(fd_);
@@ -143,6 +154,10 @@ class RawClient {
   }
   // The body of the next frame from the hub (type byte first); false on timeout or loss.
   bool readFrame(Bytes& body, std::chrono::milliseconds timeout) {
+    if (greeting_) {
+      greeting_ = false;
+      if (!readFrame(body, timeout)) return false;
+    }
     const auto deadline = std::chrono::steady_clock::now() + timeout;
     for (;;) {
       if (in_.size() >= 4) {
@@ -167,6 +182,7 @@ class RawClient {
 
  private:
   int fd_;
+  bool greeting_ = false;  // the hub's answer to the hello is still to be skipped
   Bytes in_;
 };
 
@@ -196,6 +212,72 @@ inline bool parseReply(const Bytes& body, Reply& r) {
   r.payload.assign(body.begin() + static_cast<std::ptrdiff_t>(at), body.end());
   return true;
 }
+
+// A stand-in hub on a port of its own that greets each connection as a hub of this
+// release does (or with the greeting given) and answers its first request after the hello
+// with the given reply frame (request id 2: every connection numbers its requests from 1,
+// the hello first).
+class FakeHub {
+ public:
+  explicit FakeHub(std::vector<Bytes> replies,
+                   Bytes greeting = answer(1, 0, "", {kVersion, 0, 0, 0})) {
+    listener_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in a{};
+    a.sin_family = AF_INET;
+    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    ::bind(listener_, reinterpret_cast<sockaddr*>(&a), sizeof a);
+    ::listen(listener_, 4);
+    socklen_t len = sizeof a;
+    ::getsockname(listener_, reinterpret_cast<sockaddr*>(&a), &len);
+    port_ = ntohs(a.sin_port);
+    thread_ = std::thread([this, replies, greeting] {
+      for (const Bytes& reply : replies) {
+        pollfd p{listener_, POLLIN, 0};
+        if (::poll(&p, 1, 10000) != 1) return;
+        const int fd = ::accept(listener_, nullptr, nullptr);
+        char request[4096];
+        (void)!::recv(fd, request, sizeof request, 0);
+        sendAll(fd, greeting);
+        (void)!::recv(fd, request, sizeof request, 0);
+        sendAll(fd, reply);
+        closedByPeer(fd, std::chrono::seconds(10));
+        ::close(fd);
+      }
+    });
+  }
+  ~FakeHub() {
+    thread_.join();
+    ::close(listener_);
+  }
+  std::uint16_t port() const { return port_; }
+
+  // Reply: type 8, request id, status, text, payload; numbers little-endian.
+  static Bytes reply(std::uint32_t status, const std::string& text, const Bytes& payload) {
+    return answer(2, status, text, payload);
+  }
+  static Bytes answer(std::uint32_t id, std::uint32_t status, const std::string& text,
+                      const Bytes& payload) {
+    Bytes body = {8};
+    auto u32 = [&](std::uint32_t v) {
+      for (int k = 0; k < 4; ++k) body.push_back(static_cast<unsigned char>(v >> (8 * k)));
+    };
+    u32(id);
+    u32(status);
+    u32(static_cast<std::uint32_t>(text.size()));
+    body.insert(body.end(), text.begin(), text.end());
+    u32(static_cast<std::uint32_t>(payload.size()));
+    body.insert(body.end(), payload.begin(), payload.end());
+    Bytes frame;
+    for (int k = 0; k < 4; ++k) frame.push_back(static_cast<unsigned char>(body.size() >> (8 * k)));
+    frame.insert(frame.end(), body.begin(), body.end());
+    return frame;
+  }
+
+ private:
+  int listener_ = -1;
+  std::uint16_t port_ = 0;
+  std::thread thread_;
+};
 
 // ------------------------------------------------------------------ fixture
 

@@ -216,10 +216,17 @@ TEST_F(HubLogging, FederateKilledMidStreamLeavesHubAndOthersWorking) {
 struct Garbage {
   const char* what;
   Bytes bytes;
+  bool afterJoin = false;  // sent by a client that joined the test's federation first
 };
 
 void PrintTo(const Garbage& g, std::ostream* os) {
   *os << g.what;
+}
+
+Bytes joinThen(const std::string& federation, const Bytes& after) {
+  Bytes b = Frame(kJoin).u32(1).str(federation).str("raw").done();
+  b.insert(b.end(), after.begin(), after.end());
+  return b;
 }
 
 class HubGarbage : public HubLogging, public ::testing::WithParamInterface<Garbage> {};
@@ -230,7 +237,7 @@ TEST_P(HubGarbage, DropsOnlyTheClientThatSentIt) {
   a.send(numbered(0, 312));
   RawClient raw(port_);
   ASSERT_TRUE(raw.connected());
-  raw.send(GetParam().bytes);
+  raw.send(GetParam().afterJoin ? joinThen(name_, GetParam().bytes) : GetParam().bytes);
   EXPECT_TRUE(raw.closedByPeer(seconds(5))) << GetParam().what;
   std::string line;
   EXPECT_TRUE(hub_->waitForLine("dropped client", line, seconds(5))) << hub_->transcript();
@@ -239,12 +246,6 @@ TEST_P(HubGarbage, DropsOnlyTheClientThatSentIt) {
   ASSERT_TRUE(pumpUntil(*b.rti, *b.rec, 2));
   EXPECT_EQ(b.payload(1), numbered(1, 312));
   expectFederationWorks(GetParam().what);
-}
-
-Bytes joinThen(const std::string& federation, const Bytes& after) {
-  Bytes b = Frame(kJoin).u32(1).str(federation).str("raw").done();
-  b.insert(b.end(), after.begin(), after.end());
-  return b;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -257,13 +258,62 @@ INSTANTIATE_TEST_SUITE_P(
                       Garbage{"truncated fields", Bytes{3, 0, 0, 0, 0x07, 1, 2}},
                       Garbage{"interaction before join", Bytes{17, 0, 0, 0, 7, 1, 0, 0, 0, 0, 0,
                                                                0,  0, 0, 0, 0, 0, 0, 0, 0, 0}},
-                      Garbage{"reply from a client", Bytes{9, 0, 0, 0, 8, 0, 0, 0, 0, 0, 0, 0, 0}}),
+                      Garbage{"reply from a client", Bytes{9, 0, 0, 0, 8, 0, 0, 0, 0, 0, 0, 0, 0}},
+                      Garbage{"a second hello", hello()},
+                      Garbage{"registration before join",
+                              Frame(kRegister).u32(1).u32(1).u32(0).str("HLAobject_1_1").done()},
+                      Garbage{"registration under another federate's handle",
+                              Frame(kRegister).u32(1).u32(99).u32(0).str("x").done(), true},
+                      Garbage{"update of an instance nobody registered",
+                              Frame(kUpdate).u32(5).u32(1).u32(0).u32(0).done(), true},
+                      Garbage{"delete of an instance nobody registered",
+                              Frame(kDelete).u32(5).u32(1).u32(0).done(), true}),
     [](const ::testing::TestParamInfo<Garbage>& param) {
       std::string n = param.param.what;
       for (char& c : n)
         if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
       return n;
     });
+
+// A client of another release is told which version the hub speaks and let go, whether
+// it names an older version or starts without a hello at all; the federates joined
+// meanwhile carry on.
+TEST_F(HubLogging, ClientsOfAnotherReleaseAreToldTheVersionAndLetGo) {
+  const Bytes hubVersion = {kVersion, 0, 0, 0};
+  for (const Bytes& first : {hello(1), Frame(kJoin).u32(7).str(name_).str("old").done()}) {
+    RawClient old(port_, false);
+    ASSERT_TRUE(old.send(first));
+    Bytes body;
+    ASSERT_TRUE(old.readFrame(body, seconds(5)));
+    Reply r;
+    ASSERT_TRUE(parseReply(body, r));
+    EXPECT_EQ(r.status, 6u) << r.text;
+    EXPECT_EQ(r.payload, hubVersion);
+    EXPECT_NE(r.text.find("this RTI hub speaks protocol version 2"), std::string::npos) << r.text;
+    EXPECT_TRUE(old.closedByPeer(seconds(5)));
+  }
+  std::string line;
+  EXPECT_TRUE(hub_->waitForLine("protocol version 1, not 2", line, seconds(5)));
+  EXPECT_TRUE(hub_->waitForLine("no hello", line, seconds(5))) << hub_->transcript();
+  expectFederationWorks("after clients of another release");
+}
+
+// The other way round: a federate that meets a hub of another release says so, naming
+// both versions, instead of misreading what the hub sends.
+TEST(HubVersion, AFederateRefusesAHubOfAnotherReleaseNamingBothVersions) {
+  FakeHub newer({Bytes()}, FakeHub::answer(1, 6, "too new", {3, 0, 0, 0}));
+  auto rti = makeAmbassador();
+  try {
+    rti->createFederationExecution(wide(vctest::hubUrl(newer.port(), "Newer")), wide(VC_FDD_FILE));
+    ADD_FAILURE() << "a hub of another release was taken for ours";
+  } catch (const RTIinternalError& e) {
+    const std::string what = narrow(e.what());
+    EXPECT_NE(what.find("speaks protocol version 3, this federate's RTI version 2"),
+              std::string::npos)
+        << what;
+    EXPECT_NE(what.find("too new"), std::string::npos) << what;
+  }
+}
 
 TEST_F(Hub, JoinedClientSendingAnUnknownClassIsDroppedAndResigned) {
   Fed& a = join();

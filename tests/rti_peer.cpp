@@ -6,6 +6,10 @@
 //   rti_peer URL FDD send N SIZE     after a "go" line on stdin, send N numbered
 //                                    interactions of SIZE bytes (N = 0: until killed)
 //   rti_peer URL FDD count N         receive N numbered interactions and check them
+//   rti_peer URL FDD register CLASS ATTR N
+//                                    register N instances of the object class CLASS and
+//                                    give each attribute ATTR a numbered value of 100 bytes,
+//                                    then stay until stdin closes (and delete them)
 //
 // Numbered payloads: bytes 0..3 hold the sequence number (big-endian), byte k >= 4 holds
 // (seq * 31 + k) & 0xFF, so a reader can tell a lost, reordered or damaged one.
@@ -83,7 +87,7 @@ struct Peer : NullFederateAmbassador {
 
 int main(int argc, char** argv) {
   if (argc < 4) {
-    std::cerr << "usage: rti_peer URL FDD echo | send N SIZE | count N\n";
+    std::cerr << "usage: rti_peer URL FDD echo | send N SIZE | count N | register CLASS ATTR N\n";
     return 2;
   }
   const std::wstring url = widen(argv[1]);
@@ -100,6 +104,26 @@ int main(int argc, char** argv) {
     } catch (const FederationExecutionAlreadyExists&) {
     }
     rti->joinFederationExecution(L"rti_peer", url, peer);
+    if (peer.mode == "register" && argc >= 7) {
+      const ObjectClassHandle cls = rti->getObjectClassHandle(widen(argv[4]));
+      const AttributeHandle attr = rti->getAttributeHandle(cls, widen(argv[5]));
+      const unsigned long n = std::stoul(argv[6]);
+      rti->publishObjectClassAttributes(cls, {attr});
+      AttributeHandleValueMap values;
+      for (std::uint32_t i = 0; i < n; ++i) {
+        const ObjectInstanceHandle instance = rti->registerObjectInstance(cls);
+        const auto payload = numbered(i, 100);
+        values[attr].setData(payload.data(), static_cast<unsigned long>(payload.size()));
+        rti->updateAttributeValues(instance, values, VariableLengthData("peer", 4));
+      }
+      rti->evokeCallback(0.0);  // sends what is batched
+      std::cout << "registered " << n << std::endl;
+      const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+      while (!stdinClosed() && std::chrono::steady_clock::now() < deadline)
+        rti->evokeMultipleCallbacks(0.02, 0.05);
+      rti->resignFederationExecution(DELETE_OBJECTS);
+      return 0;
+    }
     peer.cls = rti->getInteractionClassHandle(L"ViewControl");
     const ParameterHandle param = rti->getParameterHandle(peer.cls, L"ViewControlPdu");
     rti->publishInteractionClass(peer.cls);

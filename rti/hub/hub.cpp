@@ -1,6 +1,7 @@
 #include "hub.h"
 
 #include "fdd_model.h"
+#include "federation_core.h"
 #include "log_sink.h"
 #include "protocol.h"
 
@@ -31,14 +32,17 @@ constexpr auto kTick = std::chrono::milliseconds(100);
 // What a federation costs the hub: its name and file name, the model as sent, and the
 // tables indexing it (full names, inherited member lists, the class tree and the routes).
 std::size_t costOf(const std::string& name, std::string_view file, std::size_t modelBytes,
-                   const FddTree& tree) {
+                   const FddModel& model) {
   std::size_t cost = kFederationOverhead + name.size() + file.size() + modelBytes;
-  for (const FddClass& c : tree.classes)
-    cost += sizeof(FddClass) + (c.name.size() + c.qualified.size()) * sizeof(wchar_t) +
-            (c.declared.size() + c.all.size() + 1) * sizeof(std::uint32_t) +
-            2 * sizeof(std::vector<int>);
-  for (const FddMember& m : tree.members)
-    cost += sizeof(FddMember) + m.name.size() * sizeof(wchar_t);
+  for (const FddTree* tree : {&model.interactions, &model.objects}) {
+    for (const FddClass& c : tree->classes)
+      cost += sizeof(FddClass) + (c.name.size() + c.qualified.size()) * sizeof(wchar_t) +
+              (c.declared.size() + c.all.size() + 1) * sizeof(std::uint32_t) +
+              4 * sizeof(std::vector<int>);
+    for (const FddMember& m : tree->members)
+      cost += sizeof(FddMember) + m.name.size() * sizeof(wchar_t);
+    for (const auto& [n, c] : tree->byName) cost += 48 + n.size() * sizeof(wchar_t);
+  }
   return cost;
 }
 
@@ -65,46 +69,29 @@ std::string escapeForLog(const std::string& text) {
 }
 
 struct Federation {
-  std::size_t cost = 0;  // counted against Options::federationMemory
+  Federation(std::shared_ptr<const FddModel> m, MemoryBudget& b, std::size_t c)
+      : cost(c), budget(b), core(std::move(m), &b) {}
+  ~Federation() { budget.give(cost); }
+  std::size_t cost = 0;  // the model's, counted against Options::federationMemory
+  MemoryBudget& budget;  // which the core charges for instances and names
   std::string name;
   std::string fddFile;
   std::vector<unsigned char> model;  // as the creator sent it, passed on to joiners
-  FddTree interactions;              // for routing and checking
-  std::vector<std::vector<std::uint32_t>> children;
-  std::vector<Session*> members;
-  std::uint32_t nextHandle = 1;
+  FederationCore core;
   Clock::time_point emptySince = Clock::now();
-  // Per class, the members subscribed to it or to an ancestor. A subscription changes
-  // only the entries of the classes below it, so that is all it updates: the cost of a
-  // subscription is the size of its subtree, whatever the model's size and membership.
-  std::vector<std::vector<Session*>> interested;
-
-  void indexClasses() {
-    children.assign(interactions.classes.size(), {});
-    for (std::uint32_t c = 1; c < interactions.classes.size(); ++c)
-      children[interactions.classes[c].parent].push_back(c);
-    interested.assign(interactions.classes.size(), {});
-  }
-  // Adds (or removes) `s` as a receiver of `cls` and of every class below it, except the
-  // subtrees under a class `s` subscribes to itself, whose routes already hold it.
-  template <typename Subscribed>
-  void route(Session* s, std::uint32_t cls, bool add, const Subscribed& subscribed) {
-    std::vector<std::uint32_t> todo{cls};
-    while (!todo.empty()) {
-      const std::uint32_t c = todo.back();
-      todo.pop_back();
-      if (c != cls && subscribed(c)) continue;
-      auto& list = interested[c];
-      if (add)
-        list.push_back(s);
-      else
-        list.erase(std::remove(list.begin(), list.end(), s), list.end());
-      todo.insert(todo.end(), children[c].begin(), children[c].end());
-    }
-  }
+  // What the hub would get back by destroying it.
+  std::size_t held() const { return cost + core.instanceBytes(); }
 };
 
-class Session : public std::enable_shared_from_this<Session> {
+namespace {
+// Frames that flow from one federate to others without an answer: the hot path, never
+// held back as requests are.
+bool isStream(wire::MsgType t) {
+  return t == wire::MsgType::Interaction || t == wire::MsgType::Update;
+}
+}  // namespace
+
+class Session : public std::enable_shared_from_this<Session>, public FederationMember {
  public:
   Session(Hub& hub, asio::ip::tcp::socket socket, std::string address)
       : hub_(hub), socket_(std::move(socket)), address_(std::move(address)) {
@@ -119,7 +106,6 @@ class Session : public std::enable_shared_from_this<Session> {
 
   const std::string& peer() const { return peer_; }
   const std::string& address() const { return address_; }
-  bool subscribed(std::uint32_t cls) const { return cls < subscribed_.size() && subscribed_[cls]; }
 
   std::size_t queued() const { return pending_.size() + (writing_.size() - written_); }
 
@@ -128,6 +114,7 @@ class Session : public std::enable_shared_from_this<Session> {
   void close(const std::string& why) {
     if (closed_) return;
     closed_ = true;
+    closing_ = false;
     if (why.empty())
       hub_.info("client " + peer_ + " disconnected");
     else
@@ -146,6 +133,7 @@ class Session : public std::enable_shared_from_this<Session> {
   void checkLimits(Clock::time_point now) {
     const Options& o = hub_.options();
     if (closed_) return;
+    if (closing_ && now - closingSince_ > o.maxDelay) return close(closingWhy_);
     if (over_ && now - overSince_ > o.maxDelay)
       return close("not reading: " + std::to_string(queued()) +
                    " bytes queued, over the limit of " + std::to_string(o.queueLimit) +
@@ -187,7 +175,7 @@ class Session : public std::enable_shared_from_this<Session> {
   // held back (or holds itself back) is not read at all: its bytes stay in the kernel,
   // which slows it down without costing the hub memory.
   void read() {
-    if (closed_ || reading_ || paused_ || held_) return;
+    if (closed_ || closing_ || reading_ || paused_ || held_) return;
     for (int turn = 0; turn < kReadsPerTurn; ++turn) {
       // Bytes that start afresh land in the hub's scratch buffer and are handled where
       // they lie; bytes that continue a frame go straight behind it.
@@ -213,7 +201,7 @@ class Session : public std::enable_shared_from_this<Session> {
         return close(orderly ? std::string() : "read: " + ec.message());
       }
       received(old == 0 ? buf : nullptr, n);
-      if (closed_ || paused_ || held_) return;
+      if (closed_ || closing_ || paused_ || held_) return;
     }
     // More may be waiting; the other clients go first.
     reading_ = true;
@@ -253,7 +241,7 @@ class Session : public std::enable_shared_from_this<Session> {
     const std::size_t limit = hub_.options().queueLimit;
     std::size_t pos = 0;
     int requests = 0;
-    while (!closed_) {
+    while (!closed_ && !closing_) {
       wire::Message m;
       const wire::DecodeResult d = wire::decodeFrame(p + pos, n - pos, m);
       if (d.status == wire::DecodeStatus::Incomplete) break;
@@ -263,13 +251,13 @@ class Session : public std::enable_shared_from_this<Session> {
       }
       // Every request is answered; a client that does not take its answers has its
       // further requests wait, so its queue grows by one answer at most.
-      if (m.type != wire::MsgType::Interaction && queued() > limit) {
+      if (!isStream(m.type) && queued() > limit) {
         held_ = true;
         break;
       }
       // A request may touch a whole subtree of the model; a burst of them yields to the
       // other clients now and then, so that one client's burst is not everyone's wait.
-      if (m.type != wire::MsgType::Interaction && ++requests > kRequestsPerTurn) {
+      if (!isStream(m.type) && ++requests > kRequestsPerTurn) {
         held_ = true;
         asio::post(socket_.get_executor(), [self = shared_from_this()] { self->resume(); });
         break;
@@ -290,6 +278,7 @@ class Session : public std::enable_shared_from_this<Session> {
   }
 
   void handle(const wire::Message& m, const unsigned char* frame, std::size_t frameSize) {
+    if (!greeted_) return greet(m);
     switch (m.type) {
       case wire::MsgType::Create:
         return onCreate(m);
@@ -301,35 +290,96 @@ class Session : public std::enable_shared_from_this<Session> {
         if (!fed_)
           return reply(m.requestId, wire::Status::NotJoined,
                        "not joined to a federation execution");
-        resign();
+        if (m.handle > static_cast<std::uint32_t>(ResignMode::RefuseIfOwning))
+          return close("unknown resign mode " + std::to_string(m.handle));
+        resign(static_cast<ResignMode>(m.handle));
         return reply(m.requestId, wire::Status::Ok, "");
       case wire::MsgType::Subscribe:
       case wire::MsgType::Unsubscribe:
+      case wire::MsgType::SubscribeObjects:
+      case wire::MsgType::UnsubscribeObjects: {
         if (!fed_) return close("subscription before joining");
-        if (m.handle >= subscribed_.size())
-          return close("subscription to unknown class " + std::to_string(m.handle));
-        setSubscribed(m.handle, m.type == wire::MsgType::Subscribe);
+        const bool on =
+            m.type == wire::MsgType::Subscribe || m.type == wire::MsgType::SubscribeObjects;
+        const std::string err =
+            m.type == wire::MsgType::Subscribe || m.type == wire::MsgType::Unsubscribe
+                ? fed_->core.subscribeInteractions(*this, m.handle, on)
+                : fed_->core.subscribeObjects(*this, m.handle, on);
+        if (!err.empty()) return close(err);
         return reply(m.requestId, wire::Status::Ok, "");
+      }
       case wire::MsgType::Interaction:
-        return onInteraction(m, frame, frameSize);
+      case wire::MsgType::ReserveName:
+      case wire::MsgType::Register:
+      case wire::MsgType::Update:
+      case wire::MsgType::Delete:
+      case wire::MsgType::LocalDelete:
+      case wire::MsgType::RequestUpdate:
+      case wire::MsgType::RequestClassUpdate: {
+        if (!fed_) return close("object or interaction message before joining");
+        hub_.sender_ = this;
+        const std::string err = fed_->core.handle(*this, m, frame, frameSize);
+        hub_.sender_ = nullptr;
+        if (!err.empty()) return close(err);
+        return;
+      }
       default:
         return close("unexpected message type " + std::to_string(static_cast<int>(m.type)));
     }
   }
 
-  // Whether a class above `cls` is subscribed, which routes `cls` here already.
-  bool coveredAbove(std::uint32_t cls) const {
-    for (std::uint32_t a = fed_->interactions.classes[cls].parent; a != kNoClass;
-         a = fed_->interactions.classes[a].parent)
-      if (subscribed_[a]) return true;
-    return false;
+  // The first frame of a connection says which protocol the client speaks. A client of
+  // another release is told so, in words it can show, and let go.
+  void greet(const wire::Message& m) {
+    const std::string ours = std::to_string(wire::kProtocolVersion);
+    unsigned char version[4];
+    wire::storeU32(version, wire::kProtocolVersion);
+    if (m.type != wire::MsgType::Hello) {
+      reply(m.requestId, wire::Status::Internal,
+            "this RTI hub speaks protocol version " + ours +
+                ", which begins with a hello: the federate's RTI is of another release",
+            version, sizeof version);
+      return finish("no hello: a client of another release");
+    }
+    if (m.handle != wire::kProtocolVersion) {
+      reply(m.requestId, wire::Status::Internal,
+            "this RTI hub speaks protocol version " + ours + ", the federate's RTI version " +
+                std::to_string(m.handle),
+            version, sizeof version);
+      return finish("protocol version " + std::to_string(m.handle) + ", not " + ours);
+    }
+    greeted_ = true;
+    reply(m.requestId, wire::Status::Ok, "", version, sizeof version);
   }
 
-  void setSubscribed(std::uint32_t cls, bool on) {
-    if (subscribed_[cls] == on) return;
-    subscribed_[cls] = on;
-    if (!coveredAbove(cls))
-      fed_->route(this, cls, on, [this](std::uint32_t c) { return subscribed_[c]; });
+  // Closes once what is queued for the client has gone out (or the time for it is up),
+  // reading nothing more meanwhile.
+  void finish(const std::string& why) {
+    closing_ = true;
+    closingWhy_ = why;
+    closingSince_ = Clock::now();
+    if (!writingNow_) close(why);
+  }
+
+  // FederationMember: what the federation sends this client.
+  void deliver(const unsigned char* frame, std::size_t size) override {
+    enqueue(frame, size);
+    Session* sender = hub_.sender_;
+    if (over_ && sender && sender != this && !closed_) {
+      // Stop reading from the sender until this receiver catches up. Nothing is
+      // dropped: the sender's own writes block in its kernel buffers meanwhile, and the
+      // receiver either drains in time or is dropped, which ends the wait.
+      sender->paused_ = true;
+      auto& w = waiters_;
+      if (w.empty() || w.back().lock().get() != sender) w.push_back(sender->weak_from_this());
+    }
+  }
+
+  // Discoveries owed to a late subscriber go out a quarter of the queue limit at a time.
+  bool hasRoom() const override { return !closed_ && queued() < hub_.options().queueLimit / 4; }
+
+  void pumpDiscoveries() {
+    if (fed_ && !closed_ && fed_->core.owesDiscoveries(*this) && hasRoom()) fed_->core.pump(*this);
   }
 
   void onCreate(const wire::Message& m) {
@@ -343,17 +393,16 @@ class Session : public std::enable_shared_from_this<Session> {
     std::string err;
     if (!decodeFdd(m.blob.data, m.blob.size, model, err))
       return reply(m.requestId, wire::Status::Internal, "unusable object model: " + err);
-    const std::size_t cost = costOf(name, m.text, m.blob.size, model.interactions);
+    const std::size_t cost = costOf(name, m.text, m.blob.size, model);
     if (!hub_.roomForFederation(cost))
       return reply(m.requestId, wire::Status::Internal,
                    "the RTI hub holds as many federation executions as it can: destroy one first");
-    auto fed = std::make_unique<Federation>();
-    fed->cost = cost;
+    hub_.budget_.used += cost;
+    auto fed = std::make_unique<Federation>(std::make_shared<const FddModel>(std::move(model)),
+                                            hub_.budget_, cost);
     fed->name = name;
     fed->fddFile = std::string(m.text);
     fed->model.assign(m.blob.data, m.blob.data + m.blob.size);
-    fed->interactions = std::move(model.interactions);
-    fed->indexClasses();
     feds.emplace(name, std::move(fed));
     hub_.info("federation execution '" + name + "' created by " + peer_);
     reply(m.requestId, wire::Status::Ok, "");
@@ -366,10 +415,10 @@ class Session : public std::enable_shared_from_this<Session> {
     if (it == feds.end())
       return reply(m.requestId, wire::Status::FederationMissing,
                    "federation execution '" + name + "' does not exist");
-    if (!it->second->members.empty())
+    if (it->second->core.memberCount() != 0)
       return reply(m.requestId, wire::Status::FederatesJoined,
                    "federation execution '" + name + "' still has " +
-                       std::to_string(it->second->members.size()) + " joined federate(s)");
+                       std::to_string(it->second->core.memberCount()) + " joined federate(s)");
     feds.erase(it);
     hub_.info("federation execution '" + name + "' destroyed by " + peer_);
     reply(m.requestId, wire::Status::Ok, "");
@@ -386,41 +435,13 @@ class Session : public std::enable_shared_from_this<Session> {
       return reply(m.requestId, wire::Status::FederationMissing,
                    "federation execution '" + name + "' does not exist");
     fed_ = it->second.get();
-    handle_ = fed_->nextHandle++;
-    subscribed_.assign(fed_->interactions.classes.size(), false);
-    fed_->members.push_back(this);
+    handle_ = fed_->core.join(*this);
     std::vector<unsigned char> payload(4 + fed_->model.size());
     wire::storeU32(payload.data(), handle_);
     std::copy(fed_->model.begin(), fed_->model.end(), payload.begin() + 4);
     hub_.info("federate " + std::to_string(handle_) + " (" + std::string(m.text) + ") from " +
               peer_ + " joined '" + name + "'");
     reply(m.requestId, wire::Status::Ok, fed_->fddFile, payload.data(), payload.size());
-  }
-
-  void onInteraction(const wire::Message& m, const unsigned char* frame, std::size_t frameSize) {
-    if (!fed_) return close("interaction before joining");
-    const FddTree& tree = fed_->interactions;
-    if (m.handle >= tree.classes.size())
-      return close("interaction of unknown class " + std::to_string(m.handle));
-    wire::ParamReader r(m);
-    std::uint32_t p;
-    wire::Bytes v;
-    while (r.next(p, v))
-      if (!tree.memberAvailable(m.handle, p))
-        return close("parameter " + std::to_string(p) + " not in class " +
-                     std::to_string(m.handle));
-    for (Session* target : fed_->interested[m.handle]) {
-      if (target == this) continue;
-      target->enqueue(frame, frameSize);
-      if (target->over_) {
-        // Stop reading from this sender until the receiver catches up. Nothing is
-        // dropped: the sender's own writes block in its kernel buffers meanwhile, and the
-        // receiver either drains in time or is dropped, which ends the wait.
-        paused_ = true;
-        auto& w = target->waiters_;
-        if (w.empty() || w.back().lock().get() != this) w.push_back(weak_from_this());
-      }
-    }
   }
 
   void reply(std::uint32_t id, wire::Status status, const std::string& text,
@@ -447,6 +468,7 @@ class Session : public std::enable_shared_from_this<Session> {
     if (written_ == writing_.size()) {
       if (pending_.empty()) {
         writingNow_ = false;
+        if (closing_) return close(closingWhy_);
         // An answer carrying an object model leaves a large buffer behind.
         written_ = 0;
         writing_.clear();
@@ -464,6 +486,7 @@ class Session : public std::enable_shared_from_this<Session> {
           if (ec) return self->close("write: " + ec.message());
           self->written_ += n;
           self->drained();
+          self->pumpDiscoveries();
           self->write();
         });
   }
@@ -494,18 +517,13 @@ class Session : public std::enable_shared_from_this<Session> {
       }
   }
 
-  void resign() {
+  // A client that goes away, or is dropped, takes its instances with it.
+  void resign(ResignMode mode = ResignMode::DeleteInstances) {
     if (!fed_) return;
-    // The subtrees of the topmost subscriptions hold this client once in every class.
-    for (std::uint32_t c = 0; c < subscribed_.size(); ++c)
-      if (subscribed_[c] && !coveredAbove(c))
-        fed_->route(this, c, false, [](std::uint32_t) { return false; });
-    auto& ms = fed_->members;
-    ms.erase(std::remove(ms.begin(), ms.end(), this), ms.end());
-    if (ms.empty()) fed_->emptySince = Clock::now();
+    fed_->core.resign(*this, mode);
+    if (fed_->core.memberCount() == 0) fed_->emptySince = Clock::now();
     hub_.info("federate " + std::to_string(handle_) + " resigned from '" + fed_->name + "'");
     fed_ = nullptr;
-    subscribed_.clear();
   }
 
   Hub& hub_;
@@ -525,11 +543,14 @@ class Session : public std::enable_shared_from_this<Session> {
   bool over_ = false;    // queued() went above the limit and has not drained yet
   Clock::time_point overSince_{};
   bool closed_ = false;
+  bool greeted_ = false;
+  bool closing_ = false;  // closes once its queue has gone out
+  std::string closingWhy_;
+  Clock::time_point closingSince_{};
   std::vector<std::weak_ptr<Session>> waiters_;  // senders paused because of this queue
 
   Federation* fed_ = nullptr;
   std::uint32_t handle_ = 0;
-  std::vector<bool> subscribed_;
 };
 
 Hub::Hub(asio::io_context& io, const Options& options)
@@ -539,7 +560,9 @@ Hub::Hub(asio::io_context& io, const Options& options)
       acceptor_(io),
       ticker_(io),
       acceptRetry_(io),
-      scratch_(kReadChunk) {}
+      scratch_(kReadChunk) {
+  budget_.limit = options_.federationMemory;
+}
 
 Hub::~Hub() = default;
 
@@ -637,15 +660,15 @@ void Hub::shedPartialFrames() {
 
 bool Hub::roomForFederation(std::size_t cost) {
   const std::size_t budget = options_.federationMemory;
-  std::size_t held = 0, idle = 0;
+  std::size_t idle = 0;
   std::vector<Federation*> empty;
   for (const auto& [name, f] : federations_) {
-    held += f->cost;
-    if (f->members.empty()) {
-      idle += f->cost;
+    if (f->core.memberCount() == 0) {
+      idle += f->held();
       empty.push_back(f.get());
     }
   }
+  std::size_t held = budget_.used;
   if (cost > budget) return false;
   if (held <= budget - cost) return true;
   if (held - idle > budget - cost) return false;
@@ -655,7 +678,7 @@ bool Hub::roomForFederation(std::size_t cost) {
             [](const Federation* a, const Federation* b) { return a->emptySince < b->emptySince; });
   for (Federation* f : empty) {
     if (held <= budget - cost) break;
-    held -= f->cost;
+    held -= f->held();
     const std::string name = f->name;
     log("federation execution '" + name + "' destroyed to make room: no federate was joined");
     federations_.erase(name);
@@ -695,7 +718,7 @@ void Hub::checkLimits(Clock::time_point now) {
   }
   for (auto it = federations_.begin(); it != federations_.end();) {
     const Federation& f = *it->second;
-    if (f.members.empty() && now - f.emptySince > options_.emptyFederationExpiry) {
+    if (f.core.memberCount() == 0 && now - f.emptySince > options_.emptyFederationExpiry) {
       log("federation execution '" + f.name + "' expired: no federate joined for " +
           std::to_string(options_.emptyFederationExpiry.count()) + " s");
       it = federations_.erase(it);

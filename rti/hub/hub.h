@@ -9,6 +9,8 @@
 #ifndef VCRTI_HUB_H
 #define VCRTI_HUB_H
 
+#include "federation_core.h"
+
 #include <asio.hpp>
 
 #include <chrono>
@@ -104,7 +106,13 @@ class Hub {
   std::chrono::steady_clock::time_point lastRefusalLog_{};
   std::size_t partialBytes_ = 0;
   std::vector<unsigned char> scratch_;  // every read lands here first
+  // Everything the federations hold: their models and tables, their instances and names.
+  // Declared before them: each gives its share back as it goes.
+  MemoryBudget budget_;
   std::map<std::string, std::unique_ptr<Federation>> federations_;
+  // The client whose frame the federation is handling: a receiver that falls behind
+  // pauses it.
+  Session* sender_ = nullptr;
   bool stopped_ = false;
   friend class Session;
 };

@@ -1,19 +1,18 @@
-// The embedded RTI's ambassador: federation management, interaction handles, publish /
-// subscribe with class inheritance, send, and callback delivery on evoke.
+// The 1516-2000 API over the federate core: translates the API's handles, values and
+// callbacks to the core's and back, and the core's faults to the API's exceptions. No
+// rule of the RTI lives here.
 #ifndef VCRTI_AMBASSADOR_H
 #define VCRTI_AMBASSADOR_H
 
-#include "link.h"
+#include "federate_core.h"
 #include "unsupported_services.h"
-
-#include <vector>
 
 namespace vcrti {
 
-class Ambassador final : public UnsupportedServices {
+class Ambassador final : public UnsupportedServices, private FederateCallbacks {
  public:
   Ambassador() = default;
-  ~Ambassador() override;
+  ~Ambassador() override = default;
 
   void createFederationExecution(std::wstring const& federationExecutionName,
                                  std::wstring const& fullPathNameToTheFDDfile,
@@ -28,11 +27,41 @@ class Ambassador final : public UnsupportedServices {
   void unpublishInteractionClass(InteractionClassHandle theInteraction) override;
   void subscribeInteractionClass(InteractionClassHandle theClass, bool active) override;
   void unsubscribeInteractionClass(InteractionClassHandle theClass) override;
-  // The time-stamped form stays the refusing one.
+  void publishObjectClassAttributes(ObjectClassHandle theClass,
+                                    AttributeHandleSet const& attributeList) override;
+  void unpublishObjectClass(ObjectClassHandle theClass) override;
+  void unpublishObjectClassAttributes(ObjectClassHandle theClass,
+                                      AttributeHandleSet const& attributeList) override;
+  void subscribeObjectClassAttributes(ObjectClassHandle theClass,
+                                      AttributeHandleSet const& attributeList,
+                                      bool active) override;
+  void unsubscribeObjectClass(ObjectClassHandle theClass) override;
+  void unsubscribeObjectClassAttributes(ObjectClassHandle theClass,
+                                        AttributeHandleSet const& attributeList) override;
+
+  // The time-stamped forms stay the refusing ones.
+  using UnsupportedServices::deleteObjectInstance;
   using UnsupportedServices::sendInteraction;
+  using UnsupportedServices::updateAttributeValues;
   void sendInteraction(InteractionClassHandle theInteraction,
                        ParameterHandleValueMap const& theParameterValues,
                        VariableLengthData const& theUserSuppliedTag) override;
+  void reserveObjectInstanceName(std::wstring const& theObjectInstanceName) override;
+  ObjectInstanceHandle registerObjectInstance(ObjectClassHandle theClass) override;
+  ObjectInstanceHandle registerObjectInstance(ObjectClassHandle theClass,
+                                              std::wstring const& theObjectInstanceName) override;
+  void updateAttributeValues(ObjectInstanceHandle theObject,
+                             AttributeHandleValueMap const& theAttributeValues,
+                             VariableLengthData const& theUserSuppliedTag) override;
+  void deleteObjectInstance(ObjectInstanceHandle theObject,
+                            VariableLengthData const& theUserSuppliedTag) override;
+  void localDeleteObjectInstance(ObjectInstanceHandle theObject) override;
+  void requestAttributeValueUpdate(ObjectInstanceHandle theObject,
+                                   AttributeHandleSet const& theAttributes,
+                                   VariableLengthData const& theUserSuppliedTag) override;
+  void requestAttributeValueUpdate(ObjectClassHandle theClass,
+                                   AttributeHandleSet const& theAttributes,
+                                   VariableLengthData const& theUserSuppliedTag) override;
 
   ObjectClassHandle getObjectClassHandle(std::wstring const& theName) override;
   std::wstring getObjectClassName(ObjectClassHandle theHandle) override;
@@ -45,6 +74,9 @@ class Ambassador final : public UnsupportedServices {
                                      std::wstring const& theName) override;
   std::wstring getParameterName(InteractionClassHandle whichClass,
                                 ParameterHandle theHandle) override;
+  ObjectInstanceHandle getObjectInstanceHandle(std::wstring const& theName) override;
+  std::wstring getObjectInstanceName(ObjectInstanceHandle theHandle) override;
+  ObjectClassHandle getKnownObjectClassHandle(ObjectInstanceHandle theObject) override;
   TransportationType getTransportationType(std::wstring const& transportationName) override;
   std::wstring getTransportationName(TransportationType transportationType) override;
   OrderType getOrderType(std::wstring const& orderName) override;
@@ -72,31 +104,28 @@ class Ambassador final : public UnsupportedServices {
   RegionHandle decodeRegionHandle(VariableLengthData const& encodedValue) const override;
 
  private:
-  void requireJoined(const wchar_t* operation) const;
-  std::uint32_t interactionClass(InteractionClassHandle h, const wchar_t* operation) const;
-  std::uint32_t objectClass(ObjectClassHandle h) const;
-  // Delivers the next pending interaction, if any; false when there is none.
-  bool deliverOne();
-  bool pending() const { return deliverPos_ < deliver_.size(); }
-  // Fetches into the delivery buffer, waiting up to `seconds`; false when nothing came.
-  bool refill(double seconds);
-  bool evoke(double minSeconds, double maxSeconds, bool single);
+  // FederateCallbacks: the core's callbacks, passed on in the API's types.
+  void receiveInteraction(std::uint32_t cls, const HandleValues& params, ValueView tag) override;
+  void nameReservation(const std::wstring& name, bool succeeded) override;
+  void discoverInstance(InstanceHandle instance, std::uint32_t cls,
+                        const std::wstring& name) override;
+  void reflectAttributes(InstanceHandle instance, const HandleValues& attributes,
+                         ValueView tag) override;
+  void removeInstance(InstanceHandle instance, ValueView tag) override;
+  void provideAttributes(InstanceHandle instance, const HandleSet& attributes,
+                         ValueView tag) override;
 
-  std::unique_ptr<Link> link_;
-  std::shared_ptr<const FddModel> model_;
+  FederateCore core_;
   FederateAmbassador* federate_ = nullptr;
-  FederateHandle self_;
-  std::vector<bool> published_;
-  std::vector<bool> subscribed_;
-  bool callbacksEnabled_ = true;
-  bool inEvoke_ = false;
-
-  // Received frames awaiting delivery; values handed to callbacks point into it.
-  ByteBuffer deliver_;
-  std::size_t deliverPos_ = 0;
-  // Reused from one callback to the next so that a steady stream of one class does not
-  // allocate: the map's nodes stay, only the values are re-pointed.
+  // Reused from one call to the next so that a steady stream does not allocate; the
+  // send side's is apart from the update side's, as one thread may send interactions
+  // while another evokes.
+  HandleValues txParams_;
+  HandleValues txAttributes_;
+  HandleSet txHandles_;
   ParameterHandleValueMap rxParams_;
+  AttributeHandleValueMap rxAttributes_;
+  AttributeHandleSet rxHandles_;
   VariableLengthData rxTag_;
 };
 

@@ -2,7 +2,7 @@
 
 #include "text.h"
 
-#include <RTI/Exception.h>
+#include "core_types.h"
 
 #include <pugixml.hpp>
 
@@ -107,8 +107,9 @@ std::size_t lineOf(const std::string& text, std::ptrdiff_t offset) {
 }  // namespace
 
 FddModel parseFddText(const std::string& xml, const std::wstring& name) {
-  auto fail = [&](const std::string& why) -> rti1516::ErrorReadingFDD {
-    return rti1516::ErrorReadingFDD(L"error reading FDD file '" + name + L"': " + fromUtf8(why));
+  auto fail = [&](const std::string& why) {
+    return RtiError(Fault::ErrorReadingFDD,
+                    L"error reading FDD file '" + name + L"': " + fromUtf8(why));
   };
   pugi::xml_document doc;
   pugi::xml_parse_result res =
@@ -143,12 +144,14 @@ FddModel parseFddFile(const std::wstring& path) {
     const std::string why = path.empty()                         ? "no file name given"
                             : (::stat(native.c_str(), &st) != 0) ? std::strerror(errno)
                                                                  : "not a regular file";
-    throw rti1516::CouldNotOpenFDD(L"cannot open FDD file '" + path + L"': " + fromUtf8(why));
+    throw RtiError(Fault::CouldNotOpenFDD,
+                   L"cannot open FDD file '" + path + L"': " + fromUtf8(why));
   }
   std::ifstream in(native, std::ios::binary);
   std::ostringstream content;
   content << in.rdbuf();
-  if (!in || in.bad()) throw rti1516::CouldNotOpenFDD(L"cannot read FDD file '" + path + L"'");
+  if (!in || in.bad())
+    throw RtiError(Fault::CouldNotOpenFDD, L"cannot read FDD file '" + path + L"'");
   return parseFddText(content.str(), path);
 }
 

@@ -7,8 +7,8 @@
 
 namespace vcrti {
 
-// Reads a 1516-2000 OMT XML file. Throws rti1516::CouldNotOpenFDD when the file cannot be
-// read and rti1516::ErrorReadingFDD when it is not a usable object model; both messages
+// Reads a 1516-2000 OMT XML file. Throws RtiError: CouldNotOpenFDD when the file cannot be
+// read and ErrorReadingFDD when it is not a usable object model; both messages
 // name the file.
 FddModel parseFddFile(const std::wstring& path);
 

@@ -3,8 +3,6 @@
 #include "protocol.h"
 #include "text.h"
 
-#include <RTI/Exception.h>
-
 #include <atomic>
 #include <cerrno>
 #include <chrono>
@@ -39,6 +37,26 @@ constexpr auto kReplyTimeout = std::chrono::seconds(15);
 // hub no longer answers, and a tool should not sit silent for long before saying so.
 constexpr auto kResignTimeout = std::chrono::seconds(5);
 constexpr auto kWriteStallTimeout = std::chrono::seconds(60);
+// While a send waits for the hub to take bytes, what the hub sends is read so that
+// neither side blocks the other; but only this much, or a hub that floods a stalled
+// sender would grow its buffer without end. Past it the bytes wait in the kernel, the hub
+// finds this client not reading, and drops it within its own time limit.
+constexpr std::size_t kStalledReadCap = 16 * std::size_t{wire::kMaxFrameBody};
+
+// What the hub sends a federate besides the replies to its requests: delivered on evoke.
+bool isCallback(wire::MsgType t) {
+  switch (t) {
+    case wire::MsgType::Interaction:
+    case wire::MsgType::NameReserved:
+    case wire::MsgType::Discover:
+    case wire::MsgType::Update:
+    case wire::MsgType::Delete:
+    case wire::MsgType::RequestUpdate:
+      return true;
+    default:
+      return false;
+  }
+}
 
 struct Reply {
   wire::Status status = wire::Status::Internal;
@@ -50,14 +68,23 @@ struct Reply {
 // under mu_, from the application's thread or from the flusher.
 class HubConnection {
  public:
-  explicit HubConnection(const FederationUrl& url) : endpoint_(url.endpoint()) { connect(url); }
+  explicit HubConnection(const FederationUrl& url) : endpoint_(url.endpoint()) {
+    connect(url);
+    try {
+      hello();
+    } catch (...) {
+      // No destructor runs for a connection that failed to come about.
+      ::close(fd_);
+      throw;
+    }
+  }
   ~HubConnection() {
     stopFlusher();
     if (fd_ >= 0) {
       std::lock_guard<std::mutex> lock(mu_);
       try {
         flushLocked();
-      } catch (const rti1516::Exception&) {
+      } catch (const RtiError&) {
         // Best effort: the process is letting go of the connection anyway.
       }
       ::close(fd_);
@@ -87,7 +114,8 @@ class HubConnection {
     w.u32(id);
     fill(w);
     if (!w.finish())
-      throw rti1516::RTIinternalError(L"request to the RTI hub exceeds the frame size limit");
+      throw RtiError(Fault::RTIinternalError,
+                     L"request to the RTI hub exceeds the frame size limit");
     flushLocked();
     const auto deadline = Clock::now() + timeout;
     for (;;) {
@@ -144,11 +172,34 @@ class HubConnection {
   [[noreturn]] void fail(const std::string& why) {
     broken_ = true;
     brokenWhy_ = L"connection to the RTI hub at " + endpoint_ + L" lost: " + fromUtf8(why);
-    throw rti1516::RTIinternalError(brokenWhy_);
+    throw RtiError(Fault::RTIinternalError, brokenWhy_);
   }
 
   void checkBroken() const {
-    if (broken_) throw rti1516::RTIinternalError(brokenWhy_);
+    if (broken_) throw RtiError(Fault::RTIinternalError, brokenWhy_);
+  }
+
+  // Both sides name their protocol version before anything else, so that a hub and a
+  // federate of different releases part with a reason instead of misreading frames.
+  void hello() {
+    Reply r;
+    try {
+      r = request(wire::MsgType::Hello,
+                  [](wire::FrameWriter& w) { w.u32(wire::kProtocolVersion).str("vcrti"); });
+    } catch (const RtiError& e) {
+      throw RtiError(Fault::RTIinternalError,
+                     e.message() + L" (at the first message: is it an RTI hub of this release?)");
+    }
+    std::uint32_t version = 0;
+    if (r.payload.size() >= 4)
+      version = wire::loadU32(reinterpret_cast<const unsigned char*>(r.payload.data()));
+    if (r.status != wire::Status::Ok || version != wire::kProtocolVersion)
+      throw RtiError(Fault::RTIinternalError,
+                     L"the RTI hub at " + endpoint_ + L" speaks protocol version " +
+                         std::to_wstring(version) + L", this federate's RTI version " +
+                         std::to_wstring(wire::kProtocolVersion) +
+                         L": use a hub and an RTI library of the same release" +
+                         (r.text.empty() ? L"" : L" (" + r.text + L")"));
   }
 
   void connect(const FederationUrl& url) {
@@ -159,8 +210,9 @@ class HubConnection {
     const std::string port = std::to_string(url.port);
     int rc = ::getaddrinfo(url.host.c_str(), port.c_str(), &hints, &res);
     if (rc != 0)
-      throw rti1516::RTIinternalError(L"cannot resolve RTI hub host '" + fromUtf8(url.host) +
-                                      L"': " + fromUtf8(::gai_strerror(rc)));
+      throw RtiError(Fault::RTIinternalError, L"cannot resolve RTI hub host '" +
+                                                  fromUtf8(url.host) + L"': " +
+                                                  fromUtf8(::gai_strerror(rc)));
     std::string lastError = "no address";
     for (addrinfo* ai = res; ai; ai = ai->ai_next) {
       int fd = ::socket(ai->ai_family, ai->ai_socktype | SOCK_CLOEXEC, ai->ai_protocol);
@@ -177,8 +229,8 @@ class HubConnection {
     }
     ::freeaddrinfo(res);
     if (fd_ < 0)
-      throw rti1516::RTIinternalError(L"cannot connect to the RTI hub at " + endpoint_ + L": " +
-                                      fromUtf8(lastError));
+      throw RtiError(Fault::RTIinternalError, L"cannot connect to the RTI hub at " + endpoint_ +
+                                                  L": " + fromUtf8(lastError));
     // Batching is done here, so the kernel should not hold segments back as well.
     int one = 1;
     ::setsockopt(fd_, IPPROTO_TCP, TCP_NODELAY, &one, sizeof one);
@@ -195,7 +247,7 @@ class HubConnection {
       if (stop_ || broken_) continue;
       try {
         flushLocked();
-      } catch (const rti1516::Exception&) {
+      } catch (const RtiError&) {
         // Recorded in broken_: the application sees it on its next call.
       }
     }
@@ -216,10 +268,11 @@ class HubConnection {
       if (n < 0 && errno == EINTR) continue;
       if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
         if (Clock::now() - lastProgress > kWriteStallTimeout) fail("the hub stopped taking data");
-        pollfd p{fd_, POLLIN | POLLOUT, 0};
+        const bool mayRead = rx_.size() < kStalledReadCap;
+        pollfd p{fd_, static_cast<short>(mayRead ? POLLIN | POLLOUT : POLLOUT), 0};
         int rc = ::poll(&p, 1, 1000);
         if (rc < 0 && errno != EINTR) fail(std::strerror(errno));
-        if (rc > 0 && (p.revents & (POLLIN | POLLHUP | POLLERR))) readAvailableLocked();
+        if (rc > 0 && mayRead && (p.revents & (POLLIN | POLLHUP | POLLERR))) readAvailableLocked();
         continue;
       }
       fail(n == 0 ? "connection closed" : std::strerror(errno));
@@ -260,8 +313,7 @@ class HubConnection {
       const std::uint32_t body = wire::loadU32(rx_.data() + end);
       if (body == 0 || body > wire::kMaxFrameBody) fail("corrupt frame from the hub");
       if (rx_.size() - end - wire::kLengthPrefix < body) break;
-      if (static_cast<wire::MsgType>(rx_.data()[end + wire::kLengthPrefix]) !=
-          wire::MsgType::Interaction)
+      if (!isCallback(static_cast<wire::MsgType>(rx_.data()[end + wire::kLengthPrefix])))
         fail("unexpected message from the hub");
       end += wire::kLengthPrefix + body;
     }
@@ -318,48 +370,57 @@ class HubConnection {
 [[noreturn]] void throwFor(const Reply& r) {
   switch (r.status) {
     case wire::Status::FederationExists:
-      throw rti1516::FederationExecutionAlreadyExists(r.text);
+      throw RtiError(Fault::FederationExecutionAlreadyExists, r.text);
     case wire::Status::FederationMissing:
-      throw rti1516::FederationExecutionDoesNotExist(r.text);
+      throw RtiError(Fault::FederationExecutionDoesNotExist, r.text);
     case wire::Status::FederatesJoined:
-      throw rti1516::FederatesCurrentlyJoined(r.text);
+      throw RtiError(Fault::FederatesCurrentlyJoined, r.text);
     case wire::Status::AlreadyJoined:
-      throw rti1516::FederateAlreadyExecutionMember(r.text);
+      throw RtiError(Fault::FederateAlreadyExecutionMember, r.text);
     case wire::Status::NotJoined:
-      throw rti1516::FederateNotExecutionMember(r.text);
+      throw RtiError(Fault::FederateNotExecutionMember, r.text);
     default:
-      throw rti1516::RTIinternalError(L"RTI hub: " + r.text);
+      throw RtiError(Fault::RTIinternalError, L"RTI hub: " + r.text);
   }
 }
 
 class HubLink final : public Link {
  public:
-  HubLink(std::unique_ptr<HubConnection> conn, std::uint64_t handle,
+  HubLink(std::unique_ptr<HubConnection> conn, std::uint32_t handle,
           std::shared_ptr<const FddModel> model)
       : conn_(std::move(conn)), handle_(handle), model_(std::move(model)) {
     conn_->startFlusher();
   }
 
-  std::uint64_t federateHandle() const override { return handle_; }
+  std::uint32_t federateHandle() const override { return handle_; }
   std::shared_ptr<const FddModel> model() const override { return model_; }
 
   // Round trips, so that a subscription is in force at the hub when the call returns:
   // whatever anyone sends afterwards reaches this federate.
-  void subscribe(std::uint32_t cls) override { requestClass(wire::MsgType::Subscribe, cls); }
-  void unsubscribe(std::uint32_t cls) override { requestClass(wire::MsgType::Unsubscribe, cls); }
+  void subscribeInteractions(std::uint32_t cls, bool on) override {
+    requestClass(on ? wire::MsgType::Subscribe : wire::MsgType::Unsubscribe, cls);
+  }
+  void subscribeObjects(std::uint32_t cls, bool on) override {
+    requestClass(on ? wire::MsgType::SubscribeObjects : wire::MsgType::UnsubscribeObjects, cls);
+  }
 
-  void send(std::uint32_t cls, const rti1516::ParameterHandleValueMap& params,
-            const rti1516::VariableLengthData& tag) override {
-    conn_->post([&](ByteBuffer& out) { encodeInteraction(out, cls, params, tag); });
+  void sendInteraction(std::uint32_t cls, const HandleValues& params, ValueView tag) override {
+    conn_->post(
+        [&](ByteBuffer& out) { encodeValues(out, wire::MsgType::Interaction, cls, params, tag); });
+  }
+
+  void post(const unsigned char* frame, std::size_t size) override {
+    conn_->post([&](ByteBuffer& out) { out.append(frame, size); });
   }
 
   bool fetch(ByteBuffer& into, double waitSeconds) override {
     return conn_->fetch(into, waitSeconds);
   }
 
-  void resign() override {
+  void resign(ResignMode mode) override {
     Reply r = conn_->request(
-        wire::MsgType::Resign, [](wire::FrameWriter&) {}, kResignTimeout);
+        wire::MsgType::Resign,
+        [&](wire::FrameWriter& w) { w.u32(static_cast<std::uint32_t>(mode)); }, kResignTimeout);
     conn_.reset();
     if (r.status != wire::Status::Ok) throwFor(r);
   }
@@ -371,7 +432,7 @@ class HubLink final : public Link {
   }
 
   std::unique_ptr<HubConnection> conn_;
-  std::uint64_t handle_;
+  std::uint32_t handle_;
   std::shared_ptr<const FddModel> model_;
 };
 
@@ -380,12 +441,12 @@ class HubLink final : public Link {
 void createHubFederation(const FederationUrl& url, const FddModel& model) {
   ByteBuffer blob;
   if (!encodeFdd(model, blob))
-    throw rti1516::ErrorReadingFDD(L"FDD file '" + model.fileName +
-                                   L"' holds a name longer than the hub carries (" +
-                                   std::to_wstring(wire::kMaxFrameBody) + L" bytes)");
+    throw RtiError(Fault::ErrorReadingFDD, L"FDD file '" + model.fileName +
+                                               L"' holds a name longer than the hub carries (" +
+                                               std::to_wstring(wire::kMaxFrameBody) + L" bytes)");
   if (blob.size() > wire::kMaxFrameBody / 2)
-    throw rti1516::ErrorReadingFDD(L"FDD file '" + model.fileName +
-                                   L"' is too large to share through the hub");
+    throw RtiError(Fault::ErrorReadingFDD,
+                   L"FDD file '" + model.fileName + L"' is too large to share through the hub");
   HubConnection conn(url);
   const std::string name = toUtf8(url.name), file = toUtf8(model.fileName);
   Reply r = conn.request(wire::MsgType::Create, [&](wire::FrameWriter& w) {
@@ -413,11 +474,12 @@ std::unique_ptr<Link> joinHubFederation(const FederationUrl& url,
   auto model = std::make_shared<FddModel>();
   std::string err;
   if (r.payload.size() < 4)
-    throw rti1516::RTIinternalError(L"RTI hub answered the join with " +
-                                    std::to_wstring(r.payload.size()) +
-                                    L" bytes, too few for a federate handle");
+    throw RtiError(Fault::RTIinternalError, L"RTI hub answered the join with " +
+                                                std::to_wstring(r.payload.size()) +
+                                                L" bytes, too few for a federate handle");
   if (!decodeFdd(p + 4, r.payload.size() - 4, *model, err))
-    throw rti1516::RTIinternalError(L"RTI hub sent an unusable object model: " + fromUtf8(err));
+    throw RtiError(Fault::RTIinternalError,
+                   L"RTI hub sent an unusable object model: " + fromUtf8(err));
   model->fileName = r.text;
   return std::make_unique<HubLink>(std::move(conn), wire::loadU32(p), std::move(model));
 }

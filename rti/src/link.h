@@ -1,13 +1,13 @@
 // A joined federate's path to the other members of its federation: another thread of this
-// process (LocalLink) or the hub (HubLink). Interactions travel as protocol frames either
-// way, so the ambassador delivers both the same way.
+// process (LocalLink) or the hub (HubLink). Everything travels as protocol frames either
+// way, so the federate core delivers both the same way.
 #ifndef VCRTI_LINK_H
 #define VCRTI_LINK_H
 
 #include "byte_buffer.h"
+#include "core_types.h"
 #include "fdd_model.h"
-
-#include <RTI/Typedefs.h>
+#include "protocol.h"
 
 #include <cstdint>
 #include <memory>
@@ -18,29 +18,34 @@ class Link {
  public:
   virtual ~Link() = default;
 
-  virtual std::uint64_t federateHandle() const = 0;
+  virtual std::uint32_t federateHandle() const = 0;
   virtual std::shared_ptr<const FddModel> model() const = 0;
 
-  virtual void subscribe(std::uint32_t cls) = 0;
-  virtual void unsubscribe(std::uint32_t cls) = 0;
+  // In force when the call returns: whatever anyone sends afterwards reaches this federate.
+  virtual void subscribeInteractions(std::uint32_t cls, bool on) = 0;
+  virtual void subscribeObjects(std::uint32_t cls, bool on) = 0;
 
   // To every other member subscribed to the class or to one of its ancestors, in the
   // order of the calls. The caller has checked the class and parameters.
-  virtual void send(std::uint32_t cls, const rti1516::ParameterHandleValueMap& params,
-                    const rti1516::VariableLengthData& tag) = 0;
+  virtual void sendInteraction(std::uint32_t cls, const HandleValues& params, ValueView tag) = 0;
+  // Any other frame for the federation (object management), already checked and encoded.
+  virtual void post(const unsigned char* frame, std::size_t size) = 0;
 
   // Appends the complete frames received so far to `into`, waiting up to `waitSeconds`
   // when there are none. Returns whether anything was appended.
   virtual bool fetch(ByteBuffer& into, double waitSeconds) = 0;
 
   // Leaves the federation; the link is unusable afterwards.
-  virtual void resign() = 0;
+  virtual void resign(ResignMode mode) = 0;
 };
 
-// Appends one Interaction frame. Throws RTIinternalError when it would exceed the cap.
-void encodeInteraction(ByteBuffer& out, std::uint32_t cls,
-                       const rti1516::ParameterHandleValueMap& params,
-                       const rti1516::VariableLengthData& tag);
+// Appends one frame of a handle, a tag and handle/value entries: an Interaction (class),
+// an Update (instance), or, with empty values, a RequestUpdate (instance) or
+// RequestClassUpdate (class). Throws RtiError when it would exceed the frame cap.
+void encodeValues(ByteBuffer& out, wire::MsgType type, std::uint64_t handle,
+                  const HandleValues& values, ValueView tag);
+void encodeHandles(ByteBuffer& out, wire::MsgType type, std::uint64_t handle,
+                   const HandleSet& handles, ValueView tag);
 
 }  // namespace vcrti
 

@@ -1,26 +1,18 @@
 #include "local_link.h"
 
-#include "handle_access.h"
-#include "protocol.h"
+#include "federation_core.h"
 
-#include <RTI/Exception.h>
-
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <map>
 #include <mutex>
-#include <vector>
 
 namespace vcrti {
 
 namespace {
 
-struct Member {
-  std::uint64_t handle = 0;
-  std::vector<bool> subscribed;  // per interaction class; guarded by the federation's mutex
-
+struct Member final : FederationMember {
   std::mutex mu;  // guards the inbox
   std::condition_variable arrived;
   ByteBuffer inbox;
@@ -28,28 +20,23 @@ struct Member {
   // Whether the inbox holds anything, readable without the lock: a federate that polls
   // an empty inbox must not take the lock that every send to it takes.
   std::atomic<bool> hasMail{false};
+
+  void deliver(const unsigned char* frame, std::size_t size) override {
+    std::lock_guard<std::mutex> lock(mu);
+    inbox.append(frame, size);
+    delivered();
+  }
+  // With the inbox lock held, after appending.
+  void delivered() {
+    hasMail.store(true, std::memory_order_release);
+    if (waiting) arrived.notify_one();
+  }
 };
 
 struct Federation {
-  std::shared_ptr<const FddModel> model;
-  std::mutex mu;
-  std::vector<std::shared_ptr<Member>> members;
-  // For each class, the members subscribed to it or to an ancestor: rebuilt when a
-  // subscription changes so that a send is one lookup.
-  std::vector<std::vector<Member*>> interested;
-  std::uint64_t nextHandle = 1;
-
-  void rebuildInterest() {
-    const auto& classes = model->interactions.classes;
-    interested.assign(classes.size(), {});
-    for (std::uint32_t c = 0; c < classes.size(); ++c)
-      for (const auto& m : members)
-        for (std::uint32_t a = c; a != kNoClass; a = classes[a].parent)
-          if (m->subscribed[a]) {
-            interested[c].push_back(m.get());
-            break;
-          }
-  }
+  explicit Federation(std::shared_ptr<const FddModel> model) : core(std::move(model)) {}
+  std::mutex mu;  // guards the core; taken before any member's inbox lock
+  FederationCore core;
 };
 
 struct Registry {
@@ -62,46 +49,65 @@ Registry& registry() {
   return *r;
 }
 
+[[noreturn]] void refused(const std::string& why) {
+  throw RtiError(Fault::RTIinternalError,
+                 L"the federation refused a message: " + std::wstring(why.begin(), why.end()));
+}
+
 class LocalLink final : public Link {
  public:
-  LocalLink(std::shared_ptr<Federation> fed, std::shared_ptr<Member> self)
+  LocalLink(std::shared_ptr<Federation> fed, std::unique_ptr<Member> self)
       : fed_(std::move(fed)), self_(std::move(self)) {}
   ~LocalLink() override {
-    if (fed_) resign();
+    if (fed_) resign(ResignMode::DeleteInstances);
   }
 
-  std::uint64_t federateHandle() const override { return self_->handle; }
-  std::shared_ptr<const FddModel> model() const override { return fed_->model; }
+  std::uint32_t federateHandle() const override { return self_->federateHandle(); }
+  std::shared_ptr<const FddModel> model() const override { return fed_->core.model(); }
 
-  void subscribe(std::uint32_t cls) override { setSubscribed(cls, true); }
-  void unsubscribe(std::uint32_t cls) override { setSubscribed(cls, false); }
+  void subscribeInteractions(std::uint32_t cls, bool on) override {
+    std::lock_guard<std::mutex> lock(fed_->mu);
+    const std::string err = fed_->core.subscribeInteractions(*self_, cls, on);
+    if (!err.empty()) refused(err);
+  }
 
-  void send(std::uint32_t cls, const rti1516::ParameterHandleValueMap& params,
-            const rti1516::VariableLengthData& tag) override {
+  void subscribeObjects(std::uint32_t cls, bool on) override {
+    std::lock_guard<std::mutex> lock(fed_->mu);
+    const std::string err = fed_->core.subscribeObjects(*self_, cls, on);
+    if (!err.empty()) refused(err);
+  }
+
+  // The hot path: no decoding, and in the usual case of one receiver the frame is encoded
+  // straight into its inbox.
+  void sendInteraction(std::uint32_t cls, const HandleValues& params, ValueView tag) override {
     std::lock_guard<std::mutex> fedLock(fed_->mu);
-    const std::vector<Member*>& targets = fed_->interested[cls];
+    const std::vector<FederationMember*>& targets = fed_->core.interactionReceivers(cls);
     Member* only = nullptr;
     std::size_t others = 0;
-    for (Member* m : targets)
+    for (FederationMember* m : targets)
       if (m != self_.get()) {
-        only = m;
+        only = static_cast<Member*>(m);
         ++others;
       }
     if (others == 1) {
-      // The usual case: the frame is encoded straight into the one receiver's inbox.
       std::lock_guard<std::mutex> lock(only->mu);
-      encodeInteraction(only->inbox, cls, params, tag);
-      deliverTo(*only);
+      encodeValues(only->inbox, wire::MsgType::Interaction, cls, params, tag);
+      only->delivered();
       return;
     }
     scratch_.clear();
-    encodeInteraction(scratch_, cls, params, tag);
-    for (Member* m : targets) {
-      if (m == self_.get()) continue;
-      std::lock_guard<std::mutex> lock(m->mu);
-      m->inbox.append(scratch_.data(), scratch_.size());
-      deliverTo(*m);
-    }
+    encodeValues(scratch_, wire::MsgType::Interaction, cls, params, tag);
+    for (FederationMember* m : targets)
+      if (m != self_.get()) m->deliver(scratch_.data(), scratch_.size());
+  }
+
+  void post(const unsigned char* frame, std::size_t size) override {
+    wire::Message m;
+    if (wire::decodeFrame(frame, size, m).status != wire::DecodeStatus::Complete)
+      refused("malformed frame");
+    std::lock_guard<std::mutex> lock(fed_->mu);
+    const std::string err = fed_->core.handle(*self_, m, frame, size);
+    if (!err.empty()) refused(err);
   }
 
   bool fetch(ByteBuffer& into, double waitSeconds) override {
@@ -125,60 +131,48 @@ class LocalLink final : public Link {
     return true;
   }
 
-  void resign() override {
-    std::lock_guard<std::mutex> lock(fed_->mu);
-    auto& ms = fed_->members;
-    ms.erase(std::remove(ms.begin(), ms.end(), self_), ms.end());
-    fed_->rebuildInterest();
+  void resign(ResignMode mode) override {
+    {
+      std::lock_guard<std::mutex> lock(fed_->mu);
+      fed_->core.resign(*self_, mode);
+    }
     fed_.reset();
   }
 
  private:
-  // With the receiver's inbox lock held, after appending.
-  static void deliverTo(Member& m) {
-    m.hasMail.store(true, std::memory_order_release);
-    if (m.waiting) m.arrived.notify_one();
-  }
-
-  void setSubscribed(std::uint32_t cls, bool on) {
-    std::lock_guard<std::mutex> lock(fed_->mu);
-    if (self_->subscribed[cls] == on) return;
-    self_->subscribed[cls] = on;
-    fed_->rebuildInterest();
-  }
-
   std::shared_ptr<Federation> fed_;
-  std::shared_ptr<Member> self_;
+  std::unique_ptr<Member> self_;
   ByteBuffer scratch_;
 };
+
+[[noreturn]] void missing(const std::wstring& name) {
+  throw RtiError(Fault::FederationExecutionDoesNotExist,
+                 L"federation execution '" + name + L"' does not exist");
+}
 
 }  // namespace
 
 void createLocalFederation(const std::wstring& name, std::shared_ptr<const FddModel> model) {
-  auto fed = std::make_shared<Federation>();
-  fed->model = std::move(model);
-  fed->rebuildInterest();
+  auto fed = std::make_shared<Federation>(std::move(model));
   Registry& r = registry();
   std::lock_guard<std::mutex> lock(r.mu);
   if (!r.federations.emplace(name, std::move(fed)).second)
-    throw rti1516::FederationExecutionAlreadyExists(L"federation execution '" + name +
-                                                    L"' already exists");
+    throw RtiError(Fault::FederationExecutionAlreadyExists,
+                   L"federation execution '" + name + L"' already exists");
 }
 
 void destroyLocalFederation(const std::wstring& name) {
   Registry& r = registry();
   std::lock_guard<std::mutex> lock(r.mu);
   auto it = r.federations.find(name);
-  if (it == r.federations.end())
-    throw rti1516::FederationExecutionDoesNotExist(L"federation execution '" + name +
-                                                   L"' does not exist");
+  if (it == r.federations.end()) missing(name);
   // Erasing may free the federation, mutex and all: it must outlive the lock held on it.
   const std::shared_ptr<Federation> doomed = it->second;
   std::lock_guard<std::mutex> fedLock(doomed->mu);
-  if (!doomed->members.empty())
-    throw rti1516::FederatesCurrentlyJoined(L"federation execution '" + name + L"' still has " +
-                                            std::to_wstring(doomed->members.size()) +
-                                            L" joined federate(s)");
+  if (doomed->core.memberCount() != 0)
+    throw RtiError(Fault::FederatesCurrentlyJoined,
+                   L"federation execution '" + name + L"' still has " +
+                       std::to_wstring(doomed->core.memberCount()) + L" joined federate(s)");
   r.federations.erase(it);
 }
 
@@ -188,46 +182,15 @@ std::unique_ptr<Link> joinLocalFederation(const std::wstring& name) {
     Registry& r = registry();
     std::lock_guard<std::mutex> lock(r.mu);
     auto it = r.federations.find(name);
-    if (it == r.federations.end())
-      throw rti1516::FederationExecutionDoesNotExist(L"federation execution '" + name +
-                                                     L"' does not exist");
+    if (it == r.federations.end()) missing(name);
     fed = it->second;
   }
-  auto self = std::make_shared<Member>();
+  auto self = std::make_unique<Member>();
   {
     std::lock_guard<std::mutex> lock(fed->mu);
-    self->handle = fed->nextHandle++;
-    self->subscribed.assign(fed->model->interactions.classes.size(), false);
-    fed->members.push_back(self);
+    fed->core.join(*self);
   }
   return std::make_unique<LocalLink>(std::move(fed), std::move(self));
-}
-
-void encodeInteraction(ByteBuffer& out, std::uint32_t cls,
-                       const rti1516::ParameterHandleValueMap& params,
-                       const rti1516::VariableLengthData& tag) {
-  std::size_t total = wire::kInteractionFixed + tag.size();
-  for (const auto& [handle, value] : params) total += wire::kParamFixed + value.size();
-  if (total - wire::kLengthPrefix > wire::kMaxFrameBody)
-    throw rti1516::RTIinternalError(L"interaction of " + std::to_wstring(total) +
-                                    L" bytes exceeds the limit of " +
-                                    std::to_wstring(wire::kMaxFrameBody) + L" bytes");
-  unsigned char* p = out.grow(total);
-  wire::storeU32(p, static_cast<std::uint32_t>(total - wire::kLengthPrefix));
-  p[4] = static_cast<unsigned char>(wire::MsgType::Interaction);
-  wire::storeU32(p + 5, cls);
-  wire::storeU32(p + 9, static_cast<std::uint32_t>(tag.size()));
-  p += 13;
-  if (tag.size()) std::memcpy(p, tag.data(), tag.size());
-  p += tag.size();
-  wire::storeU32(p, static_cast<std::uint32_t>(params.size()));
-  p += 4;
-  for (const auto& [handle, value] : params) {
-    wire::storeU32(p, static_cast<std::uint32_t>(rti1516::HandleAccess::value(handle)));
-    wire::storeU32(p + 4, static_cast<std::uint32_t>(value.size()));
-    if (value.size()) std::memcpy(p + 8, value.data(), value.size());
-    p += wire::kParamFixed + value.size();
-  }
 }
 
 }  // namespace vcrti

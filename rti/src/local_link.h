@@ -10,8 +10,7 @@
 
 namespace vcrti {
 
-// Each throws the API's exception for the failure (already exists, does not exist,
-// federates joined).
+// Each throws RtiError for the failure (already exists, does not exist, federates joined).
 void createLocalFederation(const std::wstring& name, std::shared_ptr<const FddModel> model);
 void destroyLocalFederation(const std::wstring& name);
 std::unique_ptr<Link> joinLocalFederation(const std::wstring& name);

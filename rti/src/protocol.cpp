@@ -19,6 +19,12 @@ class Cursor {
     p_ += 4;
     return true;
   }
+  bool u64(std::uint64_t& v) {
+    if (left() < 8) return false;
+    v = loadU64(p_);
+    p_ += 8;
+    return true;
+  }
   bool bytes(Bytes& b) {
     std::uint32_t n;
     if (!u32(n) || left() < n) return false;
@@ -42,6 +48,23 @@ class Cursor {
   const unsigned char* end_;
 };
 
+// The checked entries of a parameter or attribute list.
+bool entries(Cursor& c, Message& m) {
+  if (!c.u32(m.paramCount)) return false;
+  // Each entry takes at least 8 bytes: a count that cannot fit is rejected before the
+  // walk, so a hostile count costs nothing.
+  if (m.paramCount > c.left() / kParamFixed) return false;
+  const unsigned char* start = c.pos();
+  for (std::uint32_t i = 0; i < m.paramCount; ++i) {
+    std::uint32_t handle;
+    Bytes value;
+    if (!c.u32(handle) || !c.bytes(value)) return false;
+  }
+  m.params.data = start;
+  m.params.size = static_cast<std::size_t>(c.pos() - start);
+  return true;
+}
+
 const char* decodeBody(Cursor& c, Message& m) {
   std::uint8_t type;
   if (!c.u8(type)) return "empty frame";
@@ -59,28 +82,43 @@ const char* decodeBody(Cursor& c, Message& m) {
       if (!c.u32(m.requestId) || !c.str(m.name) || !c.str(m.text)) return "truncated join";
       break;
     case MsgType::Resign:
-      if (!c.u32(m.requestId)) return "truncated resign";
+      if (!c.u32(m.requestId) || !c.u32(m.handle)) return "truncated resign";
       break;
     case MsgType::Subscribe:
     case MsgType::Unsubscribe:
+    case MsgType::SubscribeObjects:
+    case MsgType::UnsubscribeObjects:
       if (!c.u32(m.requestId) || !c.u32(m.handle)) return "truncated subscription";
       break;
-    case MsgType::Interaction: {
-      if (!c.u32(m.handle) || !c.bytes(m.tag) || !c.u32(m.paramCount))
-        return "truncated interaction";
-      // Each entry takes at least 8 bytes: a count that cannot fit is rejected before the
-      // walk, so a hostile count costs nothing.
-      if (m.paramCount > c.left() / kParamFixed) return "parameter count exceeds frame";
-      const unsigned char* start = c.pos();
-      for (std::uint32_t i = 0; i < m.paramCount; ++i) {
-        std::uint32_t handle;
-        Bytes value;
-        if (!c.u32(handle) || !c.bytes(value)) return "truncated parameter";
-      }
-      m.params.data = start;
-      m.params.size = static_cast<std::size_t>(c.pos() - start);
+    case MsgType::Interaction:
+      if (!c.u32(m.handle) || !c.bytes(m.tag) || !entries(c, m)) return "truncated interaction";
       break;
-    }
+    case MsgType::Hello:
+      if (!c.u32(m.requestId) || !c.u32(m.handle) || !c.str(m.text)) return "truncated hello";
+      break;
+    case MsgType::ReserveName:
+      if (!c.str(m.name)) return "truncated name reservation";
+      break;
+    case MsgType::NameReserved:
+      if (!c.u32(m.handle) || !c.str(m.name)) return "truncated name reservation";
+      break;
+    case MsgType::Register:
+    case MsgType::Discover:
+      if (!c.u64(m.instance) || !c.u32(m.handle) || !c.str(m.name)) return "truncated instance";
+      break;
+    case MsgType::Update:
+    case MsgType::RequestUpdate:
+      if (!c.u64(m.instance) || !c.bytes(m.tag) || !entries(c, m)) return "truncated update";
+      break;
+    case MsgType::Delete:
+      if (!c.u64(m.instance) || !c.bytes(m.tag)) return "truncated delete";
+      break;
+    case MsgType::LocalDelete:
+      if (!c.u64(m.instance)) return "truncated local delete";
+      break;
+    case MsgType::RequestClassUpdate:
+      if (!c.u32(m.handle) || !c.bytes(m.tag) || !entries(c, m)) return "truncated update request";
+      break;
     case MsgType::Reply:
       if (!c.u32(m.requestId) || !c.u32(m.handle) || !c.str(m.text) || !c.bytes(m.blob))
         return "truncated reply";
@@ -114,6 +152,11 @@ FrameWriter::FrameWriter(ByteBuffer& out, MsgType type, std::size_t expectedBody
 
 FrameWriter& FrameWriter::u32(std::uint32_t v) {
   storeU32(out_.grow(4), v);
+  return *this;
+}
+
+FrameWriter& FrameWriter::u64(std::uint64_t v) {
+  storeU64(out_.grow(8), v);
   return *this;
 }
 

@@ -23,16 +23,34 @@ constexpr std::size_t kLengthPrefix = 4;
 // FDD; small enough that a hostile length cannot make the hub allocate without bound.
 constexpr std::uint32_t kMaxFrameBody = 1u << 20;
 constexpr std::uint16_t kDefaultHubPort = 15160;
+// Bumped whenever a frame changes meaning: a client and a hub of different versions
+// refuse each other at the first frame instead of misreading the rest.
+constexpr std::uint32_t kProtocolVersion = 2;
 
 enum class MsgType : std::uint8_t {
   Create = 1,       // requestId, federation, fdd file name, fdd model -> Reply
   Destroy = 2,      // requestId, federation -> Reply
   Join = 3,         // requestId, federation, federate type -> Reply(handle; fdd name, model)
-  Resign = 4,       // requestId -> Reply
+  Resign = 4,       // requestId, resign mode -> Reply
   Subscribe = 5,    // requestId, interaction class -> Reply
   Unsubscribe = 6,  // requestId, interaction class -> Reply
   Interaction = 7,  // class, tag, parameters
   Reply = 8,        // requestId, status, text, payload
+  // The first frame of every connection; the hub answers with its own version.
+  Hello = 9,  // requestId, protocol version, software -> Reply(payload: version)
+  // Object management. The hub forwards Update, Delete and RequestUpdate as they came,
+  // so a federate receives the very frame its peer sent.
+  SubscribeObjects = 10,    // requestId, object class -> Reply
+  UnsubscribeObjects = 11,  // requestId, object class -> Reply
+  ReserveName = 12,         // name -> NameReserved
+  NameReserved = 13,        // status (0 reserved), name
+  Register = 14,            // instance, class, name
+  Discover = 15,            // instance, class, name
+  Update = 16,              // instance, tag, attributes
+  Delete = 17,              // instance, tag
+  LocalDelete = 18,         // instance
+  RequestUpdate = 19,       // instance, tag, attributes (empty values)
+  RequestClassUpdate = 20,  // class, tag, attributes (empty values)
 };
 
 enum class Status : std::uint32_t {
@@ -55,16 +73,19 @@ struct Bytes {
 struct Message {
   MsgType type{};
   std::uint32_t requestId = 0;
-  std::uint32_t handle = 0;  // class (Subscribe, Unsubscribe, Interaction), status (Reply)
-  std::string_view name;     // federation (Create, Destroy, Join)
-  std::string_view text;     // fdd file name (Create), federate type (Join), message (Reply)
-  Bytes blob;                // fdd model (Create), payload (Reply)
-  Bytes tag;                 // Interaction
+  // Class (subscriptions, Interaction, Register, Discover, RequestClassUpdate), status
+  // (Reply, NameReserved), protocol version (Hello), resign mode (Resign).
+  std::uint32_t handle = 0;
+  std::uint64_t instance = 0;
+  std::string_view name;  // federation (Create, Destroy, Join), object instance
+  std::string_view text;  // fdd file name (Create), federate type (Join), message (Reply)
+  Bytes blob;             // fdd model (Create), payload (Reply)
+  Bytes tag;              // Interaction, Update, Delete, RequestUpdate, RequestClassUpdate
   std::uint32_t paramCount = 0;
-  Bytes params;  // Interaction: paramCount checked entries
+  Bytes params;  // parameters or attributes: paramCount checked entries
 };
 
-// Walks the checked parameter entries of an Interaction.
+// Walks the checked parameter (or attribute) entries of a frame.
 class ParamReader {
  public:
   explicit ParamReader(const Message& m) : p_(m.params.data), left_(m.paramCount) {}
@@ -108,6 +129,7 @@ class FrameWriter {
  public:
   FrameWriter(ByteBuffer& out, MsgType type, std::size_t expectedBody = 64);
   FrameWriter& u32(std::uint32_t v);
+  FrameWriter& u64(std::uint64_t v);
   FrameWriter& bytes(const void* p, std::size_t n);  // length-prefixed
   FrameWriter& str(std::string_view s) { return bytes(s.data(), s.size()); }
   FrameWriter& raw(const void* p, std::size_t n);  // no length
@@ -132,9 +154,20 @@ inline std::uint32_t loadU32(const unsigned char* p) {
          std::uint32_t(p[3]) << 24;
 }
 
+inline void storeU64(unsigned char* p, std::uint64_t v) {
+  storeU32(p, static_cast<std::uint32_t>(v));
+  storeU32(p + 4, static_cast<std::uint32_t>(v >> 32));
+}
+
+inline std::uint64_t loadU64(const unsigned char* p) {
+  return std::uint64_t(loadU32(p)) | std::uint64_t(loadU32(p + 4)) << 32;
+}
+
 // Bytes of an Interaction frame's fixed part: prefix, type, class, tag length, count.
 constexpr std::size_t kInteractionFixed = kLengthPrefix + 1 + 4 + 4 + 4;
 constexpr std::size_t kParamFixed = 8;
+// The same for an Update: prefix, type, instance, tag length, count.
+constexpr std::size_t kUpdateFixed = kLengthPrefix + 1 + 8 + 4 + 4;
 
 }  // namespace vcrti::wire
 

@@ -231,8 +231,9 @@ void DtExerciseConn::sendDeferred() {
 
 void DtExerciseConn::awaitRti(bool publishing) {
   // Evoking from inside the RTI's callback is refused (1516-2010) or re-enters it: a
-  // subscription made there is not waited for.
-  if (inRtiCallback_) return;
+  // subscription made there is not waited for. The embedded RTI routes at the federation,
+  // where a subscription is in force when the call returns: nothing to wait for there.
+  if (inRtiCallback_ || VC_RTI_ROUTES_AT_ONCE) return;
   // An RTI may route at nodes of its own, one in each federate's process, that learn of
   // publications and subscriptions through the federation's central node: a publisher's
   // node drops what it sends before it has heard of the subscribers, and a subscription
