@@ -174,6 +174,8 @@ TEST(JoinRace, AFederationDestroyedBetweenFindingAndJoiningIsMadeAgain) {
 // own reservation only. A late answer to one whose wait ran out must not end the next.
 TEST(FederationConfirmation, ALateAnswerToAnEarlierWaitDoesNotEndTheNextOne) {
   if (!vctest::serverAvailable()) GTEST_SKIP() << "built against an RTI without a server process";
+  // Its subscriptions are in force when the call returns: the connection waits for nothing.
+  if (vctest::embeddedRti()) GTEST_SKIP() << "the embedded RTI routes at its centre";
   std::uint16_t port = 0;
   std::unique_ptr<vctest::ChildProcess> server = vctest::startServer(port);
   DtExerciseConn conn(vctest::hubUrl(port, "Confirm").c_str(), "app",

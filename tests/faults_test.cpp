@@ -158,15 +158,9 @@ TEST_F(Faults, FrameOverTheCapFromAJoinedFederateDropsItWithoutBufferingIt) {
 
 TEST_F(Faults, FrameOverTheCapFromTheHubSideIsALossNotAnAllocation) {
   // Something answers on the hub's address with a frame announcing 4 GiB.
-  const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in a{};
-  a.sin_family = AF_INET;
-  a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  ASSERT_EQ(::bind(listener, reinterpret_cast<sockaddr*>(&a), sizeof a), 0);
-  ASSERT_EQ(::listen(listener, 4), 0);
-  socklen_t len = sizeof a;
-  ::getsockname(listener, reinterpret_cast<sockaddr*>(&a), &len);
-  const std::uint16_t fakePort = ntohs(a.sin_port);
+  std::uint16_t fakePort = 0;
+  const int listener = listenOnLoopback(fakePort);
+  ASSERT_GE(listener, 0);
   std::thread fake([listener] {
     pollfd p{listener, POLLIN, 0};
     if (::poll(&p, 1, 10000) != 1) return;

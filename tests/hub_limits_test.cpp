@@ -397,7 +397,7 @@ TEST_F(UnreadLog, ClientsComingAndGoingAreServedWhileNobodyReadsTheHubsLog) {
     RawClient c(port_);
     ASSERT_TRUE(c.connected()) << "cycle " << i;
     Bytes both = Frame(kJoin).u32(1).str(name_).str("cycling").done();
-    const Bytes resign = Frame(kResign).u32(2).done();
+    const Bytes resign = Frame(kResign).u32(2).u32(0).done();
     both.insert(both.end(), resign.begin(), resign.end());
     ASSERT_TRUE(c.send(both)) << "cycle " << i;
     Bytes body;
@@ -492,6 +492,174 @@ TEST_F(SmallFederationBudget, EmptyFederationsMakeRoomAndExpireJoinedOnesStay) {
   EXPECT_LT(p.worstMs, kPromptlyMs);
   kept->resignFederationExecution(NO_ACTION);
   EXPECT_NO_THROW(creator->destroyFederationExecution(urlOf(keptName)));
+}
+
+// ------------------------------------------------------------------ objects
+
+class ObjectBudgetHub : public HubLimits {
+ protected:
+  std::vector<std::string> hubArgs() const override {
+    return {"--federation-memory", "8388608", "--queue-limit", "1048576", "--max-delay", "500"};
+  }
+
+  // Joins a raw client to the test's federation; its federate handle, or 0.
+  std::uint32_t joinRaw(RawClient& c) {
+    Bytes body;
+    Reply r;
+    if (!c.send(Frame(kJoin).u32(1).str(name_).str("hostile").done()) ||
+        !c.readFrame(body, seconds(10)) || !parseReply(body, r) || r.status != 0 ||
+        r.payload.size() < 4)
+      return 0;
+    return r.payload[0] | r.payload[1] << 8 | r.payload[2] << 16 |
+           std::uint32_t(r.payload[3]) << 24;
+  }
+};
+
+// An instance of the root class registered under the name the RTI would give it.
+Bytes registration(std::uint32_t federate, std::uint32_t n) {
+  return Frame(kRegister)
+      .u32(n)
+      .u32(federate)
+      .u32(0)
+      .str("HLAobject_" + std::to_string(federate) + "_" + std::to_string(n))
+      .done();
+}
+
+// The status of a NameReserved frame: 0 reserved, anything else refused; ~0 if it is not one.
+std::uint32_t reservation(const Bytes& body) {
+  if (body.size() < 5 || body[0] != 13) return ~0u;
+  return body[1] | body[2] << 8 | body[3] << 16 | std::uint32_t(body[4]) << 24;
+}
+
+TEST_F(ObjectBudgetHub, ARegistrationFloodEndsAtTheFederationMemoryWithTheFlooderDropped) {
+  Probe p = probe();
+  const long before = residentKiB(hub_->pid());
+  {
+    RawClient flood(port_);
+    const std::uint32_t self = joinRaw(flood);
+    ASSERT_NE(self, 0u);
+    // Some 300 bytes each at the hub: 200,000 are seven times the budget.
+    Bytes batch;
+    for (std::uint32_t n = 1; n <= 200000; ++n) {
+      const Bytes f = registration(self, n);
+      batch.insert(batch.end(), f.begin(), f.end());
+      if (n % 2000 != 0) continue;
+      if (!flood.send(batch)) break;
+      batch.clear();
+    }
+    long peak = before;
+    EXPECT_TRUE(whileProbing(p, "fill the RTI's memory budget", peak)) << hub_->transcript();
+    EXPECT_TRUE(flood.closedByPeer(seconds(10)));
+    EXPECT_LT(peak - before, 64 * 1024) << "KiB the flood cost the hub";
+  }
+  EXPECT_FALSE(p.lost);
+  EXPECT_LT(p.worstMs, kPromptlyMs);
+
+  // The flooder's instances went with it: the budget is there for the next one.
+  RawClient next(port_);
+  const std::uint32_t self = joinRaw(next);
+  ASSERT_NE(self, 0u);
+  Bytes batch;
+  for (std::uint32_t n = 1; n <= 5000; ++n) {
+    const Bytes f = registration(self, n);
+    batch.insert(batch.end(), f.begin(), f.end());
+  }
+  const Bytes check = Frame(kReserveName).str("after the flood").done();
+  batch.insert(batch.end(), check.begin(), check.end());
+  ASSERT_TRUE(next.send(batch));
+  Bytes body;
+  ASSERT_TRUE(next.readFrame(body, seconds(10))) << hub_->transcript();
+  EXPECT_EQ(reservation(body), 0u);
+}
+
+TEST_F(ObjectBudgetHub, AReserveNameStormIsRefusedPastTheFederationMemoryAndHarmsNobody) {
+  Probe p = probe();
+  const long before = residentKiB(hub_->pid());
+  long peak = before;
+  std::size_t reserved = 0, refused = 0;
+  const std::uint32_t total = 60000;  // some 300 bytes each at the hub: twice the budget
+  {
+    RawClient storm(port_);
+    ASSERT_NE(joinRaw(storm), 0u);
+    const std::string pad(200, 'n');
+    Bytes batch, body;
+    for (std::uint32_t n = 0; n < total; ++n) {
+      const Bytes f = Frame(kReserveName).str(pad + std::to_string(n)).done();
+      batch.insert(batch.end(), f.begin(), f.end());
+      if (n % 1000 != 999) continue;
+      ASSERT_TRUE(storm.send(batch));
+      batch.clear();
+      while (reserved + refused <= n && storm.readFrame(body, seconds(10)))
+        (reservation(body) == 0 ? reserved : refused)++;
+      peak = std::max(peak, residentKiB(hub_->pid()));
+      p.once();
+    }
+  }
+  EXPECT_EQ(reserved + refused, total);
+  EXPECT_GT(reserved, 10000u);
+  EXPECT_GT(refused, 10000u);
+  EXPECT_LT(peak - before, 64 * 1024) << "KiB the storm cost the hub";
+  EXPECT_FALSE(p.lost);
+  EXPECT_LT(p.worstMs, kPromptlyMs);
+
+  // Its names went with it once it left.
+  RawClient next(port_);
+  ASSERT_NE(joinRaw(next), 0u);
+  Bytes body;
+  std::uint32_t status = ~0u;
+  for (int tries = 0; tries < 50 && status != 0; ++tries) {
+    ASSERT_TRUE(next.send(Frame(kReserveName).str(std::string(200, 'n') + "0").done()));
+    ASSERT_TRUE(next.readFrame(body, seconds(10)));
+    status = reservation(body);
+    if (status != 0) std::this_thread::sleep_for(milliseconds(100));
+  }
+  EXPECT_EQ(status, 0u);
+}
+
+// A subscriber that never reads what it is sent of the instances it discovered is dropped
+// like any other, and the instances it owned are removed for those still there.
+TEST_F(ObjectBudgetHub, ASubscriberThatNeverReadsIsDroppedAndItsInstancesGoWithIt) {
+  RawClient watcher(port_), stuck(port_), owner(port_);
+  const std::uint32_t stuckId = joinRaw(stuck), ownerId = joinRaw(owner);
+  ASSERT_NE(joinRaw(watcher), 0u);
+  ASSERT_NE(stuckId, 0u);
+  ASSERT_NE(ownerId, 0u);
+  Bytes body;
+  ASSERT_TRUE(watcher.send(Frame(kSubscribeObjects).u32(2).u32(0).done()));
+  ASSERT_TRUE(watcher.readFrame(body, seconds(10)));
+  ASSERT_TRUE(stuck.send(registration(stuckId, 1)));
+  ASSERT_TRUE(stuck.send(Frame(kSubscribeObjects).u32(2).u32(0).done()));
+  ASSERT_TRUE(owner.send(registration(ownerId, 1)));
+
+  // 1 KiB values for the privilege attribute (handle 0), well past the stuck one's limit.
+  const Bytes update = Frame(kUpdate)
+                           .u32(1)
+                           .u32(ownerId)
+                           .u32(0)
+                           .u32(1)
+                           .u32(0)
+                           .u32(1024)
+                           .raw(Bytes(1024, 0x5A))
+                           .done();
+  Bytes burst;
+  for (int i = 0; i < 256; ++i) burst.insert(burst.end(), update.begin(), update.end());
+  std::string line;
+  bool dropped = false;
+  std::size_t removed = 0;
+  const auto deadline = Clock::now() + seconds(20);
+  while (Clock::now() < deadline && removed == 0) {
+    if (!dropped) {
+      ASSERT_TRUE(owner.send(burst));
+    }
+    dropped = dropped || hub_->waitForLine("not reading", line, milliseconds(1));
+    while (watcher.readFrame(body, milliseconds(5))) {
+      if (!body.empty() && body[0] == kDelete && body.size() >= 9 &&
+          (body[5] | body[6] << 8 | body[7] << 16 | std::uint32_t(body[8]) << 24) == stuckId)
+        ++removed;
+    }
+  }
+  EXPECT_TRUE(dropped) << hub_->transcript();
+  EXPECT_EQ(removed, 1u) << "the stuck federate's instance was not removed";
 }
 
 }  // namespace

@@ -213,6 +213,22 @@ inline bool parseReply(const Bytes& body, Reply& r) {
   return true;
 }
 
+// A socket listening on 127.0.0.1 at a port the system picks, which is set; -1 on failure.
+inline int listenOnLoopback(std::uint16_t& port) {
+  const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in a{};
+  a.sin_family = AF_INET;
+  a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t len = sizeof a;
+  if (fd < 0 || ::bind(fd, reinterpret_cast<sockaddr*>(&a), sizeof a) != 0 ||
+      ::listen(fd, 4) != 0 || ::getsockname(fd, reinterpret_cast<sockaddr*>(&a), &len) != 0) {
+    if (fd >= 0) ::close(fd);
+    return -1;
+  }
+  port = ntohs(a.sin_port);
+  return fd;
+}
+
 // A stand-in hub on a port of its own that greets each connection as a hub of this
 // release does (or with the greeting given) and answers its first request after the hello
 // with the given reply frame (request id 2: every connection numbers its requests from 1,
@@ -221,15 +237,7 @@ class FakeHub {
  public:
   explicit FakeHub(std::vector<Bytes> replies,
                    Bytes greeting = answer(1, 0, "", {kVersion, 0, 0, 0})) {
-    listener_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    ::bind(listener_, reinterpret_cast<sockaddr*>(&a), sizeof a);
-    ::listen(listener_, 4);
-    socklen_t len = sizeof a;
-    ::getsockname(listener_, reinterpret_cast<sockaddr*>(&a), &len);
-    port_ = ntohs(a.sin_port);
+    listener_ = listenOnLoopback(port_);
     thread_ = std::thread([this, replies, greeting] {
       for (const Bytes& reply : replies) {
         pollfd p{listener_, POLLIN, 0};

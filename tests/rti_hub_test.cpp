@@ -315,6 +315,80 @@ TEST(HubVersion, AFederateRefusesAHubOfAnotherReleaseNamingBothVersions) {
   }
 }
 
+// A federate whose sends the hub has stopped taking keeps reading what the hub sends, so
+// that neither waits for the other, but only up to its cap: past it the bytes stay in the
+// kernel for the hub to notice. A stand-in hub that never reads and sends without end
+// gets no more than the cap and the kernels' buffers into the federate.
+TEST(HubLink, ASenderTheHubHoldsUpReadsNoMoreThanItsCap) {
+  if (!hubBuilt()) GTEST_SKIP() << "the hub is built with the embedded RTI only";
+  // The stand-in answers the join as a real hub does.
+  std::uint16_t port = 0;
+  auto hub = vctest::startHub(port, {"--quiet"});
+  const std::wstring realUrl = wide(vctest::hubUrl(port, "Stall"));
+  makeAmbassador()->createFederationExecution(realUrl, wide(VC_FDD_FILE));
+  RawClient raw(port);
+  Bytes joined;
+  ASSERT_TRUE(raw.send(Frame(kJoin).u32(2).str("Stall").str("victim").done()));
+  ASSERT_TRUE(raw.readFrame(joined, seconds(10)));
+  Bytes joinAnswer;
+  for (int k = 0; k < 4; ++k)
+    joinAnswer.push_back(static_cast<unsigned char>(joined.size() >> (8 * k)));
+  for (unsigned char b : joined) joinAnswer.push_back(b);
+  Recorder probeRec;
+  auto probe = makeAmbassador();
+  probe->joinFederationExecution(L"probe", realUrl, probeRec);
+  const InteractionClassHandle cls = probe->getInteractionClassHandle(L"ViewControl");
+  const ParameterHandle pdu = probe->getParameterHandle(cls, L"ViewControlPdu");
+  const Bytes big = Frame(kInteraction)
+                        .u32(handleValue(cls))
+                        .u32(0)
+                        .u32(1)
+                        .u32(handleValue(pdu))
+                        .u32(65536)
+                        .raw(Bytes(65536, 0x33))
+                        .done();
+
+  std::uint16_t stallPort = 0;
+  const int listener = listenOnLoopback(stallPort);
+  ASSERT_GE(listener, 0);
+  constexpr std::size_t kFlood = 96u << 20;
+  std::size_t written = 0;
+  std::thread stalling([&] {
+    pollfd l{listener, POLLIN, 0};
+    if (::poll(&l, 1, 10000) != 1) return;
+    const int fd = ::accept(listener, nullptr, nullptr);
+    char request[4096];
+    (void)!::recv(fd, request, sizeof request, 0);
+    sendAll(fd, FakeHub::answer(1, 0, "", {kVersion, 0, 0, 0}));
+    (void)!::recv(fd, request, sizeof request, 0);
+    sendAll(fd, joinAnswer);
+    // From here on nothing is read: the federate's sends stall.
+    while (written < kFlood) {
+      pollfd w{fd, POLLOUT, 0};
+      if (::poll(&w, 1, 2000) != 1) break;  // it no longer reads either
+      const ssize_t n = ::send(fd, big.data(), big.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+      if (n <= 0) break;
+      written += static_cast<std::size_t>(n);
+    }
+    ::close(fd);
+  });
+
+  auto victim = makeAmbassador();
+  Recorder rec;
+  victim->joinFederationExecution(L"victim", wide(vctest::hubUrl(stallPort, "Stall")), rec);
+  victim->publishInteractionClass(cls);
+  ParameterHandleValueMap v;
+  const Bytes payload(65536, 0x44);
+  v[pdu] = data(payload);
+  EXPECT_THROW(for (;;) victim->sendInteraction(cls, v, VariableLengthData()), RTIinternalError);
+  stalling.join();
+  ::close(listener);
+  // 16 MiB of its own, and what the kernels' socket buffers hold.
+  EXPECT_LT(written, std::size_t{48} << 20) << "bytes the stalled federate took in";
+  EXPECT_GT(written, std::size_t{16} << 20) << "it stopped reading before its cap";
+  probe->resignFederationExecution(NO_ACTION);
+}
+
 TEST_F(Hub, JoinedClientSendingAnUnknownClassIsDroppedAndResigned) {
   Fed& a = join();
   Fed& b = join();
