@@ -361,4 +361,23 @@ std::unique_ptr<ChildProcess> startServer(std::uint16_t& port) {
   return node;
 }
 
+std::string objectManagementMissing(const std::string& url) {
+  ChildProcess probe(binaryPath("vcmover"),
+                     {"--federation", url, "--fdd", VC_FDD_FILE, "--name", "object-probe",
+                      "--count", "1", "--duration", "0"},
+                     true);
+  std::string line;
+  probe.waitForLine("entities deleted", line, std::chrono::seconds(20));
+  const int status = probe.wait(std::chrono::seconds(10));
+  if (status == 0) return "";
+  const std::string said = probe.transcript();
+  const auto refusal = said.find("not supported");
+  if (refusal == std::string::npos)
+    throw std::runtime_error("vcmover failed for another reason than a missing service:\n" + said);
+  const auto start = said.rfind('\n', refusal);
+  const auto end = said.find('\n', refusal);
+  return said.substr(start == std::string::npos ? 0 : start + 1,
+                     end == std::string::npos ? std::string::npos : end - start - 1);
+}
+
 }  // namespace vctest

@@ -131,4 +131,10 @@ bool serverAvailable();
 // std::runtime_error when it does not come up within a few seconds.
 std::unique_ptr<ChildProcess> startServer(std::uint16_t& port);
 
+// Why the RTI behind the federation `url` cannot carry HLA objects (its refusal, such as
+// "... is not supported by this RTI"), or "" when it can: found by registering one entity
+// there with vcmover. Tests of entities skip themselves with this reason on an RTI that
+// does not have object management yet.
+std::string objectManagementMissing(const std::string& url);
+
 }  // namespace vctest

@@ -12,6 +12,7 @@
 
 #include "dtExport.h"
 #include "dtInteraction.h"
+#include "dtObjects.h"
 #include "dtString.h"
 
 /// How building a connection went.
@@ -116,6 +117,31 @@ class DT_EXPORT DtExerciseConn {
     removeTypedCallback(className, reinterpret_cast<void (*)()>(cb), usr);
   }
 
+  // ------------------------------------------------------------------ objects
+  /// Subscribes `listener` to the named attributes of each named object class. A class
+  /// the object model lacks is left out, and so, class by class, is an attribute the class
+  /// does not have. The listener (one per connection, kept by the caller) hears of
+  /// instances from the next drainInput() on. Returns how many classes were subscribed;
+  /// when the RTI refuses (one without object management, say) `problem` says why and the
+  /// connection carries on with its interactions.
+  int subscribeObjects(const std::vector<std::string>& classNames,
+                       const std::vector<std::string>& attributeNames, DtObjectListener* listener,
+                       std::string* problem = nullptr);
+  /// Registers an instance of `className` that will update the named attributes
+  /// (publishing them on first use). It is called `instanceName` when the federation lets
+  /// it have that name, else the RTI names it. 0 when the connection is down, or the class
+  /// or an attribute is not in the object model or the RTI refuses (`problem` says why).
+  DtObjectId registerObject(const std::string& className,
+                            const std::vector<std::string>& attributeNames,
+                            const std::string& instanceName, std::string* problem = nullptr);
+  /// Sends new values of an instance registered here; an index outside its attribute
+  /// list is ignored. False when the instance is not ours or the RTI refused.
+  bool updateObject(DtObjectId id, const DtAttributeValue* values, int count);
+  /// Deletes an instance registered here.
+  bool deleteObject(DtObjectId id);
+  /// The RTI's name of an instance known here (registered or discovered); empty if none.
+  std::string objectName(DtObjectId id) const;
+
   /// Processes incoming traffic: delivers what has arrived (at most
   /// kMaxCallbacksPerDrain callbacks), waiting up to `waitSeconds` for the first one when
   /// none is there yet. Returns the number of interactions delivered to callbacks.
@@ -177,6 +203,41 @@ class DT_EXPORT DtExerciseConn {
   void received(dtrti::InteractionClassHandle handle, const dtrti::ParameterHandleValueMap& values);
   void deliver(dtrti::InteractionClassHandle handle, const dtrti::ParameterHandleValueMap& values);
   void awaitRti(bool publishing);
+  // Marks the time the RTI is calling us back (see inRtiCallback_).
+  struct InRtiCallback {
+    bool& flag;
+    const bool was;
+    explicit InRtiCallback(bool& f) : flag(f), was(f) { flag = true; }
+    ~InRtiCallback() { flag = was; }
+  };
+  // Objects (dtExerciseConnObjects.cpp).
+  // Something that happened to an instance, kept (with copies of its values) while the
+  // connection waits for the RTI, like held_.
+  struct ObjectEvent {
+    enum Kind { Discovered, Reflected, Removed } kind;
+    dtrti::ObjectInstanceHandle object;
+    dtrti::ObjectClassHandle cls;
+    std::wstring name;
+    dtrti::AttributeHandleValueMap values;
+  };
+  struct Instance {
+    DtObjectId id = 0;
+    dtrti::ObjectClassHandle cls;
+    std::wstring name;
+    bool own = false;
+    std::vector<dtrti::AttributeHandle> attributes;  // own instances: by index
+  };
+  void objectDiscovered(dtrti::ObjectInstanceHandle object, dtrti::ObjectClassHandle cls,
+                        const std::wstring& name);
+  void objectReflected(dtrti::ObjectInstanceHandle object,
+                       const dtrti::AttributeHandleValueMap& values);
+  void objectRemoved(dtrti::ObjectInstanceHandle object);
+  void reflectNow(dtrti::ObjectInstanceHandle object, const dtrti::AttributeHandleValueMap& values);
+  void deliverObject(const ObjectEvent& event);
+  const std::vector<std::pair<dtrti::AttributeHandle, int>>& listenedAttributes(
+      dtrti::ObjectClassHandle cls);
+  bool reserveName(const std::wstring& name);
+  Instance* ownInstance(DtObjectId id, dtrti::ObjectInstanceHandle* handle);
   void sendDeferred();
   void deliverHeld();
   /// False when the object model has no description for the class.
@@ -235,6 +296,17 @@ class DT_EXPORT DtExerciseConn {
   std::deque<Queued> deferred_;
   unsigned reservations_ = 0;
   std::vector<Route> routes_;
+  DtObjectListener* objectListener_ = nullptr;
+  std::vector<std::string> listenedNames_;
+  std::map<dtrti::ObjectClassHandle, std::vector<std::pair<dtrti::AttributeHandle, int>>> listened_;
+  std::map<dtrti::ObjectInstanceHandle, Instance> instances_;
+  std::map<DtObjectId, dtrti::ObjectInstanceHandle> objectIds_;
+  DtObjectId nextObjectId_ = 0;
+  std::map<dtrti::ObjectClassHandle, dtrti::AttributeHandleSet> objectPublished_;
+  std::deque<ObjectEvent> heldObjects_;
+  std::vector<DtAttributeValue> reflected_;
+  std::wstring pendingName_;
+  int pendingNameResult_ = 0;  // 1 reserved, -1 refused, 0 no answer yet
   bool routesStale_ = false;
   // Deliveries under way: a nested one (an RTI that lets a callback evoke more) works
   // without the routes, which the outer one may be walking.

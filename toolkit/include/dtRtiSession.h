@@ -14,8 +14,9 @@
 #include "dtRti.h"
 
 /// DtRtiReceiver is a federate ambassador that hands every interaction the RTI delivers
-/// (in receive order, with or without regions) to interactionReceived(), whichever API's
-/// callback signatures the RTI calls it with. Other callbacks do nothing unless a
+/// (in receive order, with or without regions) to interactionReceived(), and what happens
+/// to object instances to objectDiscovered(), objectReflected() and objectRemoved(),
+/// whichever API's callback signatures the RTI calls it with. Other callbacks do nothing unless a
 /// subclass overrides them; their signatures are the same in both APIs where the toolkit
 /// uses them (name reservation).
 class DT_EXPORT DtRtiReceiver : public dtrti::NullFederateAmbassador {
@@ -25,9 +26,30 @@ class DT_EXPORT DtRtiReceiver : public dtrti::NullFederateAmbassador {
 
   virtual void interactionReceived(dtrti::InteractionClassHandle cls,
                                    const dtrti::ParameterHandleValueMap& values) = 0;
+  /// Instances of subscribed object classes, in receive order, whichever API calls.
+  virtual void objectDiscovered(dtrti::ObjectInstanceHandle object, dtrti::ObjectClassHandle cls,
+                                const std::wstring& name) {}
+  virtual void objectReflected(dtrti::ObjectInstanceHandle object,
+                               const dtrti::AttributeHandleValueMap& values) {}
+  virtual void objectRemoved(dtrti::ObjectInstanceHandle object) {}
 
+  using dtrti::NullFederateAmbassador::discoverObjectInstance;
   using dtrti::NullFederateAmbassador::receiveInteraction;
+  using dtrti::NullFederateAmbassador::reflectAttributeValues;
+  using dtrti::NullFederateAmbassador::removeObjectInstance;
+  void discoverObjectInstance(dtrti::ObjectInstanceHandle object, dtrti::ObjectClassHandle cls,
+                              std::wstring const& name) override;
 #if defined(VC_HLA_EVOLVED) && VC_HLA_EVOLVED
+  void discoverObjectInstance(dtrti::ObjectInstanceHandle object, dtrti::ObjectClassHandle cls,
+                              std::wstring const& name, dtrti::FederateHandle producer) override;
+  void reflectAttributeValues(dtrti::ObjectInstanceHandle object,
+                              dtrti::AttributeHandleValueMap const& values,
+                              dtrti::VariableLengthData const& tag, dtrti::OrderType sentOrder,
+                              dtrti::TransportationType transport,
+                              dtrti::SupplementalReflectInfo info) override;
+  void removeObjectInstance(dtrti::ObjectInstanceHandle object,
+                            dtrti::VariableLengthData const& tag, dtrti::OrderType sentOrder,
+                            dtrti::SupplementalRemoveInfo info) override;
   void receiveInteraction(dtrti::InteractionClassHandle cls,
                           dtrti::ParameterHandleValueMap const& values,
                           dtrti::VariableLengthData const& tag, dtrti::OrderType sentOrder,
@@ -43,6 +65,18 @@ class DT_EXPORT DtRtiReceiver : public dtrti::NullFederateAmbassador {
                           dtrti::VariableLengthData const& tag, dtrti::OrderType sentOrder,
                           dtrti::TransportationType transport,
                           dtrti::RegionHandleSet const& regions) override;
+  void reflectAttributeValues(dtrti::ObjectInstanceHandle object,
+                              dtrti::AttributeHandleValueMap const& values,
+                              dtrti::VariableLengthData const& tag, dtrti::OrderType sentOrder,
+                              dtrti::TransportationType transport) override;
+  void reflectAttributeValues(dtrti::ObjectInstanceHandle object,
+                              dtrti::AttributeHandleValueMap const& values,
+                              dtrti::VariableLengthData const& tag, dtrti::OrderType sentOrder,
+                              dtrti::TransportationType transport,
+                              dtrti::RegionHandleSet const& regions) override;
+  void removeObjectInstance(dtrti::ObjectInstanceHandle object,
+                            dtrti::VariableLengthData const& tag,
+                            dtrti::OrderType sentOrder) override;
 #endif
 };
 

@@ -21,13 +21,25 @@ class DtExerciseConn::Ambassador : public DtRtiReceiver {
   }
   // Either answer to the reservation awaitRti() waits for will do: what matters is that
   // the federation's central node has sent it. An answer to an earlier one, whose wait
-  // ran out, says nothing about what was sent since. Both APIs call these alike.
+  // ran out, says nothing about what was sent since. Both APIs call these alike. A name
+  // an instance is to have (registerObject()) is told apart by the answer itself.
   void objectInstanceNameReservationSucceeded(std::wstring const& name) override {
     conn_->reservationAnswered(name);
+    if (name == conn_->pendingName_) conn_->pendingNameResult_ = 1;
   }
   void objectInstanceNameReservationFailed(std::wstring const& name) override {
     conn_->reservationAnswered(name);
+    if (name == conn_->pendingName_) conn_->pendingNameResult_ = -1;
   }
+  void objectDiscovered(dtrti::ObjectInstanceHandle object, dtrti::ObjectClassHandle cls,
+                        const std::wstring& name) override {
+    conn_->objectDiscovered(object, cls, name);
+  }
+  void objectReflected(dtrti::ObjectInstanceHandle object,
+                       const dtrti::AttributeHandleValueMap& values) override {
+    conn_->objectReflected(object, values);
+  }
+  void objectRemoved(dtrti::ObjectInstanceHandle object) override { conn_->objectRemoved(object); }
 
  private:
   DtExerciseConn* conn_;
@@ -292,16 +304,18 @@ void DtExerciseConn::received(dtrti::InteractionClassHandle handle,
     held_.push_back(queued(handle, values));
     return;
   }
-  struct InCallback {
-    bool& flag;
-    const bool was;
-    explicit InCallback(bool& f) : flag(f), was(f) { flag = true; }
-    ~InCallback() { flag = was; }
-  } inCallback(inRtiCallback_);
+  InRtiCallback inCallback(inRtiCallback_);
   deliver(handle, values);
 }
 
 void DtExerciseConn::deliverHeld() {
+  // What objects did while we waited goes first: a command that names an entity then
+  // finds it.
+  while (!heldObjects_.empty()) {
+    ObjectEvent next = std::move(heldObjects_.front());
+    heldObjects_.pop_front();
+    deliverObject(next);
+  }
   // A callback may send, and so hold more, while we walk: one at a time from the front.
   while (!held_.empty()) {
     Queued next = std::move(held_.front());
@@ -378,7 +392,7 @@ void DtExerciseConn::removeTypedCallback(const char* className, void (*fn)(), vo
 int DtExerciseConn::drainInput(double waitSeconds) {
   if (!connected()) return 0;
   delivered_ = 0;
-  if (!held_.empty()) {
+  if (!held_.empty() || !heldObjects_.empty()) {
     // What arrived while this connection waited for the RTI goes first.
     deliverHeld();
     if (delivered_ > 0) waitSeconds = 0.0;

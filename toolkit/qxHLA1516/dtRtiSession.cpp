@@ -16,12 +16,34 @@
 DtRtiReceiver::DtRtiReceiver() = default;
 DtRtiReceiver::~DtRtiReceiver() = default;
 
+void DtRtiReceiver::discoverObjectInstance(dtrti::ObjectInstanceHandle object,
+                                           dtrti::ObjectClassHandle cls, std::wstring const& name) {
+  objectDiscovered(object, cls, name);
+}
+
 #if DT_RTI_EVOLVED
 void DtRtiReceiver::receiveInteraction(dtrti::InteractionClassHandle cls,
                                        dtrti::ParameterHandleValueMap const& values,
                                        dtrti::VariableLengthData const&, dtrti::OrderType,
                                        dtrti::TransportationType, dtrti::SupplementalReceiveInfo) {
   interactionReceived(cls, values);
+}
+void DtRtiReceiver::discoverObjectInstance(dtrti::ObjectInstanceHandle object,
+                                           dtrti::ObjectClassHandle cls, std::wstring const& name,
+                                           dtrti::FederateHandle) {
+  objectDiscovered(object, cls, name);
+}
+void DtRtiReceiver::reflectAttributeValues(dtrti::ObjectInstanceHandle object,
+                                           dtrti::AttributeHandleValueMap const& values,
+                                           dtrti::VariableLengthData const&, dtrti::OrderType,
+                                           dtrti::TransportationType,
+                                           dtrti::SupplementalReflectInfo) {
+  objectReflected(object, values);
+}
+void DtRtiReceiver::removeObjectInstance(dtrti::ObjectInstanceHandle object,
+                                         dtrti::VariableLengthData const&, dtrti::OrderType,
+                                         dtrti::SupplementalRemoveInfo) {
+  objectRemoved(object);
 }
 #else
 void DtRtiReceiver::receiveInteraction(dtrti::InteractionClassHandle cls,
@@ -35,6 +57,23 @@ void DtRtiReceiver::receiveInteraction(dtrti::InteractionClassHandle cls,
                                        dtrti::VariableLengthData const&, dtrti::OrderType,
                                        dtrti::TransportationType, dtrti::RegionHandleSet const&) {
   interactionReceived(cls, values);
+}
+void DtRtiReceiver::reflectAttributeValues(dtrti::ObjectInstanceHandle object,
+                                           dtrti::AttributeHandleValueMap const& values,
+                                           dtrti::VariableLengthData const&, dtrti::OrderType,
+                                           dtrti::TransportationType) {
+  objectReflected(object, values);
+}
+void DtRtiReceiver::reflectAttributeValues(dtrti::ObjectInstanceHandle object,
+                                           dtrti::AttributeHandleValueMap const& values,
+                                           dtrti::VariableLengthData const&, dtrti::OrderType,
+                                           dtrti::TransportationType,
+                                           dtrti::RegionHandleSet const&) {
+  objectReflected(object, values);
+}
+void DtRtiReceiver::removeObjectInstance(dtrti::ObjectInstanceHandle object,
+                                         dtrti::VariableLengthData const&, dtrti::OrderType) {
+  objectRemoved(object);
 }
 #endif
 

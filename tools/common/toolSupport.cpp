@@ -1,6 +1,10 @@
 #include "toolSupport.h"
 
+#include <csignal>
+#include <cstdio>
+
 #include "dtExerciseConn.h"
+#include "dtOutput.h"
 #include "dtRtiSession.h"
 
 namespace vctools {
@@ -34,6 +38,43 @@ std::string viewControlProblem(DtExerciseConn& conn, const std::string& fdd) {
            " has no parameter ViewControlPdu in the interaction class ViewControl: no control "
            "PDU can travel";
   return "";
+}
+
+namespace {
+volatile std::sig_atomic_t g_stopSignal = 0;
+void onSignal(int signal) {
+  g_stopSignal = signal;
+}
+void toStderr(void*, const char* text, size_t length) {
+  std::fwrite(text, 1, length, stderr);
+}
+}  // namespace
+
+void installStopSignals() {
+  struct sigaction action {};
+  action.sa_handler = onSignal;
+  sigemptyset(&action.sa_mask);
+  sigaction(SIGINT, &action, nullptr);
+  sigaction(SIGTERM, &action, nullptr);
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+int stopSignal() {
+  return g_stopSignal;
+}
+
+const char* stopReason() {
+  return g_stopSignal == SIGINT ? "interrupted" : "terminated";
+}
+
+void printLine(const std::string& line) {
+  std::fwrite(line.data(), 1, line.size(), stdout);
+  std::fputc('\n', stdout);
+  std::fflush(stdout);
+}
+
+void infoToStderr() {
+  DtInfo.setSink(toStderr, nullptr);
 }
 
 }  // namespace vctools

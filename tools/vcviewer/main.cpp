@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -16,7 +15,6 @@
 #include <vector>
 
 #include "dtCmdLine.h"
-#include "dtOutput.h"
 #include "installedFdd.h"
 #include "liveServer.h"
 #include "toolSupport.h"
@@ -25,33 +23,6 @@
 #include "webFiles.h"
 
 namespace {
-
-volatile std::sig_atomic_t g_stopSignal = 0;
-
-void onSignal(int signal) {
-  g_stopSignal = signal;
-}
-
-void installSignals() {
-  struct sigaction action {};
-  action.sa_handler = onSignal;
-  sigemptyset(&action.sa_mask);
-  sigaction(SIGINT, &action, nullptr);
-  sigaction(SIGTERM, &action, nullptr);
-  std::signal(SIGPIPE, SIG_IGN);
-}
-
-// Standard output carries the viewer's lines only; what the library has to say goes to
-// standard error.
-void toStderr(void*, const char* text, size_t length) {
-  std::fwrite(text, 1, length, stderr);
-}
-
-void printLine(const std::string& line) {
-  std::fwrite(line.data(), 1, line.size(), stdout);
-  std::fputc('\n', stdout);
-  std::fflush(stdout);
-}
 
 // Standard input of a job started in the background by a script is /dev/null, and a
 // service may have none at all: its end means nothing then, and the viewer runs on until
@@ -123,7 +94,7 @@ void writeSvg(const Run& run) {
     return;
   }
   if (writeFile(run.svgPath, run.viewer->svg())) {
-    printLine("svg written " + run.svgPath);
+    vctools::printLine("svg written " + run.svgPath);
   } else {
     std::fprintf(stderr, "vcviewer: cannot write %s\n", run.svgPath.c_str());
   }
@@ -172,6 +143,7 @@ DtCmdLine::Command commandLine() {
       "Standard input, one request a line:\n"
       "  svg     write the scene to the --svg file now\n"
       "  state   print the eyepoint mode and its parameters\n"
+      "  entities  print the entities known, one line each, then \"entities N\"\n"
       "  quit    stop\n"
       "It stops cleanly, writing the SVG, on quit, at the end of standard input, on SIGINT or\n"
       "SIGTERM, and on the options exit command.\n"
@@ -212,8 +184,8 @@ int main(int argc, char** argv) {
     return 2;
   }
 
-  DtInfo.setSink(toStderr, nullptr);
-  installSignals();
+  vctools::infoToStderr();
+  vctools::installStopSignals();
 
   DtExerciseConnStatus status;
   DtExerciseConn conn(url.c_str(), name.c_str(), static_cast<DtFomMapper*>(nullptr), fdd.c_str(),
@@ -238,11 +210,19 @@ int main(int argc, char** argv) {
         conn.sendInteraction(inter);
       },
       [quiet](const std::string& line) {
-        if (!quiet) printLine(line);
+        if (!quiet) vctools::printLine(line);
       });
   viewer.setVerbose(args.flag("verbose"));
   Run run{&viewer, args.has("svg") ? args.text("svg") : std::string()};
   DtVistrelControlInteraction::addCallback(&conn, &received, &viewer);
+  // Entities come from the federation as RPR objects. Without them every command still
+  // works; the eyepoint modes that name an entity then have nothing to follow.
+  std::string entityProblem;
+  if (conn.subscribeObjects(vcviewer::Entities::classNames(), vcviewer::Entities::attributeNames(),
+                            &viewer.entities(), &entityProblem) == 0)
+    std::fprintf(
+        stderr, "vcviewer: not following entities: %s\n",
+        entityProblem.empty() ? "the object model has no RPR entity class" : entityProblem.c_str());
 
   // The page's server runs in threads of its own; it gets finished snapshots only, made
   // here on the viewer's thread after each batch of PDUs.
@@ -251,6 +231,7 @@ int main(int argc, char** argv) {
   // A snapshot costs the whole scene as JSON and SVG: under a flood of PDUs one every
   // 40 ms is enough, and a change still reaches the pages within some 60 ms.
   const auto snapshotInterval = std::chrono::milliseconds(40);
+  const auto movingInterval = std::chrono::milliseconds(200);
   auto lastSnapshot = std::chrono::steady_clock::now();
   if (args.has("http")) {
     page = std::make_unique<vcviewer::LiveServer>(vcviewer::pageFiles());
@@ -272,9 +253,10 @@ int main(int argc, char** argv) {
     page->publish(viewer.json());
     std::string shownHost =
         httpHost.find(':') == std::string::npos ? httpHost : "[" + httpHost + "]";
-    printLine("vcviewer page on http://" + shownHost + ":" + std::to_string(page->port()) + "/");
+    vctools::printLine("vcviewer page on http://" + shownHost + ":" + std::to_string(page->port()) +
+                       "/");
   }
-  printLine("vcviewer " + id + " ready on " + url);
+  vctools::printLine("vcviewer " + id + " ready on " + url);
 
   int exitCode = 0;
   std::string why;
@@ -283,13 +265,16 @@ int main(int argc, char** argv) {
   while (why.empty()) {
     conn.drainInput(inputFlowing ? 0.0 : 0.02);
     inputFlowing = false;
-    if (page && viewer.revision() != published &&
-        std::chrono::steady_clock::now() - lastSnapshot >= snapshotInterval) {
+    // Entities move between updates: while there are any the page gets a fresh snapshot
+    // every few frames even when no command came.
+    const auto sinceSnapshot = std::chrono::steady_clock::now() - lastSnapshot;
+    const bool moving = viewer.entities().size() > 0 && sinceSnapshot >= movingInterval;
+    if (page && (viewer.revision() != published || moving) && sinceSnapshot >= snapshotInterval) {
       published = viewer.revision();
       lastSnapshot = std::chrono::steady_clock::now();
       page->publish(viewer.json());
     }
-    if (g_stopSignal) why = g_stopSignal == SIGINT ? "interrupted" : "terminated";
+    if (vctools::stopSignal()) why = vctools::stopReason();
     if (viewer.exitRequested()) why = "exit command";
     if (!conn.connected()) {
       std::fprintf(stderr, "vcviewer: connection lost: %s\n", conn.errorText().c_str());
@@ -320,11 +305,14 @@ int main(int argc, char** argv) {
         if (request == "svg") {
           writeSvg(run);
         } else if (request == "state") {
-          printLine("state " + viewer.view().describe());
+          vctools::printLine("state " + viewer.view().describe());
+        } else if (request == "entities") {
+          for (const std::string& line : vcviewer::describeEntities(viewer.entities()))
+            vctools::printLine(line);
         } else if (request == "quit") {
           why = "quit";
         } else if (!request.empty()) {
-          std::fprintf(stderr, "vcviewer: unknown request '%s' (svg, state, quit)\n",
+          std::fprintf(stderr, "vcviewer: unknown request '%s' (svg, state, entities, quit)\n",
                        request.c_str());
         }
       });
@@ -338,6 +326,6 @@ int main(int argc, char** argv) {
     exitCode = 1;
   }
   if (!run.svgPath.empty()) writeSvg(run);
-  printLine("vcviewer " + id + " stopped: " + why);
+  vctools::printLine("vcviewer " + id + " stopped: " + why);
   return exitCode;
 }

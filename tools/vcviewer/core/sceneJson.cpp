@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "entities.h"
 #include "scene.h"
 #include "settings.h"
 #include "textFormat.h"
@@ -156,6 +157,35 @@ std::string eye(const ViewState& view) {
       .done();
 }
 
+std::string entityList(const Entities& entities) {
+  const double now = entities.now();
+  std::string list = array(entities.all(), [now](const auto& entry) {
+    const Entity& e = entry.second;
+    Obj o;
+    o.number("object", static_cast<double>(e.object))
+        .str("id", e.hasId ? e.id.text() : std::string())
+        .str("instance", e.instanceName)
+        .str("class", e.className.substr(e.className.rfind('.') + 1))
+        .str("marking", e.marking);
+    if (e.hasSpatial) {
+      const vcdr::State s = e.at(now);
+      o.str("algorithm", vcrpr::algorithmName(e.spatial.algorithm))
+          .raw("position", vec(DtVector64(s.position.x, s.position.y, s.position.z)))
+          .raw("orientation",
+               vec(DtVector64(s.orientation.psi, s.orientation.theta, s.orientation.phi)));
+    } else {
+      o.raw("position", "null");
+    }
+    return o.done();
+  });
+  return Obj()
+      .number("count", static_cast<double>(entities.size()))
+      .number("faults", static_cast<double>(entities.faultCount()))
+      .str("lastFault", entities.lastFault())
+      .raw("list", list)
+      .done();
+}
+
 }  // namespace
 
 std::string jsonString(const std::string& text) {
@@ -189,8 +219,9 @@ std::string jsonString(const std::string& text) {
 }
 
 std::string renderJson(const std::string& viewerId, const ViewState& view, const Settings& settings,
-                       const Scene& scene, const std::deque<CommandRecord>& recent,
-                       std::uint64_t revision, const std::string& svg) {
+                       const Scene& scene, const Entities& entities,
+                       const std::deque<CommandRecord>& recent, std::uint64_t revision,
+                       const std::string& svg) {
   std::string settingValues = "{";
   for (const auto& [name, value] : settings.values())
     settingValues +=
@@ -223,6 +254,7 @@ std::string renderJson(const std::string& viewerId, const ViewState& view, const
       .str("viewer", viewerId)
       .number("revision", static_cast<double>(revision))
       .raw("eye", eye(view))
+      .raw("entities", entityList(entities))
       .raw("settings", settingValues)
       .number("stepsize", settings.stepsize())
       .number("turnrate", settings.turnrate())

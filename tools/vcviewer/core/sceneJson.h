@@ -9,15 +9,18 @@
 
 namespace vcviewer {
 
+class Entities;
 class Scene;
 class Settings;
 class ViewState;
 struct CommandRecord;
 
-/// The whole document. `svg` goes in as it is, as the "svg" member.
+/// The whole document. `svg` goes in as it is, as the "svg" member. Entities are listed
+/// with their dead-reckoned positions at the time of the call, in geocentric metres.
 std::string renderJson(const std::string& viewerId, const ViewState& view, const Settings& settings,
-                       const Scene& scene, const std::deque<CommandRecord>& recent,
-                       std::uint64_t revision, const std::string& svg);
+                       const Scene& scene, const Entities& entities,
+                       const std::deque<CommandRecord>& recent, std::uint64_t revision,
+                       const std::string& svg);
 
 /// A JSON string literal of `text`: quotes, backslashes and control characters escaped,
 /// bytes that are not UTF-8 replaced by U+FFFD.

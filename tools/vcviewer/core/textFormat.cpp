@@ -1,6 +1,7 @@
 #include "textFormat.h"
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace vcviewer {
 
@@ -8,7 +9,17 @@ std::string number(double value) {
   if (value == 0.0) value = 0.0;  // no "-0"
   bool single = static_cast<double>(static_cast<float>(value)) == value;
   char text[40];
-  std::snprintf(text, sizeof text, single ? "%.7g" : "%.10g", value);
+  if (!single) {
+    std::snprintf(text, sizeof text, "%.10g", value);
+    return text;
+  }
+  // Seven digits say most floats, but not all: a geocentric coordinate such as 6378137.5
+  // is a float that needs nine to come back as itself.
+  for (int digits = 7; digits < 9; ++digits) {
+    std::snprintf(text, sizeof text, "%.*g", digits, value);
+    if (std::strtof(text, nullptr) == static_cast<float>(value)) return text;
+  }
+  std::snprintf(text, sizeof text, "%.9g", value);
   return text;
 }
 

@@ -9,8 +9,9 @@
 namespace vcviewer {
 
 /// A number with the digits its wire form carries: values that are exactly single
-/// precision (most angles and distances travel as 32-bit floats) print with 7 significant
-/// digits, other doubles with 10, so 0.1f prints as 0.1 and a geocentric x keeps its metres.
+/// precision (most angles and distances travel as 32-bit floats) print with the fewest
+/// significant digits, 7 to 9, that give the float back, other doubles with 10, so 0.1f
+/// prints as 0.1 and a geocentric x keeps its metres.
 std::string number(double value);
 /// "(x, y, z)".
 std::string vector(const DtVector64& value);

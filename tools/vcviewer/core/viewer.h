@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "entities.h"
 #include "scene.h"
 #include "settings.h"
 #include "viewState.h"
@@ -47,6 +48,9 @@ class Viewer {
   const ViewState& view() const { return view_; }
   const Settings& settings() const { return settings_; }
   const Scene& scene() const { return scene_; }
+  /// The federation's entities; the connection tells them what it hears.
+  Entities& entities() { return entities_; }
+  const Entities& entities() const { return entities_; }
 
   /// The scene as a standalone SVG document.
   std::string svg() const;
@@ -75,6 +79,7 @@ class Viewer {
   ViewState view_;
   Settings settings_;
   Scene scene_;
+  Entities entities_;
   std::deque<CommandRecord> recent_;
   std::uint64_t revision_ = 0;
 };
