@@ -79,12 +79,12 @@ TEST_F(MoverAndViewer, TheViewerSeesTheEntitiesOnTheirTrackAndTheirRemoval) {
   const std::string missing = vctest::objectManagementMissing(url);
   if (!missing.empty()) GTEST_SKIP() << missing;
   // A circle of 1500 m at 800 m over 47 N 8 E; the entities are spread a third apart.
-  vctest::ChildProcess mover(vctest::binaryPath("vcmover"),
-                             {"--federation", url, "--fdd", VC_FDD_FILE, "--count", "3",
-                              "--track", "circle", "--size", "1500", "--at", "47,8,800",
-                              "--speed", "60", "--marking", "EAGLE", "--site", "7", "--app",
-                              "9"},
-                             true);
+  vctest::ChildProcess mover(
+      vctest::binaryPath("vcmover"),
+      {"--federation", url,      "--fdd",  VC_FDD_FILE, "--count",  "3",       "--track",
+       "circle",       "--size", "1500",   "--at",      "47,8,800", "--speed", "60",
+       "--marking",    "EAGLE",  "--site", "7",         "--app",    "9"},
+      true);
   std::string line;
   ASSERT_TRUE(mover.waitForLine("ready", line, 20s)) << mover.transcript();
   const std::vector<Seen> seen = waitForEntities(3);
@@ -108,9 +108,9 @@ TEST_F(MoverAndViewer, TheViewerSeesTheEntitiesOnTheirTrackAndTheirRemoval) {
 
   // The designator names an entity the viewer knows; the eyepoint takes it.
   const std::string vcctl = vctest::binaryPath("vcctl");
-  vctest::ChildProcess tether(vcctl, {"--federation", url, "--fdd", VC_FDD_FILE, "--viewer", "v-1",
-                                      "tether", "7:9:2"},
-                              true);
+  vctest::ChildProcess tether(
+      vcctl, {"--federation", url, "--fdd", VC_FDD_FILE, "--viewer", "v-1", "tether", "7:9:2"},
+      true);
   EXPECT_EQ(tether.wait(30s), 0) << tether.transcript();
   EXPECT_TRUE(viewer->waitForLine("7:9:2", line, 10s)) << viewer->transcript();
 

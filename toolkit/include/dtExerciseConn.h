@@ -29,8 +29,9 @@ struct DT_EXPORT DtExerciseConnStatus {
 /// when the application calls drainInput(), decodes what arrived and calls the
 /// callbacks. It starts no thread: everything happens inside the application's calls.
 /// Built over the IEEE 1516-2010 API, it connects to what the URL names before its last
-/// '/' and creates the federation from (or joins it with) a FOM module in that API's
-/// format, such as share/vistrelcontrol/fom/VistrelControl-1516e.xml.
+/// '/' and creates the federation from (or joins it with) FOM modules in that API's
+/// format, named in the FDD argument and separated by commas, such as the RPR modules in
+/// share/vistrelcontrol/fom/rpr-fom-2.0/ followed by VistrelControl-1516e.xml.
 class DT_EXPORT DtExerciseConn {
  public:
   using Callback = void (*)(DtInteraction* inter, void* usr);

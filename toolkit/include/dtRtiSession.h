@@ -103,10 +103,11 @@ struct DT_EXPORT DtRtiFederationUrl {
 };
 
 /// Makes an RTI ambassador, connects it with `ambassador` for evoked callbacks (1516-2010),
-/// creates the federation `execName` from the object model `fomFile` if it does not exist
+/// creates the federation `execName` from the object model `fomFile` (1516-2010: one or
+/// more FOM modules, separated by commas) if it does not exist
 /// (then `*created` is true), and joins it as `federateType`. A 1516-2010 federate that
-/// finds the federation brings `fomFile` along as an additional module, so the RTI merges
-/// it with what the federation already knows. Throws the API's exceptions; a connection
+/// finds the federation brings the modules along as additional ones, so the RTI merges
+/// them with what the federation already knows. Throws the API's exceptions; a connection
 /// made before the failure is closed first.
 DT_EXPORT std::unique_ptr<dtrti::RTIambassador> DtRtiJoin(const std::string& execName,
                                                           const std::string& federateType,

@@ -3,6 +3,7 @@
 #include <RTI/Exception.h>
 #include <RTI/RTIambassadorFactory.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "wideText.h"
@@ -82,9 +83,10 @@ const char* DtRtiApiName() {
 }
 
 namespace {
-// True when this call made the federation, false when it was there already.
-bool createUnlessThere(dtrti::RTIambassador& rti, const std::wstring& federation,
-                       const std::wstring& fom) {
+// True when this call made the federation, false when it was there already. The object
+// model is one file (1516-2000) or a list of modules (1516-2010).
+template <typename Fom>
+bool createUnlessThere(dtrti::RTIambassador& rti, const std::wstring& federation, const Fom& fom) {
   try {
     rti.createFederationExecution(federation, fom);
     return true;
@@ -103,9 +105,9 @@ constexpr int kJoinRounds = 20;
 
 // Creates the federation unless it is there and joins it through `join(made)`; true when
 // this call made it.
-template <typename Join>
-bool createAndJoin(dtrti::RTIambassador& rti, const std::wstring& federation,
-                   const std::wstring& fom, Join join) {
+template <typename Fom, typename Join>
+bool createAndJoin(dtrti::RTIambassador& rti, const std::wstring& federation, const Fom& fom,
+                   Join join) {
   for (int round = 1;; ++round) {
     const bool made = createUnlessThere(rti, federation, fom);
     try {
@@ -128,18 +130,24 @@ std::unique_ptr<dtrti::RTIambassador> DtRtiJoin(const std::string& execName,
   if (created) *created = false;
   const DtRtiFederationUrl url = DtRtiFederationUrl::parse(execName);
   const std::wstring federation = dtwide::widen(url.federationName);
-  const std::wstring fom = dtwide::widen(fomFile);
+  // Several modules are named in one text, separated by commas: the published RPR modules
+  // and ours, say, each a file of its own as the standard defines them.
+  std::vector<std::wstring> fom;
+  for (std::size_t from = 0; from <= fomFile.size();) {
+    const std::size_t comma = std::min(fomFile.find(',', from), fomFile.size());
+    if (comma > from) fom.push_back(dtwide::widen(fomFile.substr(from, comma - from)));
+    from = comma + 1;
+  }
   dtrti::RTIambassadorFactory factory;
   std::unique_ptr<dtrti::RTIambassador> rti(factory.createRTIambassador());
   // The toolkit evokes callbacks itself, inside the application's calls.
   rti->connect(ambassador, dtrti::HLA_EVOKED, dtwide::widen(url.connectDesignator));
   try {
     const bool made = createAndJoin(*rti, federation, fom, [&](bool madeNow) {
-      // The creator's model already holds our module; anyone else brings it along. Joining
-      // by type only lets several federates share a name, as the 1516-2000 API does.
-      std::vector<std::wstring> modules;
-      if (!madeNow) modules.push_back(fom);
-      rti->joinFederationExecution(dtwide::widen(federateType), federation, modules);
+      // The creator's model already holds our modules; anyone else brings them along.
+      // Joining by type only lets several federates share a name, as the 1516-2000 API does.
+      rti->joinFederationExecution(dtwide::widen(federateType), federation,
+                                   madeNow ? std::vector<std::wstring>() : fom);
     });
     if (created) *created = made;
   } catch (...) {
