@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "entities.h"
+#include "eyepoint.h"
 #include "scene.h"
 #include "settings.h"
 #include "textFormat.h"
@@ -186,6 +187,20 @@ std::string entityList(const Entities& entities) {
       .done();
 }
 
+std::string eyepointJson(const Eyepoint& e) {
+  Obj o;
+  o.flag("placed", e.placed);
+  if (e.placed) {
+    o.raw("position", vec(DtVector64(e.position.x, e.position.y, e.position.z)))
+        .raw("orientation",
+             vec(DtVector64(e.orientation.psi, e.orientation.theta, e.orientation.phi)))
+        .number("heading", e.local.psi)
+        .number("pitch", e.local.theta)
+        .number("roll", e.local.phi);
+  }
+  return o.str("entity", e.entity).str("problem", e.problem).done();
+}
+
 }  // namespace
 
 std::string jsonString(const std::string& text) {
@@ -219,7 +234,7 @@ std::string jsonString(const std::string& text) {
 }
 
 std::string renderJson(const std::string& viewerId, const ViewState& view, const Settings& settings,
-                       const Scene& scene, const Entities& entities,
+                       const Scene& scene, const Entities& entities, const Eyepoint& eyepoint,
                        const std::deque<CommandRecord>& recent, std::uint64_t revision,
                        const std::string& svg) {
   std::string settingValues = "{";
@@ -255,6 +270,7 @@ std::string renderJson(const std::string& viewerId, const ViewState& view, const
       .number("revision", static_cast<double>(revision))
       .raw("eye", eye(view))
       .raw("entities", entityList(entities))
+      .raw("eyepoint", eyepointJson(eyepoint))
       .raw("settings", settingValues)
       .number("stepsize", settings.stepsize())
       .number("turnrate", settings.turnrate())

@@ -10,15 +10,17 @@
 namespace vcviewer {
 
 class Entities;
+struct Eyepoint;
 class Scene;
 class Settings;
 class ViewState;
 struct CommandRecord;
 
 /// The whole document. `svg` goes in as it is, as the "svg" member. Entities are listed
-/// with their dead-reckoned positions at the time of the call, in geocentric metres.
+/// with their dead-reckoned positions at the time of the call, in geocentric metres, and so
+/// is the eyepoint the view state and the entities give.
 std::string renderJson(const std::string& viewerId, const ViewState& view, const Settings& settings,
-                       const Scene& scene, const Entities& entities,
+                       const Scene& scene, const Entities& entities, const Eyepoint& eyepoint,
                        const std::deque<CommandRecord>& recent, std::uint64_t revision,
                        const std::string& svg);
 

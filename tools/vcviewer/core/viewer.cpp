@@ -84,7 +84,8 @@ std::string Viewer::svg() const {
 }
 
 std::string Viewer::json() const {
-  return renderJson(id_, view_, settings_, scene_, entities_, recent_, revision_, svg());
+  return renderJson(id_, view_, settings_, scene_, entities_, eyepoint(), recent_, revision_,
+                    svg());
 }
 
 }  // namespace vcviewer

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "entities.h"
+#include "eyepoint.h"
 #include "scene.h"
 #include "settings.h"
 #include "viewState.h"
@@ -51,6 +52,9 @@ class Viewer {
   /// The federation's entities; the connection tells them what it hears.
   Entities& entities() { return entities_; }
   const Entities& entities() const { return entities_; }
+  /// Where the eye is now: it moves with time and with the entities whenever it is
+  /// looked at, not only when a command comes.
+  const Eyepoint& eyepoint() const { return eyepoint_.update(view_, entities_, entities_.now()); }
 
   /// The scene as a standalone SVG document.
   std::string svg() const;
@@ -80,6 +84,7 @@ class Viewer {
   Settings settings_;
   Scene scene_;
   Entities entities_;
+  mutable EyepointTracker eyepoint_;
   std::deque<CommandRecord> recent_;
   std::uint64_t revision_ = 0;
 };
