@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # The library end to end on this machine: installs what the build needs, builds, starts
-# a hub and the viewer stand-in on loopback, prints the address of the viewer's live page,
-# steers the viewer and draws in its scene with vcctl, and leaves the viewer's picture of
-# the scene in out/scene.svg.
+# a hub, the viewer stand-in and three moving aircraft (vcmover) on loopback, prints the
+# address of the viewer's live page, steers the viewer and draws in its scene with vcctl,
+# and leaves the viewer's picture of the scene in out/scene.svg.
 #   scripts/demo.sh              run the scenario, then stop everything it started
 #   scripts/demo.sh --keep       leave the hub and the viewer running, to try vcctl by hand
 #   scripts/demo.sh --no-build   use the programs already built (BUILD_DIR, default build/)
@@ -73,12 +73,12 @@ show_progress() {
 if [ "$build" = yes ]; then
   step "Installing the packages the build needs"
   scripts/setup.sh --build
-  step "Building the library, vcctl, vcviewer and the hub in $build_dir"
+  step "Building the library, vcctl, vcviewer, vcmover and the hub in $build_dir"
   echo "(a few minutes the first time; the compiler's output goes to $out/build.log)"
   # The same configuration as scripts/test.sh, so that the two share one build.
   cmake -S "$root" -B "$build_dir" -G Ninja -DVC_WERROR=ON -DCMAKE_BUILD_TYPE=Release "${configure[@]}" >"$out/configure.log" 2>&1 ||
     { cat "$out/configure.log" >&2; fail "configuring failed (log: $out/configure.log)"; }
-  targets=(vcctl vcviewer)
+  targets=(vcctl vcviewer vcmover)
   [ "$rti" = embedded ] && targets+=(rtihub)
   : >"$out/build.log"
   cmake --build "$build_dir" -j "${JOBS:-2}" --target "${targets[@]}" 2>&1 |
@@ -86,7 +86,7 @@ if [ "$build" = yes ]; then
     { tail -n 40 "$out/build.log" >&2; fail "building failed (log: $out/build.log)"; }
   echo "built: ${targets[*]} in $bin"
 fi
-programs=(vcctl vcviewer)
+programs=(vcctl vcviewer vcmover)
 [ "$rti" = embedded ] && programs+=(rtihub)
 for program in "${programs[@]}"; do
   [ -x "$bin/$program" ] || fail "$bin/$program is missing: run without --no-build"
@@ -94,10 +94,14 @@ done
 
 # ------------------------------------------------------------------ hub and viewer
 pids=()
+# Last started, first stopped: the aircraft and the viewer leave the federation while
+# its server is still there to see them go.
 stop_all() {
-  local pid
-  for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null || true; done
-  for pid in "${pids[@]}"; do wait "$pid" 2>/dev/null || true; done
+  local i
+  for ((i = ${#pids[@]} - 1; i >= 0; i--)); do
+    kill "${pids[i]}" 2>/dev/null || true
+    wait "${pids[i]}" 2>/dev/null || true
+  done
 }
 trap stop_all EXIT
 trap 'exit 130' INT TERM
@@ -141,6 +145,13 @@ pids+=($viewer_pid)
 wait_for_line "$out/viewer.log" "ready on" 10 >/dev/null ||
   { cat "$out/viewer.log" "$out/viewer.err" >&2; fail "the viewer did not start"; }
 page=$(grep -m1 "vcviewer page on " "$out/viewer.log") || fail "the viewer printed no page address"
+
+step "Starting vcmover: aircraft EAGLE1 to EAGLE3 (entities 1:1:1 to 1:1:3) on a racetrack"
+"$bin/vcmover" --federation "$url" --count 3 --marking EAGLE --track racetrack --size 800 \
+  --speed 80 >"$out/mover.log" 2>&1 &
+pids+=($!)
+wait_for_line "$out/mover.log" "ready" 20 >/dev/null ||
+  { cat "$out/mover.log" >&2; fail "vcmover did not start"; }
 page=${page#vcviewer page on }
 echo "viewer-1 is running; its log: $out/viewer.log"
 echo
@@ -218,7 +229,7 @@ if [ "$keep" = yes ]; then
   trap - EXIT
   cat <<EOF
 
-== The hub and viewer-1 keep running. Try vcctl by hand, in this shell or another:
+== The hub, viewer-1 and vcmover keep running. Try vcctl by hand, in this shell or another:
 
    export PATH=$bin:\$PATH
    vcctl --federation $url --viewer viewer-1 state
@@ -229,8 +240,8 @@ if [ "$keep" = yes ]; then
    vcctl --help;  vcctl draw --help;  vcctl option --help
 
    The viewer prints a line per command in $out/viewer.log; its live page: $page
-   When done, stop the viewer (it then writes $svg) and the hub:
-   vcctl --federation $url --viewer viewer-1 option exit;  kill ${pids[0]}
+   When done, stop the aircraft, the viewer (it then writes $svg) and the hub:
+   kill ${pids[2]}; vcctl --federation $url --viewer viewer-1 option exit;  kill ${pids[0]}
 EOF
   exit 0
 fi
