@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "core_types.h"
 #include "fdd_parser.h"
 
 using namespace vcrti;

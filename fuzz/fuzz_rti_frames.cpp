@@ -71,11 +71,43 @@ void reencode(const wire::Message& m) {
       w.u32(m.requestId).str(m.name).str(m.text);
       break;
     case wire::MsgType::Resign:
-      w.u32(m.requestId);
-      break;
     case wire::MsgType::Subscribe:
     case wire::MsgType::Unsubscribe:
+    case wire::MsgType::SubscribeObjects:
+    case wire::MsgType::UnsubscribeObjects:
       w.u32(m.requestId).u32(m.handle);
+      break;
+    case wire::MsgType::Hello:
+      w.u32(m.requestId).u32(m.handle).str(m.text);
+      break;
+    case wire::MsgType::ReserveName:
+      w.str(m.name);
+      break;
+    case wire::MsgType::NameReserved:
+      w.u32(m.handle).str(m.name);
+      break;
+    case wire::MsgType::Register:
+    case wire::MsgType::Discover:
+      w.u64(m.instance).u32(m.handle).str(m.name);
+      break;
+    case wire::MsgType::Update:
+    case wire::MsgType::RequestUpdate:
+      w.u64(m.instance)
+          .bytes(m.tag.data, m.tag.size)
+          .u32(m.paramCount)
+          .raw(m.params.data, m.params.size);
+      break;
+    case wire::MsgType::Delete:
+      w.u64(m.instance).bytes(m.tag.data, m.tag.size);
+      break;
+    case wire::MsgType::LocalDelete:
+      w.u64(m.instance);
+      break;
+    case wire::MsgType::RequestClassUpdate:
+      w.u32(m.handle)
+          .bytes(m.tag.data, m.tag.size)
+          .u32(m.paramCount)
+          .raw(m.params.data, m.params.size);
       break;
     case wire::MsgType::Interaction:
       w.u32(m.handle)
@@ -92,9 +124,9 @@ void reencode(const wire::Message& m) {
   const wire::DecodeResult d = wire::decodeFrame(out.data(), out.size(), back);
   if (d.status != wire::DecodeStatus::Complete || d.frameSize != out.size()) std::abort();
   if (back.type != m.type || back.requestId != m.requestId || back.handle != m.handle ||
-      back.name != m.name || back.text != m.text || !sameBytes(back.blob, m.blob) ||
-      !sameBytes(back.tag, m.tag) || back.paramCount != m.paramCount ||
-      !sameBytes(back.params, m.params))
+      back.instance != m.instance || back.name != m.name || back.text != m.text ||
+      !sameBytes(back.blob, m.blob) || !sameBytes(back.tag, m.tag) ||
+      back.paramCount != m.paramCount || !sameBytes(back.params, m.params))
     std::abort();
 }
 
@@ -108,7 +140,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const wire::DecodeResult d = wire::decodeFrame(data + pos, size - pos, m);
     if (d.status != wire::DecodeStatus::Complete) break;
     if (d.frameSize < wire::kLengthPrefix + 1 || d.frameSize > size - pos) std::abort();
-    if (m.type == wire::MsgType::Interaction) walkParameters(m);
+    if (m.type == wire::MsgType::Interaction || m.type == wire::MsgType::Update ||
+        m.type == wire::MsgType::RequestUpdate || m.type == wire::MsgType::RequestClassUpdate)
+      walkParameters(m);
     if (m.type == wire::MsgType::Create) decodeModel(m.blob.data, m.blob.size);
     // A join reply: the federate handle, then the model.
     if (m.type == wire::MsgType::Reply && m.blob.size >= 4)

@@ -201,6 +201,31 @@ struct Frames {
     w.u32(id).u32(0);
     w.finish();
   }
+  void reserve(const std::string& name) {
+    vcrti::wire::FrameWriter w(out, vcrti::wire::MsgType::ReserveName);
+    w.str(name);
+    w.finish();
+  }
+  // Instance `n` of federate `fed` (the handle the hub gives its n-th joiner) of class
+  // `cls`, under `name`.
+  void registration(std::uint32_t fed, std::uint32_t n, std::uint32_t cls,
+                    const std::string& name) {
+    vcrti::wire::FrameWriter w(out, vcrti::wire::MsgType::Register);
+    w.u64(std::uint64_t{fed} << 32 | n).u32(cls).str(name);
+    w.finish();
+  }
+  void instance(vcrti::wire::MsgType type, std::uint64_t instance, std::uint32_t attr,
+                const Bytes& value) {
+    vcrti::wire::FrameWriter w(out, type);
+    w.u64(instance);
+    if (type == vcrti::wire::MsgType::LocalDelete) {
+      w.finish();
+      return;
+    }
+    w.bytes("tag", 3);
+    if (type != vcrti::wire::MsgType::Delete) w.u32(1).u32(attr).bytes(value.data(), value.size());
+    w.finish();
+  }
   void destroy(const std::string& fed, std::uint32_t id) {
     vcrti::wire::FrameWriter w(out, vcrti::wire::MsgType::Destroy);
     w.u32(id).str(fed);
@@ -373,6 +398,26 @@ int main(int argc, char** argv) {
     chunk(churn, 2, f.take());
   }
   hub.add(churn);
+  // Objects: one registers and updates (the root's one attribute), another subscribes late,
+  // asks for values, forgets one locally; a name is reserved twice; one instance is deleted
+  // and the owner leaves with the rest.
+  Bytes objects = setUp;
+  using vcrti::wire::MsgType;
+  f.reserve("Jet");
+  f.registration(1, 1, 0, "Jet");
+  f.registration(1, 2, 0, "HLAobject_1_2");
+  f.instance(MsgType::Update, std::uint64_t{1} << 32 | 1, 0, pduSeeds[0]);
+  chunk(objects, 0, f.take());
+  f.request(MsgType::SubscribeObjects, 4, 0);
+  f.reserve("Jet");
+  f.instance(MsgType::RequestUpdate, std::uint64_t{1} << 32 | 2, 0, {});
+  f.instance(MsgType::LocalDelete, std::uint64_t{1} << 32 | 1, 0, {});
+  chunk(objects, 1, f.take());
+  f.instance(MsgType::Update, std::uint64_t{1} << 32 | 1, 0, pduSeeds[1]);
+  f.instance(MsgType::Delete, std::uint64_t{1} << 32 | 2, 0, {});
+  f.resign(5);
+  chunk(objects, 0, f.take());
+  hub.add(objects);
   // Half a frame, and then nothing more.
   Bytes stalled = setUp;
   f.interaction(cls, param, Bytes(3000, 0x5A));
