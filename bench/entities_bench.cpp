@@ -34,18 +34,17 @@ std::vector<Encoded> exercise(vcrpr::DrAlgorithm algorithm) {
 }
 
 void reflect(vcviewer::Entities& table, DtObjectId id, const Encoded& e, bool all) {
-  const DtAttributeValue values[] = {
-      {vcrpr::kSpatial, e.spatial.data(), e.spatial.size()},
-      {vcrpr::kEntityIdentifier, e.id.data(), e.id.size()},
-      {vcrpr::kEntityType, e.type.data(), e.type.size()},
-      {vcrpr::kMarking, e.marking.data(), e.marking.size()}};
+  const DtAttributeValue values[] = {{vcrpr::kSpatial, e.spatial.data(), e.spatial.size()},
+                                     {vcrpr::kEntityIdentifier, e.id.data(), e.id.size()},
+                                     {vcrpr::kEntityType, e.type.data(), e.type.size()},
+                                     {vcrpr::kMarking, e.marking.data(), e.marking.size()}};
   table.objectReflected(id, values, all ? 4 : 1);
 }
 
 void fill(vcviewer::Entities& table, const std::vector<Encoded>& encoded) {
   for (int i = 0; i < kEntities; ++i) {
-    table.objectDiscovered(static_cast<DtObjectId>(i + 1), "BaseEntity.PhysicalEntity.Platform.Aircraft",
-                           "E" + std::to_string(i));
+    table.objectDiscovered(static_cast<DtObjectId>(i + 1),
+                           "BaseEntity.PhysicalEntity.Platform.Aircraft", "E" + std::to_string(i));
     reflect(table, static_cast<DtObjectId>(i + 1), encoded[static_cast<std::size_t>(i)], true);
   }
 }

@@ -119,7 +119,8 @@ TEST_F(EyepointTest, SpheresAroundEntitiesAndPoints) {
   controller.setOrbitMode(&first, &r, &heading, &pitch, &rate);
   expectNear(eye().position - here, kNorth * -100.0, 1e-4);
   clock += 5;  // half a radian round, looking north-east of north
-  expectNear(eye().position - here, (kNorth * std::cos(0.5) + kEast * std::sin(0.5)) * -100.0, 1e-4);
+  expectNear(eye().position - here, (kNorth * std::cos(0.5) + kEast * std::sin(0.5)) * -100.0,
+             1e-4);
   EXPECT_NEAR(eye().local.psi, 0.5, 1e-4);
 
   const DtVector64 point(here.x, here.y, here.z);

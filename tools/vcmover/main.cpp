@@ -115,8 +115,9 @@ vcrpr::EntityType typeOf(const std::string& cls) {
 }
 
 std::string classPath(const std::string& cls) {
-  return cls == "Human" ? "BaseEntity.PhysicalEntity.Lifeform.Human"
-                        : "BaseEntity.PhysicalEntity.Platform." + cls;
+  // Named from HLAobjectRoot: some RTIs know a class by no shorter name.
+  return cls == "Human" ? "HLAobjectRoot.BaseEntity.PhysicalEntity.Lifeform.Human"
+                        : "HLAobjectRoot.BaseEntity.PhysicalEntity.Platform." + cls;
 }
 
 // What the entity's owner says its Spatial is: the truth with the chosen algorithm, and

@@ -58,7 +58,8 @@ class Entities : public DtObjectListener {
 
   /// Every RPR FOM 2.0 class whose instances are entities, most derived last: subscribing
   /// to each one is what lets a viewer see every entity on an RTI that matches
-  /// subscriptions to the registered class only.
+  /// subscriptions to the registered class only. Named from HLAobjectRoot, the one form
+  /// every RTI takes.
   static const std::vector<std::string>& classNames();
   /// The attributes taken: vcrpr::entityAttributeNames(), indexed by vcrpr::EntityAttribute.
   static const std::vector<std::string>& attributeNames() { return vcrpr::entityAttributeNames(); }

@@ -124,8 +124,8 @@ const Eyepoint& EyepointTracker::update(const ViewState& view, const Entities& e
       for (const auto& q : at) spread = std::fmax(spread, vcgeo::norm(q - centre));
       const double distance = spread / std::tan(kFieldOfView / 2) + p.radialOffset;
       next.position =
-          centre - lookDirection(centre, p.heading + p.headingOffset, p.pitch + p.pitchOffset) *
-                       distance;
+          centre -
+          lookDirection(centre, p.heading + p.headingOffset, p.pitch + p.pitchOffset) * distance;
       next.orientation = lookingAt(next.position, centre, 0.0);
       break;
     }

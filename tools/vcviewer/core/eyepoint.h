@@ -33,12 +33,12 @@
 namespace vcviewer {
 
 struct Eyepoint {
-  bool placed = false;        // false until a mode could place it
-  vcgeo::Vec3 position;       // geocentric metres
-  vcgeo::Euler orientation;   // psi, theta, phi (geocentric)
-  vcgeo::Euler local;         // heading, pitch, roll at the eye's own horizon
-  std::string entity;         // the entity it follows, as its label, or ""
-  std::string problem;        // why it could not follow what the mode names, or ""
+  bool placed = false;       // false until a mode could place it
+  vcgeo::Vec3 position;      // geocentric metres
+  vcgeo::Euler orientation;  // psi, theta, phi (geocentric)
+  vcgeo::Euler local;        // heading, pitch, roll at the eye's own horizon
+  std::string entity;        // the entity it follows, as its label, or ""
+  std::string problem;       // why it could not follow what the mode names, or ""
 };
 
 /// Follows a view state over time: it remembers when orbit mode began, and where the eye
