@@ -111,6 +111,10 @@ try {
   await until(page, 'the eyepoint mode and its parameters', () =>
     document.getElementById('eye-mode').textContent === 'orbit' &&
     document.getElementById('eye').textContent.includes('radius=500'));
+  // No entity 1:1:1 is in this federation: the page says so, and counts none.
+  await until(page, 'the page saying the orbited entity is not known', () =>
+    document.getElementById('eye-note').textContent === '(orbit: entity 1:1:1 not found)' &&
+    document.getElementById('eye').textContent.includes('entities0'));
   await other.close();
 
   await vcctl('option', 'fog', 'on');

@@ -31,10 +31,26 @@ function css(color) {
 
 // ------------------------------------------------------------------ panels and lists
 
+// Radians as degrees with one decimal; a value the viewer could not give shows as "-".
+function degrees(r) {
+  return typeof r === 'number' ? (r * 180 / Math.PI).toFixed(1) : '-';
+}
+
 function showEye(s) {
   const e = s.eye;
   $('eye-mode').textContent = e.mode;
   const rows = [['parameters', e.describe], ['step', `${s.stepsize} m`], ['turn', `${s.turnrate} deg`]];
+  const p = s.eyepoint;
+  if (p && p.placed) {
+    rows.push(['eyepoint', `${p.position.map((v) => (typeof v === 'number' ? v.toFixed(1) : '-')).join(', ')} m geocentric, ` +
+      `heading ${degrees(p.heading)} pitch ${degrees(p.pitch)} roll ${degrees(p.roll)} deg` +
+      (p.entity ? `, on ${p.entity}` : '')]);
+  }
+  if (p && p.problem) rows.push(['note', p.problem]);
+  const n = s.entities;
+  if (n) {
+    rows.push(['entities', `${n.count}` + (n.faults ? `; ${n.faults} values refused, last: ${n.lastFault}` : '')]);
+  }
   replace($('eye'), rows.map(([k, v]) => element('tr', {}, element('td', {}, k), element('td', {}, v))));
 }
 
@@ -373,7 +389,10 @@ function eyeDirection(e) {
 function followEye(s) {
   const e = s.eye;
   const known = e.mode === 'absolute' || e.mode === 'track' || e.mode === 'pivot';
-  $('eye-note').textContent = known ? '' : `(${e.mode}: the eyepoint is on an entity whose position is not known here)`;
+  const p = s.eyepoint || {};
+  $('eye-note').textContent = known ? ''
+    : p.problem ? `(${e.mode}: ${p.problem})`
+      : `(${e.mode}: on ${p.entity || 'an entity'}; this view shows the scene's drawings, the eyepoint is in the list)`;
   const key = JSON.stringify([e.mode, e.location, e.heading, e.pitch, e.pivot, e.radius]);
   if (!known || key === view.eyeKey || !$('follow').checked) return known;
   view.eyeKey = key;
