@@ -54,7 +54,8 @@ TEST(RprEncodingHelpers, SpatialOfEveryAlternativeIsWhatTheHelpersMake) {
     HLAfixedRecord alternative;
     alternative.appendElement(location);
     alternative.appendElement(HLAoctet(1));
-    alternative.appendElement(floats32({s.orientation.psi, s.orientation.theta, s.orientation.phi}));
+    alternative.appendElement(
+        floats32({s.orientation.psi, s.orientation.theta, s.orientation.phi}));
     if (a != A::Static) alternative.appendElement(floats32(s.velocity));
     if (a == A::RVW || a == A::FVW || a == A::RVB || a == A::FVB)
       alternative.appendElement(floats32(s.acceleration));
