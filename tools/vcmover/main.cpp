@@ -26,6 +26,7 @@ struct Mover {
   double offset = 0;  // metres along the track at time 0
   vcrpr::Spatial sent;
   double sentAt = -1e9;
+  double allSentAt = -1e9;  // when the identifier, type and marking went along last
 };
 
 DtCmdLine::Command commandLine() {
@@ -231,13 +232,16 @@ int main(int argc, char** argv) {
       const vcrpr::Bytes spatial = vcrpr::encode(m.sent);
       const vcrpr::Bytes id = vcrpr::encode(m.id);
       const vcrpr::Bytes mark = vcrpr::encodeMarking(m.marking);
-      // The heartbeat carries everything, so an entity discovered late still gets its
-      // identifier and marking within one heartbeat.
+      // Between heartbeats only Spatial changes; the first update and each heartbeat carry
+      // everything, so an entity discovered late gets its identifier and marking within one
+      // heartbeat.
+      const bool all = now - m.allSentAt >= policy.heartbeat;
+      if (all) m.allSentAt = now;
       const DtAttributeValue values[] = {{vcrpr::kSpatial, spatial.data(), spatial.size()},
                                          {vcrpr::kEntityIdentifier, id.data(), id.size()},
                                          {vcrpr::kEntityType, typeBytes.data(), typeBytes.size()},
                                          {vcrpr::kMarking, mark.data(), mark.size()}};
-      if (!conn.updateObject(m.object, values, 4)) {
+      if (!conn.updateObject(m.object, values, all ? 4 : 1)) {
         std::fprintf(stderr, "vcmover: %s\n", conn.errorText().c_str());
         exitCode = 1;
         break;
