@@ -662,4 +662,47 @@ TEST_F(ObjectBudgetHub, ASubscriberThatNeverReadsIsDroppedAndItsInstancesGoWithI
   EXPECT_EQ(removed, 1u) << "the stuck federate's instance was not removed";
 }
 
+class PacedHub : public ObjectBudgetHub {
+ protected:
+  std::vector<std::string> hubArgs() const override {
+    return {"--quiet", "--queue-limit", "65536", "--max-delay", "300"};
+  }
+};
+
+// A late subscriber to a crowded federation is told of what exists a quarter of its queue
+// limit at a time, as it reads: some thirty times its limit of discoveries, not read for
+// several times the hub's delay limit, cost it nothing, and all of them arrive.
+TEST_F(PacedHub, ALateSubscribersDiscoveriesArePacedNotBurst) {
+  RawClient owner(port_), late(port_);
+  const std::uint32_t ownerId = joinRaw(owner);
+  ASSERT_NE(ownerId, 0u);
+  ASSERT_NE(joinRaw(late), 0u);
+  // Its kernel takes little, so what the hub sends it waits at the hub.
+  const int small = 65536;
+  ::setsockopt(late.fd(), SOL_SOCKET, SO_RCVBUF, &small, sizeof small);
+  const std::uint32_t n = 50000;  // some 40 bytes of discovery each
+  Bytes batch;
+  for (std::uint32_t i = 1; i <= n; ++i) {
+    const Bytes f = registration(ownerId, i);
+    batch.insert(batch.end(), f.begin(), f.end());
+  }
+  const Bytes check = Frame(kReserveName).str("registered").done();
+  batch.insert(batch.end(), check.begin(), check.end());
+  ASSERT_TRUE(owner.send(batch));
+  Bytes body;
+  ASSERT_TRUE(owner.readFrame(body, seconds(30)));
+  ASSERT_EQ(reservation(body), 0u);
+
+  ASSERT_TRUE(late.send(Frame(kSubscribeObjects).u32(2).u32(0).done()));
+  std::this_thread::sleep_for(milliseconds(1500));
+  std::size_t discovered = 0, replies = 0;
+  while (discovered < n && late.readFrame(body, seconds(10))) {
+    if (!body.empty() && body[0] == 15) ++discovered;
+    if (!body.empty() && body[0] == 8) ++replies;
+  }
+  EXPECT_EQ(discovered, n);
+  EXPECT_EQ(replies, 1u);
+  EXPECT_EQ(hub_->transcript().find("not reading"), std::string::npos) << hub_->transcript();
+}
+
 }  // namespace
