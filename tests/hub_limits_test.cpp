@@ -5,6 +5,7 @@
 // exchanging promptly and the hub's memory (read from /proc) must stay bounded, while
 // the hostile client is dropped with a logged reason.
 #include "rti_hub_fixture.h"
+#include "vcctlRun.h"
 
 #include <algorithm>
 #include <atomic>
@@ -21,6 +22,61 @@ using vctest::residentKiB;
 using Clock = std::chrono::steady_clock;
 
 namespace {
+
+constexpr std::uint8_t kGoodbye = 21;
+
+// The reason in the body of a goodbye frame.
+std::string goodbyeText(const Bytes& body) {
+  if (body.size() < 5 || body[0] != kGoodbye) return "(not a goodbye)";
+  const std::size_t n = body[1] | body[2] << 8 | body[3] << 16 | std::size_t(body[4]) << 24;
+  if (n != body.size() - 5) return "(goodbye of a wrong length)";
+  return std::string(body.begin() + 5, body.end());
+}
+
+// A connection to the hub from `address`: on loopback any 127.x.y.z will do, so one
+// process can look like several hosts to the per-address cap.
+int connectFrom(const std::string& address, std::uint16_t port) {
+  int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in a{};
+  a.sin_family = AF_INET;
+  ::inet_pton(AF_INET, address.c_str(), &a.sin_addr);
+  sockaddr_in to{};
+  to.sin_family = AF_INET;
+  to.sin_port = htons(port);
+  to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  if (::bind(fd, reinterpret_cast<sockaddr*>(&a), sizeof a) != 0 ||
+      ::connect(fd, reinterpret_cast<sockaddr*>(&to), sizeof to) != 0) {
+    ::close(fd);
+    return -1;
+  }
+  return fd;
+}
+
+// What the hub said in its goodbye before it closed `fd` ("" if it closed without one, or
+// did not close within the bound); the frames before it are skipped.
+std::string goodbyeFrom(int fd, milliseconds bound) {
+  Bytes in;
+  const auto deadline = Clock::now() + bound;
+  for (;;) {
+    const auto left = std::chrono::duration_cast<milliseconds>(deadline - Clock::now());
+    pollfd p{fd, POLLIN, 0};
+    if (left.count() <= 0 || ::poll(&p, 1, static_cast<int>(left.count())) <= 0) break;
+    unsigned char buf[4096];
+    const ssize_t n = ::recv(fd, buf, sizeof buf, 0);
+    if (n <= 0) break;
+    in.insert(in.end(), buf, buf + n);
+  }
+  for (std::size_t at = 0; in.size() - at >= 4;) {
+    const std::size_t len =
+        in[at] | in[at + 1] << 8 | in[at + 2] << 16 | std::size_t(in[at + 3]) << 24;
+    if (in.size() - at - 4 < len) break;
+    const Bytes body(in.begin() + static_cast<std::ptrdiff_t>(at + 4),
+                     in.begin() + static_cast<std::ptrdiff_t>(at + 4 + len));
+    if (!body.empty() && body[0] == kGoodbye) return goodbyeText(body);
+    at += 4 + len;
+  }
+  return "";
+}
 
 // A delivery between two federates that sit idle otherwise takes a few milliseconds;
 // this many stand for "held up", even under memcheck on a loaded machine.
@@ -104,6 +160,14 @@ TEST_F(HubLimits, AClientThatNeverReadsItsAnswersIsDroppedAndCostsTheHubItsQueue
   ASSERT_TRUE(flood.send(burst));
   ASSERT_TRUE(whileProbing(p, "not reading", peak)) << hub_->transcript();
   EXPECT_TRUE(flood.closedByPeer(seconds(10)));
+  // The number the log gives is the one that passed the limit, not what is left by the
+  // time the client is dropped.
+  const std::string log = hub_->transcript();
+  const std::size_t at = log.find("not reading: ");
+  ASSERT_NE(at, std::string::npos);
+  EXPECT_GT(std::stoull(log.substr(at + 13)), 8u << 20) << log.substr(at, 200);
+  EXPECT_NE(log.find(", and not drained to 2097152 for more than 1000 ms", at), std::string::npos)
+      << log.substr(at, 200);
 
   EXPECT_FALSE(p.lost);
   EXPECT_LT(p.worstMs, kPromptlyMs);
@@ -224,21 +288,56 @@ class ConnectionCaps : public HubLimits, public ::testing::WithParamInterface<Ca
   std::vector<std::string> hubArgs() const override { return GetParam().args; }
 };
 
-TEST_P(ConnectionCaps, ConnectionsBeyondTheCapAreRefusedAndTheOthersServed) {
+TEST_P(ConnectionCaps, ConnectionsBeyondTheCapAreRefusedWithTheReasonAndTheOthersServed) {
   Probe p = probe();  // two connections of the cap of 8
   std::vector<std::unique_ptr<RawClient>> extra;
-  for (int i = 0; i < 20; ++i) extra.push_back(std::make_unique<RawClient>(port_));
-  // Served connections answer a join; refused ones are closed without an answer.
+  for (int i = 0; i < 20; ++i) {
+    extra.push_back(std::make_unique<RawClient>(port_, false));
+    (void)extra.back()->send(hello());
+  }
+  // Served connections answer the hello and a join; refused ones are told why, in the
+  // hub's last frame, before it closes them.
   int served = 0;
+  int refused = 0;
   for (auto& c : extra) {
     Bytes body;
+    ASSERT_TRUE(c->readFrame(body, seconds(10)));
+    if (body[0] == kGoodbye) {
+      const std::string why = goodbyeText(body);
+      EXPECT_EQ(why.rfind("refused: ", 0), 0u) << why;
+      EXPECT_NE(why.find(GetParam().logged), std::string::npos) << why;
+      EXPECT_TRUE(c->closedByPeer(seconds(10)));
+      ++refused;
+      continue;
+    }
     (void)c->send(Frame(kJoin).u32(1).str(name_).str("extra").done());
     if (c->readFrame(body, seconds(10))) ++served;
   }
   EXPECT_EQ(served, 6);
+  EXPECT_EQ(refused, 14);
   std::string line;
   EXPECT_TRUE(hub_->waitForLine(GetParam().logged, line, seconds(5))) << hub_->transcript();
   EXPECT_NE(line.find("refused client 127.0.0.1:"), std::string::npos) << line;
+
+  // A federate refused says why, and so does vcctl, rather than that the connection
+  // closed.
+  std::string what;
+  Recorder late;
+  try {
+    makeAmbassador()->joinFederationExecution(L"late", url_, late);
+  } catch (const rti1516::RTIinternalError& e) {
+    what = narrow(e.what());
+  }
+  EXPECT_NE(what.find("refused: "), std::string::npos) << what;
+  EXPECT_NE(what.find(GetParam().logged), std::string::npos) << what;
+  EXPECT_EQ(what.find("is it an RTI hub of this release"), std::string::npos) << what;
+  if (::access(vctest::binaryPath("vcctl").c_str(), X_OK) == 0) {
+    const vctest::VcctlRun run =
+        vctest::runVcctl({"--federation", vctest::hubUrl(port_, name_), "--fdd", VC_FDD_FILE,
+                          "--viewer", "viewer-1", "orbit", "1:1:1"});
+    EXPECT_NE(run.code, 0) << run.output;
+    EXPECT_TRUE(run.has(GetParam().logged)) << run.output;
+  }
   p.once();
   EXPECT_FALSE(p.lost);
   extra.clear();
@@ -251,6 +350,63 @@ INSTANTIATE_TEST_SUITE_P(
         Caps{"PerAddress", {"--max-per-address", "8"}, "the most one address may have"},
         Caps{"InAll", {"--max-clients", "8"}, "the most it may"}),
     [](const ::testing::TestParamInfo<Caps>& param) { return std::string(param.param.what); });
+
+// ------------------------------------------------------------------ never joining
+
+class IdleHub : public HubLimits {
+ protected:
+  std::vector<std::string> hubArgs() const override { return {"--join-timeout", "2000"}; }
+};
+
+// More connections than the hub serves, from several addresses, none of which joins: the
+// hub is full until it reaps them, and then a federate gets in.
+TEST_F(IdleHub, ConnectionsThatNeverJoinAreReapedAndToldWhyAndLetAFederateIn) {
+  std::vector<int> idle;
+  for (int i = 0; i < 520; ++i) {
+    const int fd = connectFrom("127.0.0." + std::to_string(2 + i % 5), port_);
+    ASSERT_GE(fd, 0) << "connection " << i;
+    // Greeted or not, neither joins.
+    if (i % 2 == 1) {
+      ASSERT_TRUE(sendAll(fd, hello()));
+    }
+    idle.push_back(fd);
+  }
+  bool joined = false;
+  std::string refusal;
+  const auto deadline = Clock::now() + seconds(60);
+  while (!joined && Clock::now() < deadline) {
+    try {
+      join();
+      joined = true;
+    } catch (const rti1516::Exception& e) {
+      refusal = narrow(e.what());
+      std::this_thread::sleep_for(milliseconds(100));
+    }
+  }
+  ASSERT_TRUE(joined) << refusal << "\n" << hub_->transcript();
+  std::string line;
+  EXPECT_TRUE(
+      hub_->waitForLine("did not join a federation execution within 2000 ms", line, seconds(30)))
+      << hub_->transcript();
+
+  // Each was told why it went: turned away past the cap of 512, or reaped.
+  int reaped = 0;
+  int refused = 0;
+  for (int fd : idle) {
+    const std::string why = goodbyeFrom(fd, seconds(30));
+    if (why == "did not join a federation execution within 2000 ms") {
+      ++reaped;
+    } else if (why.rfind("refused: the hub serves 512 clients", 0) == 0) {
+      ++refused;
+    } else {
+      ADD_FAILURE() << "told: '" << why << "'";
+    }
+    ::close(fd);
+  }
+  EXPECT_EQ(reaped + refused, 520);
+  EXPECT_GE(reaped, 1);
+  expectFederationWorks("after the idle connections");
+}
 
 // ------------------------------------------------------------------ slow reader
 

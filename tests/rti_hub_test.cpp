@@ -447,9 +447,9 @@ TEST(HubCommandLine, HelpNamesTheOptionsAndDefaultPort) {
   std::string all, line;
   while (help.readLine(line, seconds(5))) all += line + "\n";
   EXPECT_EQ(help.wait(seconds(5)), 0);
-  for (const char* word :
-       {"--listen", "15160", "--queue-limit", "--max-delay", "--frame-timeout", "--max-clients",
-        "--max-per-address", "--federation-memory", "--federation-expiry", "SIGTERM", "127.0.0.1"})
+  for (const char* word : {"--listen", "15160", "--queue-limit", "--max-delay", "--frame-timeout",
+                           "--join-timeout", "--max-clients", "--max-per-address",
+                           "--federation-memory", "--federation-expiry", "SIGTERM", "127.0.0.1"})
     EXPECT_NE(all.find(word), std::string::npos) << word;
 }
 
@@ -461,6 +461,7 @@ TEST(HubCommandLine, RefusesBadArgumentsAndBusyPorts) {
                                         {"--queue-limit", "12"},
                                         {"--max-delay", "0"},
                                         {"--frame-timeout", "3600001"},
+                                        {"--join-timeout", "0"},
                                         {"--max-clients", "0"},
                                         {"--max-per-address", "-1"},
                                         {"--federation-memory", "65535"},

@@ -68,6 +68,25 @@ std::string escapeForLog(const std::string& text) {
   return out;
 }
 
+void sayGoodbye(asio::ip::tcp::socket& socket, const std::string& why) {
+  asio::error_code ec;
+  socket.non_blocking(true, ec);
+  unsigned char sink[4096];
+  // Bounded: a client that keeps sending must not keep the hub here.
+  for (int i = 0; i < 64; ++i) {
+    socket.read_some(asio::buffer(sink), ec);
+    if (ec) break;
+  }
+  ByteBuffer frame;
+  wire::FrameWriter w(frame, wire::MsgType::Goodbye, 8 + why.size());
+  w.str(why.substr(0, 4096));
+  // One attempt, never waiting: a client whose socket buffer is full is not reading and
+  // would not see the reason anyway.
+  if (w.finish()) socket.write_some(asio::buffer(frame.data(), frame.size()), ec);
+  socket.shutdown(asio::ip::tcp::socket::shutdown_both, ec);
+  socket.close(ec);
+}
+
 struct Federation {
   Federation(std::shared_ptr<const FddModel> m, MemoryBudget& b, std::size_t c)
       : cost(c), budget(b), core(std::move(m), &b) {}
@@ -120,9 +139,15 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
     else
       hub_.log("dropped client " + peer_ + ": " + why);
     resign();
-    asio::error_code ec;
-    socket_.shutdown(asio::ip::tcp::socket::shutdown_both, ec);
-    socket_.close(ec);
+    // The reason goes out only between frames: with a write in flight it would land in
+    // the middle of one.
+    if (!why.empty() && !writingNow_) {
+      sayGoodbye(socket_, why);
+    } else {
+      asio::error_code ec;
+      socket_.shutdown(asio::ip::tcp::socket::shutdown_both, ec);
+      socket_.close(ec);
+    }
     hub_.partialBytes(-static_cast<std::ptrdiff_t>(rxCounted_));
     rxCounted_ = 0;
     wakeWaiters();
@@ -135,12 +160,15 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
     if (closed_) return;
     if (closing_ && now - closingSince_ > o.maxDelay) return close(closingWhy_);
     if (over_ && now - overSince_ > o.maxDelay)
-      return close("not reading: " + std::to_string(queued()) +
+      return close("not reading: " + std::to_string(peakQueued_) +
                    " bytes queued, over the limit of " + std::to_string(o.queueLimit) +
-                   " for more than " + ms(o.maxDelay));
+                   ", and not drained to " + std::to_string(o.queueLimit / 4) + " for more than " +
+                   ms(o.maxDelay) + " (" + std::to_string(queued()) + " still queued)");
     if (!rx_.empty() && !held_ && !paused_ && now - partialSince_ > o.frameTimeout)
       return close("frame not finished within " + ms(o.frameTimeout) + ": " +
                    std::to_string(rx_.size()) + " of " + std::to_string(announced()) + " bytes");
+    if (!fed_ && !closing_ && now - unjoinedSince_ > o.joinTimeout)
+      return close("did not join a federation execution within " + ms(o.joinTimeout));
   }
 
   // Gives back large buffers that are empty. Done now and then rather than each time one
@@ -227,9 +255,11 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
     account();
   }
 
-  // Brings the hub's count of the memory held for incomplete frames up to date.
+  // Brings the hub's count of the memory held for incomplete frames up to date. Complete
+  // frames held while the client is behind are not counted: they are bounded by the reads
+  // of one turn, and a client waiting on its own queue is not a client stuck mid-frame.
   void account() {
-    const std::size_t now = rx_.empty() ? 0 : rx_.capacity();
+    const std::size_t now = rx_.empty() || held_ ? 0 : rx_.capacity();
     if (now == rxCounted_) return;
     const auto delta = static_cast<std::ptrdiff_t>(now) - static_cast<std::ptrdiff_t>(rxCounted_);
     rxCounted_ = now;
@@ -456,10 +486,13 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
   void enqueue(const unsigned char* p, std::size_t n) {
     if (closed_) return;
     pending_.append(p, n);
-    if (!over_ && queued() > hub_.options().queueLimit) {
+    const std::size_t q = queued();
+    if (!over_ && q > hub_.options().queueLimit) {
       over_ = true;
       overSince_ = Clock::now();
+      peakQueued_ = 0;
     }
+    if (over_) peakQueued_ = std::max(peakQueued_, q);
     if (!writingNow_) write();
   }
 
@@ -524,6 +557,7 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
     if (fed_->core.memberCount() == 0) fed_->emptySince = Clock::now();
     hub_.info("federate " + std::to_string(handle_) + " resigned from '" + fed_->name + "'");
     fed_ = nullptr;
+    unjoinedSince_ = Clock::now();
   }
 
   Hub& hub_;
@@ -542,6 +576,8 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
   bool held_ = false;    // this client is behind: its requests wait
   bool over_ = false;    // queued() went above the limit and has not drained yet
   Clock::time_point overSince_{};
+  std::size_t peakQueued_ = 0;  // the most queued since it went over: why it is dropped
+  Clock::time_point unjoinedSince_ = Clock::now();
   bool closed_ = false;
   bool greeted_ = false;
   bool closing_ = false;  // closes once its queue has gone out
@@ -627,7 +663,7 @@ bool Hub::adopt(asio::ip::tcp::socket socket) {
     } else {
       ++refusedUnlogged_;
     }
-    socket.close(ec);
+    sayGoodbye(socket, "refused: " + refusal);
     return false;
   }
   auto s = std::make_shared<Session>(*this, std::move(socket), address);

@@ -35,7 +35,10 @@ struct Options {
   // Time from the first byte of a frame to its last; a client that stalls mid-frame
   // holds a buffer, so it is dropped once this has passed.
   std::chrono::milliseconds frameTimeout{5000};
-  // Connections served at once, in all and from one address.
+  // Time a connection has to join a federation execution, from its start or from its
+  // last resign: one that only holds a socket would keep joiners out at the caps below.
+  std::chrono::milliseconds joinTimeout{5000};
+  // Connections served at once, in all and from one address, joined or not.
   std::size_t maxClients = 512;
   std::size_t maxClientsPerAddress = 128;
   // What all federation executions together may hold (names, object models, indexes).
@@ -116,6 +119,11 @@ class Hub {
   bool stopped_ = false;
   friend class Session;
 };
+
+// Tells the client on `socket` why it is let go, in a frame it decodes, and closes the
+// socket. Whatever the client sent that the hub has not read is discarded first: closing
+// over unread bytes would reset the connection and could lose the reason on the way.
+void sayGoodbye(asio::ip::tcp::socket& socket, const std::string& why);
 
 // `text` with every byte outside printable ASCII, and the backslash, written as \xHH.
 std::string escapeForLog(const std::string& text);

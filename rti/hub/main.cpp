@@ -10,7 +10,8 @@ namespace {
 
 const char* kUsage =
     "usage: rtihub [--listen HOST:PORT] [--queue-limit BYTES] [--max-delay MS]\n"
-    "              [--frame-timeout MS] [--max-clients N] [--max-per-address N]\n"
+    "              [--frame-timeout MS] [--join-timeout MS] [--max-clients N]\n"
+    "              [--max-per-address N]\n"
     "              [--federation-memory BYTES] [--federation-expiry SECONDS] [--quiet]\n"
     "\n"
     "Serves HLA federation executions to federates in other processes and on other hosts.\n"
@@ -28,7 +29,9 @@ const char* kUsage =
     "                           all it may hold up the others; then it is disconnected and\n"
     "                           resigned (default 1000)\n"
     "  --frame-timeout MS       time a client has to finish a frame it started (default 5000)\n"
-    "  --max-clients N          connections served at once (default 512)\n"
+    "  --join-timeout MS        time a connection has to join a federation execution, from\n"
+    "                           its start or its last resign (default 5000)\n"
+    "  --max-clients N          connections served at once, joined or not (default 512)\n"
     "  --max-per-address N      connections served at once from one address (default 128)\n"
     "  --federation-memory BYTES  what all federation executions together may hold (default\n"
     "                           268435456); empty ones make room for new ones\n"
@@ -117,14 +120,15 @@ int main(int argc, char** argv) {
         return 2;
       }
       options.queueLimit = static_cast<std::size_t>(n);
-    } else if (arg == "--max-delay" || arg == "--frame-timeout") {
+    } else if (arg == "--max-delay" || arg == "--frame-timeout" || arg == "--join-timeout") {
       value(v);
       if (!parseCount(v, n) || n == 0 || n > 3600000) {
         std::cerr << "rtihub: " << arg << " needs a number of milliseconds from 1 to 3600000\n";
         return 2;
       }
-      (arg == "--max-delay" ? options.maxDelay : options.frameTimeout) =
-          std::chrono::milliseconds(n);
+      (arg == "--max-delay"       ? options.maxDelay
+       : arg == "--frame-timeout" ? options.frameTimeout
+                                  : options.joinTimeout) = std::chrono::milliseconds(n);
     } else if (arg == "--max-clients" || arg == "--max-per-address") {
       value(v);
       if (!parseCount(v, n) || n == 0) {

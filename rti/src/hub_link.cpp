@@ -187,6 +187,8 @@ class HubConnection {
       r = request(wire::MsgType::Hello,
                   [](wire::FrameWriter& w) { w.u32(wire::kProtocolVersion).str("vcrti"); });
     } catch (const RtiError& e) {
+      // A hub that gave its reason is of this release; the hint would only mislead.
+      if (told_) throw;
       throw RtiError(Fault::RTIinternalError,
                      e.message() + L" (at the first message: is it an RTI hub of this release?)");
     }
@@ -275,7 +277,11 @@ class HubConnection {
         if (rc > 0 && mayRead && (p.revents & (POLLIN | POLLHUP | POLLERR))) readAvailableLocked();
         continue;
       }
-      fail(n == 0 ? "connection closed" : std::strerror(errno));
+      // A hub that let this federate go said why before it closed; that reads better
+      // than the broken pipe it left.
+      const int err = errno;
+      readAvailableLocked();
+      fail(n == 0 ? "connection closed" : std::strerror(err));
     }
     out_.clear();
   }
@@ -295,7 +301,25 @@ class HubConnection {
       }
       if (n < 0 && errno == EINTR) continue;
       if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return;
-      fail(n == 0 ? "the hub closed the connection" : std::strerror(errno));
+      // The reason the hub gave, if any, came just before the close.
+      const int err = errno;
+      failWithGoodbyeLocked(0);
+      fail(n == 0 ? "the hub closed the connection" : std::strerror(err));
+    }
+  }
+
+  // Fails with the reason of the hub's goodbye when one is among the frames from `pos` on.
+  void failWithGoodbyeLocked(std::size_t pos) {
+    while (rx_.size() - pos >= wire::kLengthPrefix) {
+      wire::Message m;
+      const wire::DecodeResult d = wire::decodeFrame(rx_.data() + pos, rx_.size() - pos, m);
+      if (d.status != wire::DecodeStatus::Complete) return;
+      if (m.type == wire::MsgType::Goodbye) {
+        told_ = true;
+        // The hub's words end up on the user's terminal: its control characters must not.
+        fail("the hub let this federate go: " + toUtf8(printable(fromUtf8(m.text))));
+      }
+      pos += d.frameSize;
     }
   }
 
@@ -313,8 +337,10 @@ class HubConnection {
       const std::uint32_t body = wire::loadU32(rx_.data() + end);
       if (body == 0 || body > wire::kMaxFrameBody) fail("corrupt frame from the hub");
       if (rx_.size() - end - wire::kLengthPrefix < body) break;
-      if (!isCallback(static_cast<wire::MsgType>(rx_.data()[end + wire::kLengthPrefix])))
+      if (!isCallback(static_cast<wire::MsgType>(rx_.data()[end + wire::kLengthPrefix]))) {
+        failWithGoodbyeLocked(end);
         fail("unexpected message from the hub");
+      }
       end += wire::kLengthPrefix + body;
     }
     if (end == 0) return false;
@@ -338,6 +364,7 @@ class HubConnection {
       if (d.status == wire::DecodeStatus::Incomplete) return false;
       if (d.status == wire::DecodeStatus::Malformed)
         fail(std::string("corrupt frame from the hub: ") + d.error);
+      if (m.type == wire::MsgType::Goodbye) failWithGoodbyeLocked(pos);
       if (m.type == wire::MsgType::Reply) {
         if (m.requestId != id) fail("reply out of order");
         r.status = static_cast<wire::Status>(m.handle);
@@ -361,6 +388,7 @@ class HubConnection {
   std::thread flusher_;
   bool stop_ = false;
   bool broken_ = false;
+  bool told_ = false;  // the hub said why it let this federate go
   std::wstring brokenWhy_;
   std::uint32_t nextRequest_ = 1;
   ByteBuffer out_;

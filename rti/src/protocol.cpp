@@ -123,6 +123,9 @@ const char* decodeBody(Cursor& c, Message& m) {
       if (!c.u32(m.requestId) || !c.u32(m.handle) || !c.str(m.text) || !c.bytes(m.blob))
         return "truncated reply";
       break;
+    case MsgType::Goodbye:
+      if (!c.str(m.text)) return "truncated goodbye";
+      break;
     default:
       return "unknown message type";
   }

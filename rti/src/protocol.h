@@ -51,6 +51,9 @@ enum class MsgType : std::uint8_t {
   LocalDelete = 18,         // instance
   RequestUpdate = 19,       // instance, tag, attributes (empty values)
   RequestClassUpdate = 20,  // class, tag, attributes (empty values)
+  // The hub's last frame to a client it refuses or drops, so that the federate can say
+  // why instead of only that the connection closed.
+  Goodbye = 21,  // reason
 };
 
 enum class Status : std::uint32_t {
