@@ -89,6 +89,17 @@ TEST(WireFrames, WriterProducesTheDocumentedLayout) {
   EXPECT_EQ(m.name, "Fed");
   EXPECT_EQ(m.text, "/x/fom.xml");
   EXPECT_EQ(m.blob.str(), std::string("\x01\x02\x03", 3));
+
+  // The hub's parting reason: type 21, then the text, as a federate of any build reads it.
+  const Bytes goodbye = {9, 0, 0, 0, 21, 4, 0, 0, 0, 'g', 'o', 'n', 'e'};
+  ByteBuffer g;
+  FrameWriter gw(g, MsgType::Goodbye);
+  gw.str("gone");
+  ASSERT_TRUE(gw.finish());
+  EXPECT_EQ(take(g), goodbye);
+  ASSERT_EQ(decode(goodbye, m).status, DecodeStatus::Complete);
+  EXPECT_EQ(m.type, MsgType::Goodbye);
+  EXPECT_EQ(m.text, "gone");
 }
 
 TEST(WireFrames, BackToBackFramesDecodeOneAtATime) {
@@ -141,6 +152,9 @@ TEST(WireFrames, CorruptFramesAreRejectedWithAReason) {
       {"parameter longer than frame", patched(23, {0x09})},
       {"trailing bytes", trailing},
       {"reply without fields", {1, 0, 0, 0, 0x08}},
+      {"goodbye without a reason", {1, 0, 0, 0, 21}},
+      {"goodbye reason longer than frame", {6, 0, 0, 0, 21, 2, 0, 0, 0, 'x'}},
+      {"goodbye with trailing bytes", {7, 0, 0, 0, 21, 1, 0, 0, 0, 'x', 'y'}},
   };
   for (const Case& c : cases) {
     Message m;
