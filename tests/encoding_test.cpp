@@ -63,7 +63,8 @@ void expectEncoding(DataElement const& e, Bytes const& expected, unsigned bounda
 void expectEveryTruncationRefused(DataElement& e, Bytes const& valid) {
   for (size_t n = 0; n < valid.size(); ++n) {
     Bytes cut(valid.begin(), valid.begin() + static_cast<std::ptrdiff_t>(n));
-    EXPECT_THROW(e.decodeFrom(cut, 0), EncoderException) << "decoded from " << n << " of " << valid.size() << " octets";
+    EXPECT_THROW(e.decodeFrom(cut, 0), EncoderException)
+        << "decoded from " << n << " of " << valid.size() << " octets";
   }
 }
 
@@ -153,7 +154,8 @@ TEST(EncodingBasicTypes, UnicodeBeyondTheBasicPlaneTravelsAsASurrogatePair) {
 }
 
 TEST(EncodingBasicTypes, ExternalVariablesAreWrittenByDecodeAndSet) {
-  SKIP_ON_OTHER_RTI("OpenRTI 0.10 never writes the caller's variable, and its pointer constructor crashes");
+  SKIP_ON_OTHER_RTI(
+      "OpenRTI 0.10 never writes the caller's variable, and its pointer constructor crashes");
   Integer32 mine = 5;
   HLAinteger32BE bound(&mine);
   EXPECT_EQ(encoded(bound), bytes({0, 0, 0, 5}));
@@ -184,10 +186,9 @@ TEST(EncodingRecords, FieldsArePaddedToTheirOwnBoundary) {
   r.appendElement(HLAinteger32BE(2));
   r.appendElement(HLAoctet(3));
   r.appendElement(HLAfloat64BE(1.0));
-  expectEncoding(r,
-                 bytes({1, 0, 0, 0, 0, 0, 0, 2,  // octet, 3 pad, int32 at 4
-                        3, 0, 0, 0, 0, 0, 0, 0,  // octet at 8, pad to 16
-                        0x3F, 0xF0, 0, 0, 0, 0, 0, 0}),
+  expectEncoding(r, bytes({1,    0,    0, 0, 0, 0, 0, 2,  // octet, 3 pad, int32 at 4
+                           3,    0,    0, 0, 0, 0, 0, 0,  // octet at 8, pad to 16
+                           0x3F, 0xF0, 0, 0, 0, 0, 0, 0}),
                  8);
   // No padding after the last field.
   HLAfixedRecord tail;
@@ -198,7 +199,8 @@ TEST(EncodingRecords, FieldsArePaddedToTheirOwnBoundary) {
 }
 
 TEST(EncodingRecords, DecodingWritesTheCallersFieldsInPlace) {
-  SKIP_ON_OTHER_RTI("OpenRTI 0.10 never writes the caller's variable, and its pointer constructor crashes");
+  SKIP_ON_OTHER_RTI(
+      "OpenRTI 0.10 never writes the caller's variable, and its pointer constructor crashes");
   Integer16 id = 0;
   std::string callsign;
   double altitude = 0;
@@ -210,10 +212,10 @@ TEST(EncodingRecords, DecodingWritesTheCallersFieldsInPlace) {
   r.appendElementPointer(&callsignField);
   r.appendElementPointer(&altitudeField);
 
-  Bytes wire = bytes({0x00, 0x07, 0, 0,                  // id at 0, pad to 4
-                      0, 0, 0, 3, 'V', 'C', '1', 0,      // callsign at 4, pad...
-                      0, 0, 0, 0,                        // ...to 16
-                      0, 0, 0, 0, 0, 0, 0x59, 0x40});    // 100.0 at 16
+  Bytes wire = bytes({0x00, 0x07, 0, 0,                          // id at 0, pad to 4
+                      0,    0,    0, 3, 'V', 'C', '1',  0,       // callsign at 4, pad...
+                      0,    0,    0, 0,                          // ...to 16
+                      0,    0,    0, 0, 0,   0,   0x59, 0x40});  // 100.0 at 16
   EXPECT_EQ(r.decodeFrom(wire, 0), 24u);
   EXPECT_EQ(id, 7);
   EXPECT_EQ(callsign, "VC1");
@@ -252,7 +254,8 @@ TEST(EncodingRecords, VariantPutsTheAlternativeAtItsBoundary) {
 
   // Decoding chooses the alternative by the discriminant it reads.
   HLAvariantRecord decoded(v);
-  decoded.decode(VariableLengthData("\x00\x00\x00\x01\x00\x00\x00\x00\x3F\xF0\x00\x00\x00\x00\x00\x00", 16));
+  decoded.decode(
+      VariableLengthData("\x00\x00\x00\x01\x00\x00\x00\x00\x3F\xF0\x00\x00\x00\x00\x00\x00", 16));
   EXPECT_EQ(static_cast<HLAinteger32BE const&>(decoded.getDiscriminant()).get(), 1);
   EXPECT_EQ(static_cast<HLAfloat64BE const&>(decoded.getVariant()).get(), 1.0);
 }
@@ -264,7 +267,8 @@ TEST(EncodingRecords, VariantRefusesDiscriminantsWithoutAnAlternative) {
   EXPECT_THROW(v.setDiscriminant(HLAinteger32BE(3)), EncoderException);
   EXPECT_THROW(v.setVariant(HLAinteger32BE(1), HLAfloat32BE(1)), EncoderException);
   EXPECT_THROW(v.setDiscriminant(HLAinteger16BE(1)), EncoderException);
-  EXPECT_THROW(v.decode(VariableLengthData("\x00\x00\x00\x03\x00\x00\x00\x00", 8)), EncoderException);
+  EXPECT_THROW(v.decode(VariableLengthData("\x00\x00\x00\x03\x00\x00\x00\x00", 8)),
+               EncoderException);
   EXPECT_TRUE(v.isSameTypeAs(HLAinteger32BE(1), HLAfloat64BE()));
   EXPECT_FALSE(v.isSameTypeAs(HLAinteger32BE(2), HLAfloat64BE()));
   EXPECT_TRUE(v.hasMatchingDiscriminantTypeAs(HLAinteger32BE()));
@@ -325,10 +329,10 @@ TEST(EncodingArrays, NestedArraysRoundTripThroughDecodeFromAnIndex) {
   outer.addElement(inner);
   inner.addElement(HLAASCIIstring("bc"));
   outer.addElement(inner);
-  Bytes wire = bytes({0, 0, 0, 2,                            // two lists
-                      0, 0, 0, 1, 0, 0, 0, 1, 'a',           // ["a"]
-                      0, 0, 0,                               // pad to 16
-                      0, 0, 0, 2, 0, 0, 0, 1, 'a', 0, 0, 0,  // ["a", "bc"]
+  Bytes wire = bytes({0, 0, 0, 2,                               // two lists
+                      0, 0, 0, 1, 0,   0,  0, 1, 'a',           // ["a"]
+                      0, 0, 0,                                  // pad to 16
+                      0, 0, 0, 2, 0,   0,  0, 1, 'a', 0, 0, 0,  // ["a", "bc"]
                       0, 0, 0, 2, 'b', 'c'});
   expectEncoding(outer, wire, 4);
 
@@ -354,7 +358,8 @@ TEST(EncodingArrays, OpaqueDataIsCountedOctets) {
 }
 
 TEST(EncodingArrays, OpaqueDataDecodesOnlyWhatItHasAndWhatFits) {
-  SKIP_ON_OTHER_RTI("OpenRTI 0.10 reads opaque data past the end, and crashes given the caller's buffer");
+  SKIP_ON_OTHER_RTI(
+      "OpenRTI 0.10 reads opaque data past the end, and crashes given the caller's buffer");
   HLAopaqueData opaque;
   expectEveryTruncationRefused(opaque, bytes({0, 0, 0, 2, 7, 7}));
 
@@ -364,7 +369,8 @@ TEST(EncodingArrays, OpaqueDataDecodesOnlyWhatItHasAndWhatFits) {
   mine.decode(VariableLengthData("\x00\x00\x00\x02\xAA\xBB", 6));
   EXPECT_EQ(mine.dataLength(), 2u);
   EXPECT_EQ(storage[1], static_cast<Octet>(0xBB));
-  EXPECT_THROW(mine.decode(VariableLengthData("\x00\x00\x00\x05\x01\x02\x03\x04\x05", 9)), EncoderException);
+  EXPECT_THROW(mine.decode(VariableLengthData("\x00\x00\x00\x05\x01\x02\x03\x04\x05", 9)),
+               EncoderException);
 }
 
 TEST(EncodingTypes, SameTypeMeansSameLayout) {

@@ -18,7 +18,7 @@ std::wostream& operator<<(std::wostream& out, Exception const& e) {
   return out << e.what();
 }
 
-#define RTI1516E_DEFINE_EXCEPTION(Name)                                 \
+#define RTI1516E_DEFINE_EXCEPTION(Name)                               \
   Name::Name(std::wstring const& message) noexcept : _msg(message) {} \
   std::wstring Name::what() const noexcept {                          \
     return _msg;                                                      \

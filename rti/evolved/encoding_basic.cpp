@@ -38,7 +38,8 @@ U getBytes(std::vector<Octet> const& buffer, size_t index, bool bigEndian) {
 
 // The unsigned integer as wide as T, whose bits travel.
 template <typename T>
-using UnsignedOf = std::conditional_t<sizeof(T) == 2, uint16_t, std::conditional_t<sizeof(T) == 4, uint32_t, uint64_t>>;
+using UnsignedOf = std::conditional_t<sizeof(T) == 2, uint16_t,
+                                      std::conditional_t<sizeof(T) == 4, uint32_t, uint64_t>>;
 
 // Integers and IEEE 754 floats in either byte order: the value's bits, as they are.
 template <typename T, bool BigEndian>
@@ -63,7 +64,9 @@ template <typename T>
 struct OctetCodec {
   static constexpr unsigned boundary = 1;
   static size_t length(T) { return 1; }
-  static void put(std::vector<Octet>& buffer, T value) { buffer.push_back(static_cast<Octet>(value)); }
+  static void put(std::vector<Octet>& buffer, T value) {
+    buffer.push_back(static_cast<Octet>(value));
+  }
   static size_t get(std::vector<Octet> const& buffer, size_t index, T& value, wchar_t const* what) {
     need(buffer, index, 1, what);
     value = static_cast<T>(buffer[index]);
@@ -94,11 +97,15 @@ struct OctetPairCodec {
 struct BooleanCodec {
   static constexpr unsigned boundary = 4;
   static size_t length(bool) { return 4; }
-  static void put(std::vector<Octet>& buffer, bool value) { encoding::putUint32BE(buffer, value ? 1 : 0); }
-  static size_t get(std::vector<Octet> const& buffer, size_t index, bool& value, wchar_t const* what) {
+  static void put(std::vector<Octet>& buffer, bool value) {
+    encoding::putUint32BE(buffer, value ? 1 : 0);
+  }
+  static size_t get(std::vector<Octet> const& buffer, size_t index, bool& value,
+                    wchar_t const* what) {
     need(buffer, index, 4, what);
     uint32_t raw = encoding::getUint32BE(buffer, index);
-    if (raw > 1) fail(L"HLAboolean: " + std::to_wstring(raw) + L" is neither HLAfalse (0) nor HLAtrue (1)");
+    if (raw > 1)
+      fail(L"HLAboolean: " + std::to_wstring(raw) + L" is neither HLAfalse (0) nor HLAtrue (1)");
     value = raw == 1;
     return index + 4;
   }
@@ -113,7 +120,8 @@ struct UnicodeCharCodec {
       fail(L"HLAunicodeChar: a character beyond U+FFFF needs two UTF-16 code units");
     putBytes<uint16_t>(buffer, static_cast<uint16_t>(value), true);
   }
-  static size_t get(std::vector<Octet> const& buffer, size_t index, wchar_t& value, wchar_t const* what) {
+  static size_t get(std::vector<Octet> const& buffer, size_t index, wchar_t& value,
+                    wchar_t const* what) {
     need(buffer, index, 2, what);
     value = static_cast<wchar_t>(getBytes<uint16_t>(buffer, index, true));
     return index + 2;
@@ -217,58 +225,58 @@ struct BasicValue {
 
 }  // namespace
 
-#define RTI1516E_BASIC_ELEMENT(Type, Simple, Codec)                                            \
-  class Type##Implementation : public BasicValue<Simple> {                                    \
-   public:                                                                                    \
-    using BasicValue<Simple>::BasicValue;                                                     \
-  };                                                                                          \
-  Type::Type() : _impl(new Type##Implementation) {}                                           \
-  Type::Type(Simple const& inData) : _impl(new Type##Implementation(inData)) {}               \
-  Type::Type(Simple* inData) : _impl(new Type##Implementation) {                              \
-    if (inData) _impl->value = inData;                                                        \
-  }                                                                                           \
-  Type::Type(Type const& rhs) : _impl(new Type##Implementation(*rhs._impl->value)) {}         \
-  Type::~Type() {                                                                             \
-    delete _impl;                                                                             \
-  }                                                                                           \
-  Type& Type::operator=(Type const& rhs) {                                                    \
-    *_impl->value = *rhs._impl->value;                                                        \
-    return *this;                                                                             \
-  }                                                                                           \
-  RTI1516E_WHOLE_ELEMENT_CODING(Type)                                                         \
-  void Type::encodeInto(std::vector<Octet>& buffer) const {                                   \
-    encoding::pad(buffer, Codec::boundary);                                                   \
-    Codec::put(buffer, *_impl->value);                                                        \
-  }                                                                                           \
-  size_t Type::decodeFrom(std::vector<Octet> const& buffer, size_t index) {                   \
-    index = encoding::align(buffer, index, Codec::boundary);                                  \
-    return Codec::get(buffer, index, *_impl->value, L## #Type);                               \
-  }                                                                                           \
-  size_t Type::getEncodedLength() const {                                                     \
-    return Codec::length(*_impl->value);                                                      \
-  }                                                                                           \
-  unsigned int Type::getOctetBoundary() const {                                               \
-    return Codec::boundary;                                                                   \
-  }                                                                                           \
-  Integer64 Type::hash() const {                                                              \
-    return DataElement::hash();                                                               \
-  }                                                                                           \
-  void Type::setDataPointer(Simple* inData) {                                                 \
-    encoding::checkPointer(inData, L## #Type);                                                \
-    _impl->value = inData;                                                                    \
-  }                                                                                           \
-  void Type::set(Simple inData) {                                                             \
-    *_impl->value = std::move(inData);                                                        \
-  }                                                                                           \
-  Simple Type::get() const {                                                                  \
-    return *_impl->value;                                                                     \
-  }                                                                                           \
-  Type& Type::operator=(Simple rhs) {                                                         \
-    *_impl->value = std::move(rhs);                                                           \
-    return *this;                                                                             \
-  }                                                                                           \
-  Type::operator Simple() const {                                                             \
-    return *_impl->value;                                                                     \
+#define RTI1516E_BASIC_ELEMENT(Type, Simple, Codec)                                   \
+  class Type##Implementation : public BasicValue<Simple> {                            \
+   public:                                                                            \
+    using BasicValue<Simple>::BasicValue;                                             \
+  };                                                                                  \
+  Type::Type() : _impl(new Type##Implementation) {}                                   \
+  Type::Type(Simple const& inData) : _impl(new Type##Implementation(inData)) {}       \
+  Type::Type(Simple* inData) : _impl(new Type##Implementation) {                      \
+    if (inData) _impl->value = inData;                                                \
+  }                                                                                   \
+  Type::Type(Type const& rhs) : _impl(new Type##Implementation(*rhs._impl->value)) {} \
+  Type::~Type() {                                                                     \
+    delete _impl;                                                                     \
+  }                                                                                   \
+  Type& Type::operator=(Type const& rhs) {                                            \
+    *_impl->value = *rhs._impl->value;                                                \
+    return *this;                                                                     \
+  }                                                                                   \
+  RTI1516E_WHOLE_ELEMENT_CODING(Type)                                                 \
+  void Type::encodeInto(std::vector<Octet>& buffer) const {                           \
+    encoding::pad(buffer, Codec::boundary);                                           \
+    Codec::put(buffer, *_impl->value);                                                \
+  }                                                                                   \
+  size_t Type::decodeFrom(std::vector<Octet> const& buffer, size_t index) {           \
+    index = encoding::align(buffer, index, Codec::boundary);                          \
+    return Codec::get(buffer, index, *_impl->value, L## #Type);                       \
+  }                                                                                   \
+  size_t Type::getEncodedLength() const {                                             \
+    return Codec::length(*_impl->value);                                              \
+  }                                                                                   \
+  unsigned int Type::getOctetBoundary() const {                                       \
+    return Codec::boundary;                                                           \
+  }                                                                                   \
+  Integer64 Type::hash() const {                                                      \
+    return DataElement::hash();                                                       \
+  }                                                                                   \
+  void Type::setDataPointer(Simple* inData) {                                         \
+    encoding::checkPointer(inData, L## #Type);                                        \
+    _impl->value = inData;                                                            \
+  }                                                                                   \
+  void Type::set(Simple inData) {                                                     \
+    *_impl->value = std::move(inData);                                                \
+  }                                                                                   \
+  Simple Type::get() const {                                                          \
+    return *_impl->value;                                                             \
+  }                                                                                   \
+  Type& Type::operator=(Simple rhs) {                                                 \
+    *_impl->value = std::move(rhs);                                                   \
+    return *this;                                                                     \
+  }                                                                                   \
+  Type::operator Simple() const {                                                     \
+    return *_impl->value;                                                             \
   }
 
 RTI1516E_BASIC_ELEMENT(HLAASCIIchar, char, OctetCodec<char>)

@@ -197,7 +197,8 @@ HLAvariableArray::~HLAvariableArray() {
 RTI1516E_WHOLE_ELEMENT_CODING(HLAvariableArray)
 
 void HLAvariableArray::encodeInto(std::vector<Octet>& buffer) const {
-  if (size() > 0xFFFFFFFFu) encoding::fail(L"HLAvariableArray: more than 2^32-1 elements cannot be counted");
+  if (size() > 0xFFFFFFFFu)
+    encoding::fail(L"HLAvariableArray: more than 2^32-1 elements cannot be counted");
   encoding::pad(buffer, getOctetBoundary());
   encoding::putUint32BE(buffer, static_cast<uint32_t>(size()));
   _impl->elements.encodeInto(buffer);
@@ -370,7 +371,8 @@ bool HLAvariantRecord::isSameTypeAs(DataElement const& inData) const {
   return true;
 }
 
-bool HLAvariantRecord::isSameTypeAs(DataElement const& discriminant, DataElement const& inData) const {
+bool HLAvariantRecord::isSameTypeAs(DataElement const& discriminant,
+                                    DataElement const& inData) const {
   if (!hasMatchingDiscriminantTypeAs(discriminant)) return false;
   auto* a = _impl->find(encoding::bytesOf(discriminant));
   return a && a->value.at(0).isSameTypeAs(inData);
@@ -380,7 +382,8 @@ bool HLAvariantRecord::hasMatchingDiscriminantTypeAs(DataElement const& dataElem
   return _impl->prototype->isSameTypeAs(dataElement);
 }
 
-void HLAvariantRecord::addVariant(const DataElement& discriminant, const DataElement& valuePrototype) {
+void HLAvariantRecord::addVariant(const DataElement& discriminant,
+                                  const DataElement& valuePrototype) {
   _impl->add(discriminant, valuePrototype.clone(), nullptr);
 }
 
@@ -431,8 +434,8 @@ class HLAopaqueDataImplementation {
   void assign(Octet const* bytes, size_t n) {
     if (external) {
       if (n > capacity)
-        encoding::fail(L"HLAopaqueData: " + std::to_wstring(n) + L" octets do not fit the buffer of " +
-                       std::to_wstring(capacity));
+        encoding::fail(L"HLAopaqueData: " + std::to_wstring(n) +
+                       L" octets do not fit the buffer of " + std::to_wstring(capacity));
       if (n) std::memmove(*external, bytes, n);
     } else {
       own.assign(bytes, bytes + n);
@@ -458,7 +461,8 @@ HLAopaqueData::~HLAopaqueData() {
 RTI1516E_WHOLE_ELEMENT_CODING(HLAopaqueData)
 
 void HLAopaqueData::encodeInto(std::vector<Octet>& buffer) const {
-  if (dataLength() > 0xFFFFFFFFu) encoding::fail(L"HLAopaqueData: more than 2^32-1 octets cannot be counted");
+  if (dataLength() > 0xFFFFFFFFu)
+    encoding::fail(L"HLAopaqueData: more than 2^32-1 octets cannot be counted");
   encoding::pad(buffer, 4);
   encoding::putUint32BE(buffer, static_cast<uint32_t>(dataLength()));
   buffer.insert(buffer.end(), get(), get() + dataLength());

@@ -93,18 +93,18 @@ void checkPointer(void const* element, wchar_t const* what);
 }  // namespace rti1516e
 
 // Every element class encodes and decodes through encodeInto / decodeFrom.
-#define RTI1516E_WHOLE_ELEMENT_CODING(Type)                 \
-  VariableLengthData Type::encode() const {                 \
-    return encoding::encodeElement(*this);                  \
-  }                                                         \
-  void Type::encode(VariableLengthData& inData) const {     \
-    encoding::encodeElement(*this, inData);                 \
-  }                                                         \
-  void Type::decode(VariableLengthData const& inData) {     \
-    encoding::decodeElement(*this, inData);                 \
-  }                                                         \
-  std::unique_ptr<DataElement> Type::clone() const {        \
-    return std::unique_ptr<DataElement>(new Type(*this));   \
+#define RTI1516E_WHOLE_ELEMENT_CODING(Type)               \
+  VariableLengthData Type::encode() const {               \
+    return encoding::encodeElement(*this);                \
+  }                                                       \
+  void Type::encode(VariableLengthData& inData) const {   \
+    encoding::encodeElement(*this, inData);               \
+  }                                                       \
+  void Type::decode(VariableLengthData const& inData) {   \
+    encoding::decodeElement(*this, inData);               \
+  }                                                       \
+  std::unique_ptr<DataElement> Type::clone() const {      \
+    return std::unique_ptr<DataElement>(new Type(*this)); \
   }
 
 #endif

@@ -15,37 +15,36 @@
 // HLAfloat32*, HLAboolean (an HLAinteger32BE, 0 or 1) 4; HLAinteger64*, HLAfloat64* 8;
 // the strings are variable arrays (32-bit big-endian count, then the characters) with
 // boundary 4. HLAunicodeString writes characters beyond U+FFFF as surrogate pairs.
-#define RTI1516E_ENCODING_HELPER_CLASS(EncodableDataType, SimpleDataType) \
-  class EncodableDataType##Implementation;                                \
-  class RTI_EXPORT EncodableDataType : public rti1516e::DataElement {     \
-   public:                                                                \
-    EncodableDataType();                                                  \
-    explicit EncodableDataType(SimpleDataType const& inData);             \
-    /* Refers to the caller's variable; a null pointer means our own. */  \
-    explicit EncodableDataType(SimpleDataType* inData);                   \
-    EncodableDataType(EncodableDataType const& rhs);                      \
-    virtual ~EncodableDataType();                                         \
-    /* Copies the value (into the caller's variable, if referring). */    \
-    EncodableDataType& operator=(EncodableDataType const& rhs);           \
-    virtual std::unique_ptr<DataElement> clone() const;                   \
-    virtual VariableLengthData encode() const;                            \
-    virtual void encode(VariableLengthData& inData) const;                \
-    virtual void encodeInto(std::vector<Octet>& buffer) const;            \
-    virtual void decode(VariableLengthData const& inData);                \
-    virtual size_t decodeFrom(std::vector<Octet> const& buffer,           \
-                              size_t index);                              \
-    virtual size_t getEncodedLength() const;                              \
-    virtual unsigned int getOctetBoundary() const;                        \
-    virtual Integer64 hash() const;                                       \
-    /* A null pointer throws EncoderException. */                         \
-    virtual void setDataPointer(SimpleDataType* inData);                  \
-    virtual void set(SimpleDataType inData);                              \
-    virtual SimpleDataType get() const;                                   \
-    EncodableDataType& operator=(SimpleDataType rhs);                     \
-    operator SimpleDataType() const;                                      \
-                                                                          \
-   protected:                                                             \
-    EncodableDataType##Implementation* _impl;                             \
+#define RTI1516E_ENCODING_HELPER_CLASS(EncodableDataType, SimpleDataType)      \
+  class EncodableDataType##Implementation;                                     \
+  class RTI_EXPORT EncodableDataType : public rti1516e::DataElement {          \
+   public:                                                                     \
+    EncodableDataType();                                                       \
+    explicit EncodableDataType(SimpleDataType const& inData);                  \
+    /* Refers to the caller's variable; a null pointer means our own. */       \
+    explicit EncodableDataType(SimpleDataType* inData);                        \
+    EncodableDataType(EncodableDataType const& rhs);                           \
+    virtual ~EncodableDataType();                                              \
+    /* Copies the value (into the caller's variable, if referring). */         \
+    EncodableDataType& operator=(EncodableDataType const& rhs);                \
+    virtual std::unique_ptr<DataElement> clone() const;                        \
+    virtual VariableLengthData encode() const;                                 \
+    virtual void encode(VariableLengthData& inData) const;                     \
+    virtual void encodeInto(std::vector<Octet>& buffer) const;                 \
+    virtual void decode(VariableLengthData const& inData);                     \
+    virtual size_t decodeFrom(std::vector<Octet> const& buffer, size_t index); \
+    virtual size_t getEncodedLength() const;                                   \
+    virtual unsigned int getOctetBoundary() const;                             \
+    virtual Integer64 hash() const;                                            \
+    /* A null pointer throws EncoderException. */                              \
+    virtual void setDataPointer(SimpleDataType* inData);                       \
+    virtual void set(SimpleDataType inData);                                   \
+    virtual SimpleDataType get() const;                                        \
+    EncodableDataType& operator=(SimpleDataType rhs);                          \
+    operator SimpleDataType() const;                                           \
+                                                                               \
+   protected:                                                                  \
+    EncodableDataType##Implementation* _impl;                                  \
   };
 
 namespace rti1516e {

@@ -31,6 +31,7 @@ class RTI_EXPORT HLAfixedArray : public rti1516e::DataElement {
   virtual void setElementPointer(size_t index, DataElement* dataElement);
   virtual const DataElement& get(size_t index) const;
   DataElement const& operator[](size_t index) const;
+
  private:
   HLAfixedArray();
   HLAfixedArray& operator=(HLAfixedArray const& rhs);

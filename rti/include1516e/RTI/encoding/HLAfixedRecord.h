@@ -35,8 +35,8 @@ class RTI_EXPORT HLAfixedRecord : public rti1516e::DataElement {
   virtual void setElementPointer(size_t index, DataElement* dataElement);
   virtual const DataElement& get(size_t index) const;
   DataElement const& operator[](size_t index) const;
- private:
 
+ private:
   HLAfixedRecord& operator=(HLAfixedRecord const& rhs);
 
  protected:

@@ -33,8 +33,8 @@ class RTI_EXPORT HLAopaqueData : public rti1516e::DataElement {
   virtual void set(const Octet* inData, size_t dataSize);
   virtual const Octet* get() const;
   operator const Octet*() const;
- private:
 
+ private:
   HLAopaqueData& operator=(HLAopaqueData const& rhs);
 
  protected:

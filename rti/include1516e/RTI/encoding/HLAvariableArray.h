@@ -34,6 +34,7 @@ class RTI_EXPORT HLAvariableArray : public rti1516e::DataElement {
   virtual void setElementPointer(size_t index, DataElement* dataElement);
   virtual const DataElement& get(size_t index) const;
   DataElement const& operator[](size_t index) const;
+
  private:
   HLAvariableArray();
   HLAvariableArray& operator=(HLAvariableArray const& rhs);

@@ -36,6 +36,7 @@ class RTI_EXPORT HLAvariantRecord : public rti1516e::DataElement {
   virtual void setVariantPointer(const DataElement& discriminant, DataElement* valuePtr);
   virtual const DataElement& getDiscriminant() const;
   virtual const DataElement& getVariant() const;
+
  private:
   HLAvariantRecord();
   HLAvariantRecord& operator=(HLAvariantRecord const& rhs);
