@@ -253,7 +253,10 @@ TEST(Tools, AnObjectModelWithoutViewControlIsAFailure) {
     GTEST_SKIP() << "needs a server process and vcviewer";
   std::uint16_t port = 0;
   auto hub = vctest::startServer(port);
-  const std::string fdd = readFile(VC_FDD_FILE);
+  // The object model may be several modules (the 1516-2010 flavour names the RPR modules
+  // before ours): ours is the last, and the one changed here.
+  const std::string models = VC_FDD_FILE;
+  const std::string fdd = readFile(models.substr(models.rfind(',') + 1));
   auto variant = [&](const std::string& from, const std::string& to, const std::string& tag) {
     std::string text = fdd;
     text.replace(text.find(from), from.size(), to);
