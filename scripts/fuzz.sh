@@ -17,7 +17,7 @@ if [ $# -lt 1 ] || ! [[ "$1" =~ ^[0-9]+$ ]]; then
 fi
 seconds=$1
 shift
-all=(fuzz_pdu_bytes fuzz_pdu_text fuzz_rti_frames fuzz_hub fuzz_fdd fuzz_cmdline fuzz_viewer)
+all=(fuzz_pdu_bytes fuzz_pdu_text fuzz_rti_frames fuzz_hub fuzz_fdd fuzz_cmdline fuzz_viewer fuzz_encoding)
 targets=("${@:-${all[@]}}")
 
 scripts/setup.sh
@@ -31,11 +31,12 @@ mkdir -p "$dir/findings" "$dir/logs"
 # Inputs large enough for the longest PDU, frame sequence or model the targets can meet
 # in a few minutes, small enough to keep them fast.
 declare -A maxlen=([fuzz_pdu_bytes]=4096 [fuzz_pdu_text]=2048 [fuzz_rti_frames]=16384
-                   [fuzz_hub]=262144 [fuzz_fdd]=16384 [fuzz_cmdline]=1024 [fuzz_viewer]=16384)
+                   [fuzz_hub]=262144 [fuzz_fdd]=16384 [fuzz_cmdline]=1024 [fuzz_viewer]=16384
+                   [fuzz_encoding]=4096)
 failed=0
 passed=0
 for t in "${targets[@]}"; do
-  mkdir -p "$dir/corpus/$t"
+  mkdir -p "$dir/corpus/$t" "$dir/seeds/$t"
   log="$dir/logs/$t.log"
   start=$(date +%s)
   if "$dir/bin/$t" "$dir/corpus/$t" "$dir/seeds/$t" \
