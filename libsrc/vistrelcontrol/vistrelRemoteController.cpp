@@ -16,6 +16,7 @@
 #include "tetherVcPdu.h"
 #include "trackVcPdu.h"
 #include "vcOutgoingInteraction.h"
+#include "viewModeFields.h"
 
 DtCustomRemoteControlSender::~DtCustomRemoteControlSender() = default;
 
@@ -68,21 +69,21 @@ bool designatorIs(const DtBaseMsg& pdu, size_t offset, const DtString& id) {
   return n == id.length() && std::memcmp(text, id.c_str(), n) == 0;
 }
 
-// Bits of the view-control fields.
-constexpr unsigned long kPosition = 0x7;
-constexpr unsigned long kHeading = 0x8;
-constexpr unsigned long kPitch = 0x10;
-constexpr unsigned long kOrientation = 0x38;
-constexpr unsigned long kTopoUpOffset = 0x1C0;
-constexpr unsigned long kRadius = 0x200;
-constexpr unsigned long kBodyHeading = 0x400;
-constexpr unsigned long kHeadingOffset = 0x800;
-constexpr unsigned long kPitchOffset = 0x1000;
-constexpr unsigned long kOffset = 0xE000;
-constexpr unsigned long kAzimuthRate = 0x40000;
-constexpr unsigned long kRadialOffset = 0x80000;
-constexpr unsigned long kAttached = 0x100000;
-constexpr unsigned long kTracked = 0x200000;
+// The ignore bits come from the one description of the modes' fields.
+using vcmodes::kAttached;
+using vcmodes::kAzimuthRate;
+using vcmodes::kBodyHeading;
+using vcmodes::kHeading;
+using vcmodes::kHeadingOffset;
+using vcmodes::kOffset;
+using vcmodes::kOrientation;
+using vcmodes::kPitch;
+using vcmodes::kPitchOffset;
+using vcmodes::kPosition;
+using vcmodes::kRadialOffset;
+using vcmodes::kRadius;
+using vcmodes::kTopoUpOffset;
+using vcmodes::kTracked;
 }  // namespace
 
 // A delivery calls the records that matched when the PDU came, in order. Removing a
