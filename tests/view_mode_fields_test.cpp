@@ -81,10 +81,10 @@ const std::map<DtViewerCommand, Send>& senders() {
        }},
       {DtVcCompass,
        [](auto& c, Given& g) {
-         c.setCompassMode(g.entity("entity"), g.real("radius"), g.real("heading"),
-                          g.real("pitch"));
+         c.setCompassMode(g.entity("entity"), g.real("radius"), g.real("heading"), g.real("pitch"));
        }},
-      {DtVcMimic, [](auto& c, Given& g) { c.setMimicMode(g.entity("entity"), g.vector("offset")); }},
+      {DtVcMimic,
+       [](auto& c, Given& g) { c.setMimicMode(g.entity("entity"), g.vector("offset")); }},
       {DtVcOffsetMimic,
        [](auto& c, Given& g) { c.setTurretMode(g.entity("entity"), g.vector("offset")); }},
       {DtVcOrbit,
@@ -206,15 +206,14 @@ TEST(ViewModeFields, RowsWithoutAnOptionMatchTheClassesSetters) {
   group.setPitch(2.5f);
   DtMimicVCPdu mimic;
   mimic.setBodyOrientation(DtTaitBryan(1.5, 2.5, 3.5));
-  const std::map<std::string, float> wanted = {
-      {"headingOffset", 1.5f}, {"pitchOffset", 2.5f}, {"roll", 3.5f},
-      {"heading", 1.5f},       {"pitch", 2.5f},       {"orientation", 1.5f}};
-  const std::map<DtViewerCommand, const DtVistrelControlPdu*> pdus = {
-      {DtVcOrbit, &orbit},
-      {DtVcCompass, &compass},
-      {DtVcPivot, &pivot},
-      {DtVcGroup, &group},
-      {DtVcMimic, &mimic}};
+  const std::map<std::string, float> wanted = {{"headingOffset", 1.5f}, {"pitchOffset", 2.5f},
+                                               {"roll", 3.5f},          {"heading", 1.5f},
+                                               {"pitch", 2.5f},         {"orientation", 1.5f}};
+  const std::map<DtViewerCommand, const DtVistrelControlPdu*> pdus = {{DtVcOrbit, &orbit},
+                                                                      {DtVcCompass, &compass},
+                                                                      {DtVcPivot, &pivot},
+                                                                      {DtVcGroup, &group},
+                                                                      {DtVcMimic, &mimic}};
   int checked = 0;
   for (const auto& [command, pdu] : pdus) {
     const Mode* mode = vcmodes::find(command);

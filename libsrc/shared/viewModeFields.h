@@ -41,7 +41,7 @@ enum class Kind {
 };
 
 struct Field {
-  const char* name;    // as the viewer's state and the scene document call it
+  const char* name;  // as the viewer's state and the scene document call it
   Kind kind;
   size_t offset;       // from the start of the PDU
   unsigned long bit;   // ignore bits, kNoBit when none
@@ -53,7 +53,7 @@ struct Mode {
   const char* name;  // vcctl's command
   int length;        // whole PDU; the group's without its entity lists
   const Field* fields;
-  size_t count;      // fields, in wire order
+  size_t count;  // fields, in wire order
 };
 
 namespace rows {
@@ -128,18 +128,17 @@ constexpr Mode mode(DtViewerCommand command, const char* name, int length,
   return Mode{command, name, length, fields.data(), N};
 }
 
-inline constexpr Mode kModes[] = {
-    mode(DtVcAbsolute, "absolute", 196, rows::kAbsolute),
-    mode(DtVcTether, "tether", 308, rows::kTether),
-    mode(DtVcCompass, "compass", 308, rows::kCompass),
-    mode(DtVcMimic, "mimic", 308, rows::kMimic),
-    mode(DtVcOffsetMimic, "turret", 308, rows::kMimic),
-    mode(DtVcOrbit, "orbit", 312, rows::kOrbit),
-    mode(DtVcTrack, "track", 312, rows::kTrack),
-    mode(DtVcTetherTrack, "tether-track", 424, rows::kTetherTrack),
-    mode(DtVcMimicTrack, "mimic-track", 424, rows::kMimicTrack),
-    mode(DtVcGroup, "group", 188, rows::kGroup),
-    mode(DtVcPivot, "pivot", 204, rows::kPivot)};
+inline constexpr Mode kModes[] = {mode(DtVcAbsolute, "absolute", 196, rows::kAbsolute),
+                                  mode(DtVcTether, "tether", 308, rows::kTether),
+                                  mode(DtVcCompass, "compass", 308, rows::kCompass),
+                                  mode(DtVcMimic, "mimic", 308, rows::kMimic),
+                                  mode(DtVcOffsetMimic, "turret", 308, rows::kMimic),
+                                  mode(DtVcOrbit, "orbit", 312, rows::kOrbit),
+                                  mode(DtVcTrack, "track", 312, rows::kTrack),
+                                  mode(DtVcTetherTrack, "tether-track", 424, rows::kTetherTrack),
+                                  mode(DtVcMimicTrack, "mimic-track", 424, rows::kMimicTrack),
+                                  mode(DtVcGroup, "group", 188, rows::kGroup),
+                                  mode(DtVcPivot, "pivot", 204, rows::kPivot)};
 
 /// The mode with this command, or nullptr.
 inline const Mode* find(DtViewerCommand command) {
@@ -151,12 +150,18 @@ inline const Mode* find(DtViewerCommand command) {
 /// Bytes a field of this kind takes, the group's lists counted as their two counts.
 constexpr size_t width(Kind kind) {
   switch (kind) {
-    case Kind::Entity: return 64;
-    case Kind::Real: return 4;
-    case Kind::Vector32: return 12;
-    case Kind::Vector64: return 24;
-    case Kind::Angles: return 12;
-    case Kind::Entities: return 8;
+    case Kind::Entity:
+      return 64;
+    case Kind::Real:
+      return 4;
+    case Kind::Vector32:
+      return 12;
+    case Kind::Vector64:
+      return 24;
+    case Kind::Angles:
+      return 12;
+    case Kind::Entities:
+      return 8;
   }
   return 0;
 }
