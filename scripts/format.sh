@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Formats every C++ source and header under version control with the repository's
+# Formats every C++ source and header under version control (and every new one git does
+# not ignore, so a file not added yet is checked before it is committed) with the repository's
 # .clang-format, or with --check only lists the files that are not formatted and fails.
 #   scripts/format.sh [--check]
 set -euo pipefail
@@ -13,7 +14,7 @@ case "${1:-}" in
 esac
 command -v clang-format >/dev/null || scripts/setup.sh >/dev/null
 
-mapfile -t files < <(git ls-files '*.cpp' '*.h')
+mapfile -t files < <(git ls-files --cached --others --exclude-standard '*.cpp' '*.h')
 if [ $check -eq 0 ]; then
   clang-format -i "${files[@]}"
   echo "format: ${#files[@]} files formatted"
