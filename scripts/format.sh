@@ -10,7 +10,7 @@ check=0
 case "${1:-}" in
   --check) check=1 ;;
   "") ;;
-  *) sed -n '2,4p' "$0"; exit 2 ;;
+  *) sed -n '2,5p' "$0"; exit 2 ;;
 esac
 command -v clang-format >/dev/null || scripts/setup.sh >/dev/null
 
