@@ -1,22 +1,35 @@
 #include "viewState.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "textFormat.h"
+#include "viewModeFields.h"
 
 namespace vcviewer {
 
 namespace {
 
+// A vector's mask split into its three bits, lowest first: the viewer ignores a vector
+// one component at a time, while the modes' description gives each vector one mask.
+constexpr std::array<unsigned long, 3> components(unsigned long mask) {
+  std::array<unsigned long, 3> bits{};
+  size_t n = 0;
+  for (unsigned long b = 1; b != 0 && n < 3; b <<= 1)
+    if (mask & b) bits[n++] = b;
+  return bits;
+}
+constexpr std::array<unsigned long, 3> kPositionBits = components(vcmodes::kPosition);
+constexpr std::array<unsigned long, 3> kOrientationBits = components(vcmodes::kOrientation);
+constexpr std::array<unsigned long, 3> kTopoUpBits = components(vcmodes::kTopoUpOffset);
+constexpr std::array<unsigned long, 3> kOffsetBits = components(vcmodes::kOffset);
+constexpr unsigned long kAttachedBit = vcmodes::kAttached;
+constexpr unsigned long kTrackedBit = vcmodes::kTracked;
 // Bits that belong to no single mode's field table.
-constexpr unsigned long kAttachedBit = 0x100000;
-constexpr unsigned long kTrackedBit = 0x200000;
 constexpr unsigned long kGroupListsBit = 0x400000;  // modeless: the entity lists
 constexpr unsigned long kTurnBit = 0x800000;
 constexpr unsigned long kMoveBit = 0x1000000;
-constexpr unsigned long kPositionBits[3] = {0x1, 0x2, 0x4};
-constexpr unsigned long kOrientationBits[3] = {0x8, 0x10, 0x20};
 
 // One parameter as the PDUs carry it: its name in the lines, its ignore bit (one per
 // component for vectors) and where the eyepoint keeps it. Offsets appear twice because
@@ -25,35 +38,38 @@ struct Field {
   enum Kind { Real, Vector, Entity };
   const char* name;
   Kind kind;
-  unsigned long bits[3];
+  std::array<unsigned long, 3> bits;
   double EyeParams::*real;
   DtVector64 EyeParams::*vec;
   EntityRef EyeParams::*entity;
 };
 
-constexpr Field kLocation{"location", Field::Vector,        {0x1, 0x2, 0x4},
+constexpr Field kLocation{"location", Field::Vector,        kPositionBits,
                           nullptr,    &EyeParams::location, nullptr};
-constexpr Field kPivotPoint{"point", Field::Vector,          {0x1, 0x2, 0x4},
+constexpr Field kPivotPoint{"point", Field::Vector,          kPositionBits,
                             nullptr, &EyeParams::pivotPoint, nullptr};
 constexpr Field kTopoUpOffset{
-    "topupoffset", Field::Vector, {0x40, 0x80, 0x100}, nullptr, &EyeParams::topoUpOffset, nullptr};
-constexpr Field kOffset{"offset", Field::Vector,      {0x2000, 0x4000, 0x8000},
-                        nullptr,  &EyeParams::offset, nullptr};
-constexpr Field kTrackOffset{"offset", Field::Vector,      {0x1, 0x2, 0x4},
+    "topupoffset", Field::Vector, kTopoUpBits, nullptr, &EyeParams::topoUpOffset, nullptr};
+constexpr Field kOffset{"offset", Field::Vector, kOffsetBits, nullptr, &EyeParams::offset, nullptr};
+constexpr Field kTrackOffset{"offset", Field::Vector,      kPositionBits,
                              nullptr,  &EyeParams::offset, nullptr};
-constexpr Field kHeading{"heading", Field::Real, {0x8}, &EyeParams::heading, nullptr, nullptr};
-constexpr Field kPitch{"pitch", Field::Real, {0x10}, &EyeParams::pitch, nullptr, nullptr};
-constexpr Field kRoll{"roll", Field::Real, {0x20}, &EyeParams::roll, nullptr, nullptr};
-constexpr Field kRadius{"radius", Field::Real, {0x200}, &EyeParams::radius, nullptr, nullptr};
-constexpr Field kBodyHeading{"bodyheading",           Field::Real, {0x400},
+constexpr Field kHeading{"heading",           Field::Real, {vcmodes::kHeading},
+                         &EyeParams::heading, nullptr,     nullptr};
+constexpr Field kPitch{"pitch",           Field::Real, {vcmodes::kPitch},
+                       &EyeParams::pitch, nullptr,     nullptr};
+constexpr Field kRoll{"roll",           Field::Real, {kOrientationBits[2]},
+                      &EyeParams::roll, nullptr,     nullptr};
+constexpr Field kRadius{"radius",           Field::Real, {vcmodes::kRadius},
+                        &EyeParams::radius, nullptr,     nullptr};
+constexpr Field kBodyHeading{"bodyheading",           Field::Real, {vcmodes::kBodyHeading},
                              &EyeParams::bodyHeading, nullptr,     nullptr};
-constexpr Field kHeadingOffset{"headingoffset",           Field::Real, {0x800},
+constexpr Field kHeadingOffset{"headingoffset",           Field::Real, {vcmodes::kHeadingOffset},
                                &EyeParams::headingOffset, nullptr,     nullptr};
-constexpr Field kPitchOffset{"pitchoffset",           Field::Real, {0x1000},
+constexpr Field kPitchOffset{"pitchoffset",           Field::Real, {vcmodes::kPitchOffset},
                              &EyeParams::pitchOffset, nullptr,     nullptr};
-constexpr Field kAzimuthRate{"azimuthrate",           Field::Real, {0x40000},
+constexpr Field kAzimuthRate{"azimuthrate",           Field::Real, {vcmodes::kAzimuthRate},
                              &EyeParams::azimuthRate, nullptr,     nullptr};
-constexpr Field kRadialOffset{"radialoffset",           Field::Real, {0x80000},
+constexpr Field kRadialOffset{"radialoffset",           Field::Real, {vcmodes::kRadialOffset},
                               &EyeParams::radialOffset, nullptr,     nullptr};
 constexpr Field kAttach{"attach", Field::Entity, {kAttachedBit},
                         nullptr,  nullptr,       &EyeParams::primary};
@@ -554,7 +570,7 @@ std::string ViewState::applyMove(const DtMoveVCPdu& pdu, double stepsize, double
       acted = true;
     }
   }
-  if ((flags & 0x7) != 0x7) line += " set-location";
+  if ((flags & vcmodes::kPosition) != vcmodes::kPosition) line += " set-location";
   const DtVector64 orientation = toVector(pdu.orientation());
   double* angle[3] = {&eye_.heading, &eye_.pitch, &eye_.roll};
   for (int i = 0; i < 3; ++i) {
@@ -563,7 +579,7 @@ std::string ViewState::applyMove(const DtMoveVCPdu& pdu, double stepsize, double
       acted = true;
     }
   }
-  if ((flags & 0x38) != 0x38) line += " set-orientation";
+  if ((flags & vcmodes::kOrientation) != vcmodes::kOrientation) line += " set-orientation";
   if (!acted) line += " nothing";
   return line + " -> " + show(kLocation, eye_) + " " + show(kHeading, eye_) + " " +
          show(kPitch, eye_) + " " + show(kRoll, eye_);
