@@ -83,6 +83,9 @@ void reencode(const wire::Message& m) {
     case wire::MsgType::ReserveName:
       w.str(m.name);
       break;
+    case wire::MsgType::Goodbye:
+      w.str(m.text);
+      break;
     case wire::MsgType::NameReserved:
       w.u32(m.handle).str(m.name);
       break;
