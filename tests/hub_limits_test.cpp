@@ -234,6 +234,57 @@ TEST_F(QuietHub, SubscriptionsInAWideModelWithManyMembersCostTheHubLittle) {
   EXPECT_LT(p.worstMs, kPromptlyMs);
 }
 
+// Members subscribed at the root of a wide model receive every class; one more member
+// subscribing and unsubscribing there over and over changes one list each time. Were the
+// routes kept per class, each unsubscription would search every class's list of members.
+TEST_F(QuietHub, SubscribingAtTheRootOfAWideModelOverAndOverCostsTheHubLittle) {
+  const std::string big = wideFederation();
+  std::vector<std::unique_ptr<RawClient>> members;
+  for (std::uint32_t i = 0; i < 100; ++i) {
+    members.push_back(std::make_unique<RawClient>(port_));
+    ASSERT_TRUE(members.back()->send(Frame(kJoin).u32(1).str(big).str("member").done()));
+    ASSERT_TRUE(members.back()->send(Frame(kSubscribe).u32(2).u32(0).done()));
+  }
+  Probe p = probe();  // in another federation of the same hub
+
+  RawClient hostile(port_);
+  Bytes body;
+  ASSERT_TRUE(hostile.send(Frame(kJoin).u32(1).str(big).str("hostile").done()));
+  ASSERT_TRUE(hostile.readFrame(body, seconds(30)));
+  ASSERT_TRUE(hostile.send(Frame(kSubscribe).u32(2).u32(0).done()));
+  ASSERT_TRUE(hostile.readFrame(body, seconds(30)));
+  const double cpu0 = vctest::cpuSeconds(hub_->pid());
+
+  const std::uint32_t pairs = 2000;
+  Bytes burst;
+  for (std::uint32_t i = 0; i < pairs; ++i) {
+    const Bytes off = Frame(kUnsubscribe).u32(2 * i + 3).u32(0).done();
+    const Bytes on = Frame(kSubscribe).u32(2 * i + 4).u32(0).done();
+    burst.insert(burst.end(), off.begin(), off.end());
+    burst.insert(burst.end(), on.begin(), on.end());
+  }
+  ASSERT_TRUE(hostile.send(burst));
+  std::uint32_t answers = 0;
+  const auto deadline = Clock::now() + seconds(120);
+  while (answers < 2 * pairs && Clock::now() < deadline) {
+    p.once();
+    while (answers < 2 * pairs && hostile.readFrame(body, milliseconds(1))) {
+      Reply r;
+      ASSERT_TRUE(parseReply(body, r));
+      ASSERT_EQ(r.status, 0u) << r.text;
+      ASSERT_EQ(r.id, answers + 3) << "answers out of order";
+      ++answers;
+    }
+  }
+  ASSERT_EQ(answers, 2 * pairs);
+  const double cpu = vctest::cpuSeconds(hub_->pid()) - cpu0;
+  // Searching 20,000 lists of 101 members for each unsubscription costs seconds here.
+  EXPECT_LT(cpu, 1.0) << "seconds of CPU for " << pairs
+                      << " subscribe/unsubscribe pairs at the root beside 100 members";
+  EXPECT_FALSE(p.lost);
+  EXPECT_LT(p.worstMs, kPromptlyMs);
+}
+
 // ------------------------------------------------------------------ incomplete frames
 
 class StalledFrames : public HubLimits {

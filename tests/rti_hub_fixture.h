@@ -115,9 +115,9 @@ class Frame {
   Bytes b_;
 };
 
-constexpr std::uint8_t kCreate = 1, kJoin = 3, kResign = 4, kSubscribe = 5, kInteraction = 7,
-                       kHello = 9, kSubscribeObjects = 10, kReserveName = 12, kRegister = 14,
-                       kUpdate = 16, kDelete = 17;
+constexpr std::uint8_t kCreate = 1, kJoin = 3, kResign = 4, kSubscribe = 5, kUnsubscribe = 6,
+                       kInteraction = 7, kHello = 9, kSubscribeObjects = 10, kReserveName = 12,
+                       kRegister = 14, kUpdate = 16, kDelete = 17;
 // The protocol version the hub speaks; a client names it in its first frame.
 constexpr std::uint32_t kVersion = 2;
 

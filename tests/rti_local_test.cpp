@@ -322,6 +322,71 @@ TEST_F(HierarchyFederation, SubclassSubscriberDoesNotReceiveTheParentOrASibling)
   EXPECT_TRUE(b_->rec->got.empty());
 }
 
+// Who receives a class is worked out once and kept until a subscription changes anywhere
+// in the federation: each change below must show in the very next send, and a federate
+// that resigns while it is among the kept receivers must not be sent to afterwards.
+TEST_F(HierarchyFederation, ReceiversFollowEverySubscriptionChangeBetweenSends) {
+  Fed& c = join();
+  std::vector<InteractionClassHandle> got;  // b's classes, then c's, per step
+  auto step = [&](const char* what) {
+    sendLeaf();
+    // A marker that everyone subscribed at the root's child Other receives tells when
+    // the leaf, if it was delivered, has been delivered too.
+    a_->rti->sendInteraction(other_, ParameterHandleValueMap(), VariableLengthData());
+    got.clear();
+    for (Fed* f : {b_, &c}) {
+      f->rec->got.clear();
+      EXPECT_TRUE(pumpUntil(*f->rti, *f->rec, 1)) << what;
+      f->rti->evokeMultipleCallbacks(0.0, 0.0);
+      ASSERT_FALSE(f->rec->got.empty()) << what;
+      EXPECT_EQ(f->rec->got.back().cls, other_) << what;
+      EXPECT_LE(f->rec->got.size(), 2u) << what << ": a leaf arrived more than once";
+      got.push_back(f->rec->got.size() == 2 ? f->rec->got[0].cls : InteractionClassHandle());
+    }
+  };
+  const InteractionClassHandle none;
+  b_->rti->subscribeInteractionClass(other_);
+  c.rti->subscribeInteractionClass(other_);
+  step("nobody subscribed");
+  EXPECT_EQ(got, (std::vector<InteractionClassHandle>{none, none}));
+  b_->rti->subscribeInteractionClass(base_);
+  step("b at Base");
+  EXPECT_EQ(got, (std::vector<InteractionClassHandle>{base_, none}));
+  b_->rti->subscribeInteractionClass(derived_);
+  c.rti->subscribeInteractionClass(leaf_);
+  step("b at Base and Derived, c at Leaf");
+  EXPECT_EQ(got, (std::vector<InteractionClassHandle>{derived_, leaf_}));
+  b_->rti->unsubscribeInteractionClass(derived_);
+  step("b back at Base only");
+  EXPECT_EQ(got, (std::vector<InteractionClassHandle>{base_, leaf_}));
+  c.rti->subscribeInteractionClass(base_);
+  c.rti->unsubscribeInteractionClass(leaf_);
+  step("c moved up to Base");
+  EXPECT_EQ(got, (std::vector<InteractionClassHandle>{base_, base_}));
+  b_->rti->unsubscribeInteractionClass(base_);
+  step("b gone from Base");
+  EXPECT_EQ(got, (std::vector<InteractionClassHandle>{none, base_}));
+
+  // A federate among the kept receivers of the leaf resigns; the next sends reach the
+  // others only, and one joining in its place starts with nothing.
+  b_->rti->subscribeInteractionClass(leaf_);
+  step("both at the leaf's line");
+  EXPECT_EQ(got, (std::vector<InteractionClassHandle>{leaf_, base_}));
+  c.rti->resignFederationExecution(NO_ACTION);
+  c.rti.reset();
+  Fed& d = join();
+  d.rti->subscribeInteractionClass(other_);
+  sendLeaf();
+  a_->rti->sendInteraction(other_, ParameterHandleValueMap(), VariableLengthData());
+  b_->rec->got.clear();
+  ASSERT_TRUE(pumpUntil(*b_->rti, *b_->rec, 2));
+  EXPECT_EQ(b_->rec->got[0].cls, leaf_);
+  ASSERT_TRUE(pumpUntil(*d.rti, *d.rec, 1));
+  d.rti->evokeMultipleCallbacks(0.0, 0.0);
+  ASSERT_EQ(d.rec->got.size(), 1u);
+  EXPECT_EQ(d.rec->got[0].cls, other_);
+}
+
 TEST_F(HierarchyFederation, SendRejectsParametersTheClassDoesNotHave) {
   ParameterHandleValueMap v;
   v[p3_] = data({3});

@@ -16,8 +16,12 @@ using Clock = std::chrono::steady_clock;
 constexpr std::size_t kReadChunk = 64 * 1024;
 // Reads from one client in a row before the others get their turn.
 constexpr int kReadsPerTurn = 8;
-// Requests (anything but interactions) handled for one client in a row.
-constexpr int kRequestsPerTurn = 64;
+// The work one client's frames may cause in a row (classes, members, instances and
+// receivers looked at, see FederationCore::work) before the others get their turn: a few
+// milliseconds' worth, so that a turn stays far below the 50 ms another federation may
+// be made to wait. A frame that costs more is let through alone; nothing a client can
+// send costs more than a bounded multiple of this.
+constexpr std::size_t kWorkPerTurn = 200000;
 // Buffers larger than this are given back when found empty, so that an idle client costs
 // its socket and little else.
 constexpr std::size_t kKeptBuffer = 256 * 1024;
@@ -99,7 +103,7 @@ struct Federation {
   FederationCore core;
   Clock::time_point emptySince = Clock::now();
   // What the hub would get back by destroying it.
-  std::size_t held() const { return cost + core.instanceBytes(); }
+  std::size_t held() const { return cost + core.heldBytes(); }
 };
 
 namespace {
@@ -204,6 +208,7 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
   // which slows it down without costing the hub memory.
   void read() {
     if (closed_ || closing_ || reading_ || paused_ || held_) return;
+    turnWork_ = 0;
     for (int turn = 0; turn < kReadsPerTurn; ++turn) {
       // Bytes that start afresh land in the hub's scratch buffer and are handled where
       // they lie; bytes that continue a frame go straight behind it.
@@ -270,7 +275,6 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
   std::size_t process(const unsigned char* p, std::size_t n) {
     const std::size_t limit = hub_.options().queueLimit;
     std::size_t pos = 0;
-    int requests = 0;
     while (!closed_ && !closing_) {
       wire::Message m;
       const wire::DecodeResult d = wire::decodeFrame(p + pos, n - pos, m);
@@ -285,14 +289,18 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
         held_ = true;
         break;
       }
-      // A request may touch a whole subtree of the model; a burst of them yields to the
-      // other clients now and then, so that one client's burst is not everyone's wait.
-      if (!isStream(m.type) && ++requests > kRequestsPerTurn) {
+      // What is left once the turn's work is spent waits for the client's next turn,
+      // behind every other client that has something to do.
+      if (turnWork_ >= kWorkPerTurn) {
         held_ = true;
         asio::post(socket_.get_executor(), [self = shared_from_this()] { self->resume(); });
         break;
       }
+      const std::size_t before = fed_ ? fed_->core.work() : 0;
+      Federation* const in = fed_;
       handle(m, p + pos, d.frameSize);
+      turnWork_ += 1 + (in ? in->core.work() - before : 0) + extraWork_;
+      extraWork_ = 0;
       pos += d.frameSize;
     }
     return pos;
@@ -302,6 +310,7 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
   void resume() {
     if (closed_) return;
     held_ = false;
+    turnWork_ = 0;
     partialSince_ = Clock::now();
     if (!rx_.empty()) received(nullptr, 0);
     read();
@@ -433,6 +442,7 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
     fed->name = name;
     fed->fddFile = std::string(m.text);
     fed->model.assign(m.blob.data, m.blob.data + m.blob.size);
+    extraWork_ = m.blob.size / 8;  // decoded and indexed
     feds.emplace(name, std::move(fed));
     hub_.info("federation execution '" + name + "' created by " + peer_);
     reply(m.requestId, wire::Status::Ok, "");
@@ -469,6 +479,7 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
     std::vector<unsigned char> payload(4 + fed_->model.size());
     wire::storeU32(payload.data(), handle_);
     std::copy(fed_->model.begin(), fed_->model.end(), payload.begin() + 4);
+    extraWork_ = payload.size() / 64 + fed_->core.memberCount();
     hub_.info("federate " + std::to_string(handle_) + " (" + std::string(m.text) + ") from " +
               peer_ + " joined '" + name + "'");
     reply(m.requestId, wire::Status::Ok, fed_->fddFile, payload.data(), payload.size());
@@ -587,6 +598,8 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
 
   Federation* fed_ = nullptr;
   std::uint32_t handle_ = 0;
+  std::size_t turnWork_ = 0;   // spent in this turn
+  std::size_t extraWork_ = 0;  // the hub's own share of the frame being handled
 };
 
 Hub::Hub(asio::io_context& io, const Options& options)

@@ -10,6 +10,19 @@ namespace {
 // record and its list of who knows it.
 constexpr std::size_t kInstanceOverhead = 192;
 constexpr std::size_t kNameOverhead = 96;
+// A subscription's place in its class's list, allowing for the list's spare capacity.
+constexpr std::size_t kSubscriptionBytes = 2 * sizeof(void*) + 16;
+// A member's record and what it is tracked by, besides a bit per class.
+constexpr std::size_t kMemberOverhead = 256;
+
+// A list of receivers as the allocator holds it.
+std::size_t listBytes(std::size_t capacity) {
+  return capacity ? capacity * sizeof(void*) + 32 : 0;
+}
+
+std::size_t memberBytes(const FddModel& model) {
+  return kMemberOverhead + (model.interactions.classes.size() + model.objects.classes.size()) / 4;
+}
 
 void writeNameReserved(ByteBuffer& out, bool ok, const std::string& name) {
   wire::FrameWriter w(out, wire::MsgType::NameReserved, 8 + name.size());
@@ -25,39 +38,52 @@ std::string generatedInstanceName(InstanceHandle instance) {
 }
 
 void FederationCore::Routes::init(const FddTree& tree) {
-  children.assign(tree.classes.size(), {});
-  for (std::uint32_t c = 1; c < tree.classes.size(); ++c)
-    children[tree.classes[c].parent].push_back(c);
-  interested.assign(tree.classes.size(), {});
+  direct.assign(tree.classes.size(), {});
+  resolved.assign(tree.classes.size(), {});
+  resolvedAt.assign(tree.classes.size(), 0);
 }
 
-void FederationCore::Routes::route(FederationMember* m, std::uint32_t cls, bool add,
-                                   const std::vector<bool>& subs) {
-  std::vector<std::uint32_t> todo{cls};
-  while (!todo.empty()) {
-    const std::uint32_t c = todo.back();
-    todo.pop_back();
-    if (c != cls && subs[c]) continue;
-    auto& list = interested[c];
-    if (add)
-      list.push_back(m);
-    else
-      list.erase(std::remove(list.begin(), list.end(), m), list.end());
-    todo.insert(todo.end(), children[c].begin(), children[c].end());
+const std::vector<FederationMember*>& FederationCore::resolve(Routes& r, const FddTree& tree,
+                                                              std::uint32_t cls) {
+  if (seen_.size() < slots_.size()) seen_.resize(slots_.size(), 0);
+  if (++stamp_ == 0) {
+    std::fill(seen_.begin(), seen_.end(), 0);
+    stamp_ = 1;
   }
+  std::vector<FederationMember*>& found = r.uncached;
+  found.clear();
+  // Nearest class first; a member subscribed at several of them is taken once.
+  for (std::uint32_t a = cls; a != kNoClass; a = tree.classes[a].parent) {
+    const auto& here = r.direct[a];
+    work_ += 1 + here.size();
+    for (FederationMember* m : here) {
+      if (seen_[m->slot_] == stamp_) continue;
+      seen_[m->slot_] = stamp_;
+      found.push_back(m);
+    }
+  }
+  // Kept for the next send while the budget has room; otherwise worked out each time,
+  // which costs about what delivering to them does.
+  std::vector<FederationMember*>& kept = r.resolved[cls];
+  const std::size_t had = listBytes(kept.capacity());
+  const std::size_t needs = listBytes(std::max(kept.capacity(), found.size()));
+  if (needs > had && !reserve(needs - had)) return found;
+  kept.assign(found.begin(), found.end());
+  r.resolvedAt[cls] = r.generation;
+  return kept;
 }
 
-void FederationCore::Routes::removeAll(FederationMember* m, const FddTree& tree,
-                                       const std::vector<bool>& subs) {
-  // The topmost subscriptions' subtrees hold the member once in every class.
-  const std::vector<bool> none(subs.size(), false);
+void FederationCore::unsubscribeAll(Routes& r, FederationMember& m, std::vector<bool>& subs) {
+  work_ += subs.size() / 64;
   for (std::uint32_t c = 0; c < subs.size(); ++c) {
     if (!subs[c]) continue;
-    bool above = false;
-    for (auto a = tree.classes[c].parent; a != kNoClass && !above; a = tree.classes[a].parent)
-      above = subs[a];
-    if (!above) route(m, c, false, none);
+    auto& list = r.direct[c];
+    work_ += list.size();
+    list.erase(std::find(list.begin(), list.end(), &m));
+    refund(kSubscriptionBytes);
+    subs[c] = false;
   }
+  ++r.generation;
 }
 
 FederationCore::FederationCore(std::shared_ptr<const FddModel> model, MemoryBudget* budget)
@@ -82,6 +108,8 @@ std::uint32_t FederationCore::join(FederationMember& m) {
   m.slot_ = slot;
   m.handle_ = nextHandle_++;
   ++members_;
+  work_ += 1 + slots_.size() + memberBytes(*model_) / 64;
+  charge(memberBytes(*model_));
   return m.handle_;
 }
 
@@ -89,6 +117,7 @@ void FederationCore::resign(FederationMember& m, ResignMode mode) {
   const std::uint32_t slot = m.slot_;
   Slot& s = slots_[slot];
   if (s.member != &m) return;
+  work_ += 1 + instances_.size() + names_.size();
   for (auto it = instances_.begin(); it != instances_.end();) {
     auto next = std::next(it);
     Instance& inst = it->second;
@@ -106,15 +135,15 @@ void FederationCore::resign(FederationMember& m, ResignMode mode) {
   }
   for (auto it = names_.begin(); it != names_.end();) {
     if (it->second.slot == slot && it->second.instance == 0) {
-      bytes_ -= it->second.cost;
-      if (budget_) budget_->give(it->second.cost);
+      refund(it->second.cost);
       it = names_.erase(it);
     } else {
       ++it;
     }
   }
-  interactions_.removeAll(&m, model_->interactions, s.interactions);
-  objects_.removeAll(&m, model_->objects, s.objects);
+  unsubscribeAll(interactions_, m, s.interactions);
+  unsubscribeAll(objects_, m, s.objects);
+  refund(memberBytes(*model_));
   s = Slot();
   --members_;
 }
@@ -139,12 +168,20 @@ std::string FederationCore::setSubscribed(Routes& routes, const FddTree& tree,
                                           std::uint32_t cls, bool on) {
   if (cls >= tree.classes.size()) return "subscription to unknown class " + std::to_string(cls);
   std::vector<bool>& mine = slots_[m.slot_].*subs;
+  ++work_;
   if (mine[cls] == on) return {};
+  auto& list = routes.direct[cls];
+  if (on) {
+    if (!reserve(kSubscriptionBytes))
+      return "the federation's subscriptions fill the RTI's memory budget";
+    list.push_back(&m);
+  } else {
+    work_ += list.size();
+    list.erase(std::find(list.begin(), list.end(), &m));
+    refund(kSubscriptionBytes);
+  }
   mine[cls] = on;
-  // Whether a class above is subscribed, which routes `cls` here already.
-  for (std::uint32_t a = tree.classes[cls].parent; a != kNoClass; a = tree.classes[a].parent)
-    if (mine[a]) return {};
-  routes.route(&m, cls, on, mine);
+  ++routes.generation;
   return {};
 }
 
@@ -212,7 +249,9 @@ std::string FederationCore::onInteraction(Slot& from, const wire::Message& m,
   if (m.handle >= tree.classes.size())
     return "interaction of unknown class " + std::to_string(m.handle);
   if (std::string err = checkMembers(tree, m.handle, m); !err.empty()) return err;
-  for (FederationMember* target : interactions_.interested[m.handle])
+  const auto& targets = receivers(interactions_, tree, m.handle);
+  work_ += targets.size();
+  for (FederationMember* target : targets)
     if (target != from.member) target->deliver(frame, size);
   return {};
 }
@@ -221,12 +260,9 @@ void FederationCore::onReserveName(Slot& from, const wire::Message& m) {
   const std::string name(m.name);
   const std::size_t cost = kNameOverhead + name.size();
   // Names beginning with HLA are the RTI's; an empty name names nothing.
-  const bool ok = !name.empty() && name.compare(0, 3, "HLA") != 0 && !names_.count(name) &&
-                  (!budget_ || budget_->take(cost));
-  if (ok) {
-    names_.emplace(name, NameEntry{from.member->slot_, 0, cost});
-    bytes_ += cost;
-  }
+  const bool ok =
+      !name.empty() && name.compare(0, 3, "HLA") != 0 && !names_.count(name) && reserve(cost);
+  if (ok) names_.emplace(name, NameEntry{from.member->slot_, 0, cost});
   scratch_.clear();
   writeNameReserved(scratch_, ok, name);
   from.member->deliver(scratch_.data(), scratch_.size());
@@ -250,17 +286,15 @@ std::string FederationCore::onRegister(Slot& from, const wire::Message& m) {
     if (name != generatedInstanceName(m.instance))
       return "instance name '" + name + "' was not reserved";
     const std::size_t nameCost = kNameOverhead + name.size();
-    if (budget_ && !budget_->take(nameCost)) return full;
+    if (!reserve(nameCost)) return full;
     named = names_.emplace(name, NameEntry{slot, 0, nameCost}).first;
-    bytes_ += nameCost;
   }
-  if (budget_ && !budget_->take(kInstanceOverhead)) {
+  if (!reserve(kInstanceOverhead)) {
     if (name.compare(0, 3, "HLA") == 0) releaseName(name);
     return full;
   }
   named->second.instance = m.instance;
   const std::size_t cost = kInstanceOverhead;
-  bytes_ += cost;
   Instance& inst = instances_[m.instance];
   inst.cls = m.handle;
   inst.owner = slot;
@@ -268,7 +302,9 @@ std::string FederationCore::onRegister(Slot& from, const wire::Message& m) {
   inst.cost = cost;
   inst.known.assign(slots_.size(), false);
   inst.known[slot] = true;
-  for (FederationMember* target : objects_.interested[m.handle])
+  const auto& targets = receivers(objects_, model_->objects, m.handle);
+  work_ += targets.size();
+  for (FederationMember* target : targets)
     if (target != from.member) discover(target->slot_, m.instance, inst);
   return {};
 }
@@ -290,7 +326,9 @@ std::string FederationCore::onUpdate(Slot& from, const wire::Message& m, const u
     return "update of instance " + std::to_string(m.instance) + " it does not own";
   Instance& inst = it->second;
   if (std::string err = checkMembers(model_->objects, inst.cls, m); !err.empty()) return err;
-  for (FederationMember* target : objects_.interested[inst.cls]) {
+  const auto& targets = receivers(objects_, model_->objects, inst.cls);
+  work_ += targets.size();
+  for (FederationMember* target : targets) {
     if (target == from.member) continue;
     // A subscriber is told of an instance before its first values, whenever it came.
     const std::uint32_t slot = target->slot_;
@@ -324,16 +362,14 @@ void FederationCore::removeInstance(std::map<InstanceHandle, Instance>::iterator
     if (inst.known[slot] && slot != inst.owner && slots_[slot].member)
       slots_[slot].member->deliver(frame, size);
   releaseName(inst.name);
-  bytes_ -= inst.cost;
-  if (budget_) budget_->give(inst.cost);
+  refund(inst.cost);
   instances_.erase(it);
 }
 
 void FederationCore::releaseName(const std::string& name) {
   auto it = names_.find(name);
   if (it == names_.end()) return;
-  bytes_ -= it->second.cost;
-  if (budget_) budget_->give(it->second.cost);
+  refund(it->second.cost);
   names_.erase(it);
 }
 
@@ -342,6 +378,7 @@ std::string FederationCore::onRequestClassUpdate(Slot& from, const wire::Message
   if (m.handle >= tree.classes.size())
     return "update request for unknown object class " + std::to_string(m.handle);
   if (std::string err = checkMembers(tree, m.handle, m); !err.empty()) return err;
+  work_ += instances_.size();
   for (auto& [h, inst] : instances_) {
     if (inst.owner == kNobody || inst.owner == from.member->slot_ ||
         !tree.isSameOrDescendant(inst.cls, m.handle))
@@ -360,6 +397,7 @@ void FederationCore::pump(FederationMember& m) {
   if (!s.scanning) return;
   auto it = instances_.lower_bound(s.scanFrom);
   for (; it != instances_.end(); ++it) {
+    ++work_;
     Instance& inst = it->second;
     if (inst.owner == slot || (slot < inst.known.size() && inst.known[slot]) || !sees(s, inst.cls))
       continue;

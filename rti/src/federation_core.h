@@ -67,8 +67,12 @@ class FederationCore {
   const std::shared_ptr<const FddModel>& model() const { return model_; }
   std::size_t memberCount() const { return members_; }
   std::size_t instanceCount() const { return instances_.size(); }
-  // Bytes the instances and names hold (taken from the budget).
-  std::size_t instanceBytes() const { return bytes_; }
+  // Bytes taken from the budget: instances and names, members, subscriptions and the
+  // receiver lists made from them.
+  std::size_t heldBytes() const { return bytes_; }
+  // Classes, members, instances and receivers looked at so far: what the requests handled
+  // have cost, for whoever hands them in to share the federation's time fairly.
+  std::size_t work() const { return work_; }
 
   // Returns the member's federate handle.
   std::uint32_t join(FederationMember& m);
@@ -80,9 +84,9 @@ class FederationCore {
   std::string subscribeInteractions(FederationMember& m, std::uint32_t cls, bool on);
   std::string subscribeObjects(FederationMember& m, std::uint32_t cls, bool on);
   // The members that receive an interaction of `cls` (the sender among them, if it
-  // subscribes). Valid until the next subscription change.
-  const std::vector<FederationMember*>& interactionReceivers(std::uint32_t cls) const {
-    return interactions_.interested[cls];
+  // subscribes), each once. Valid until the next call into the core.
+  const std::vector<FederationMember*>& interactionReceivers(std::uint32_t cls) {
+    return receivers(interactions_, model_->interactions, cls);
   }
 
   // Acts on a frame from a member: an interaction or an object-management request.
@@ -97,14 +101,18 @@ class FederationCore {
  private:
   static constexpr std::uint32_t kNobody = ~0u;
 
+  // A subscription is kept at the class it names only, so that changing one costs that
+  // class's list and nothing below it. Who receives a class is worked out when something
+  // is first sent to it after a change, by walking up its (at most kMaxClassDepth)
+  // ancestors, and kept until the next change: a sender that sends to the same classes
+  // over and over finds its receivers ready each time.
   struct Routes {
-    std::vector<std::vector<std::uint32_t>> children;
-    std::vector<std::vector<FederationMember*>> interested;
+    std::vector<std::vector<FederationMember*>> direct;    // by class
+    std::vector<std::vector<FederationMember*>> resolved;  // by class, as of resolvedAt
+    std::vector<std::uint64_t> resolvedAt;
+    std::uint64_t generation = 1;             // bumped by every subscription change
+    std::vector<FederationMember*> uncached;  // resolved, when the budget holds no more
     void init(const FddTree& tree);
-    // Adds (or removes) `m` as a receiver of `cls` and of every class below it, except
-    // the subtrees under a class `m` subscribes to itself, whose routes already hold it.
-    void route(FederationMember* m, std::uint32_t cls, bool add, const std::vector<bool>& subs);
-    void removeAll(FederationMember* m, const FddTree& tree, const std::vector<bool>& subs);
   };
   struct Slot {
     FederationMember* member = nullptr;
@@ -128,6 +136,27 @@ class FederationCore {
     std::size_t cost = 0;
   };
 
+  const std::vector<FederationMember*>& receivers(Routes& r, const FddTree& tree,
+                                                  std::uint32_t cls) {
+    return r.resolvedAt[cls] == r.generation ? r.resolved[cls] : resolve(r, tree, cls);
+  }
+  const std::vector<FederationMember*>& resolve(Routes& r, const FddTree& tree, std::uint32_t cls);
+  void unsubscribeAll(Routes& r, FederationMember& m, std::vector<bool>& subs);
+  // Takes `n` bytes from the budget, or says there is no room.
+  bool reserve(std::size_t n) {
+    if (budget_ && !budget_->take(n)) return false;
+    bytes_ += n;
+    return true;
+  }
+  // Takes them whatever the budget says: for what a member must have to be served at all.
+  void charge(std::size_t n) {
+    bytes_ += n;
+    if (budget_) budget_->used += n;
+  }
+  void refund(std::size_t n) {
+    bytes_ -= n;
+    if (budget_) budget_->give(n);
+  }
   std::string setSubscribed(Routes& routes, const FddTree& tree, std::vector<bool> Slot::*subs,
                             FederationMember& m, std::uint32_t cls, bool on);
   std::string onInteraction(Slot& from, const wire::Message& m, const unsigned char* frame,
@@ -159,6 +188,10 @@ class FederationCore {
   std::map<InstanceHandle, Instance> instances_;
   std::unordered_map<std::string, NameEntry> names_;
   std::size_t bytes_ = 0;
+  std::size_t work_ = 0;
+  // Marks the members already among the receivers being worked out, by slot.
+  std::vector<std::uint32_t> seen_;
+  std::uint32_t stamp_ = 0;
   ByteBuffer scratch_;
 };
 
