@@ -272,9 +272,7 @@ void FederateCore::updateAttributes(InstanceHandle h, const HandleValues& values
                                                    L") of instance '" + k.name +
                                                    L"' is not owned by this federate");
   }
-  tx_.clear();
-  encodeValues(tx_, wire::MsgType::Update, h, values, tag);
-  post(tx_);
+  link_->updateAttributes(h, values, tag);
 }
 
 void FederateCore::deleteInstance(InstanceHandle h, ValueView tag) {

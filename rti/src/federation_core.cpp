@@ -7,8 +7,8 @@ namespace vcrti {
 namespace {
 
 // What an instance or a name costs beyond its characters: the map nodes, the instance's
-// record and its list of who knows it.
-constexpr std::size_t kInstanceOverhead = 192;
+// record, its list of who knows it and its entry in the index by handle.
+constexpr std::size_t kInstanceOverhead = 232;
 constexpr std::size_t kNameOverhead = 96;
 // A subscription's place in its class's list, allowing for the list's spare capacity.
 constexpr std::size_t kSubscriptionBytes = 2 * sizeof(void*) + 16;
@@ -296,6 +296,7 @@ std::string FederationCore::onRegister(Slot& from, const wire::Message& m) {
   named->second.instance = m.instance;
   const std::size_t cost = kInstanceOverhead;
   Instance& inst = instances_[m.instance];
+  byHandle_[m.instance] = &inst;
   inst.cls = m.handle;
   inst.owner = slot;
   inst.name = name;
@@ -319,22 +320,39 @@ void FederationCore::discover(std::uint32_t slot, InstanceHandle h, Instance& in
   slots_[slot].member->deliver(scratch_.data(), scratch_.size());
 }
 
-std::string FederationCore::onUpdate(Slot& from, const wire::Message& m, const unsigned char* frame,
-                                     std::size_t size) {
-  auto it = instances_.find(m.instance);
-  if (it == instances_.end() || it->second.owner != from.member->slot_)
-    return "update of instance " + std::to_string(m.instance) + " it does not own";
-  Instance& inst = it->second;
-  if (std::string err = checkMembers(model_->objects, inst.cls, m); !err.empty()) return err;
+FederationCore::Instance* FederationCore::owned(const Slot& from, InstanceHandle h) {
+  auto it = byHandle_.find(h);
+  return it == byHandle_.end() || it->second->owner != from.member->slot_ ? nullptr : it->second;
+}
+
+const std::vector<FederationMember*>& FederationCore::reach(const Slot& from, InstanceHandle h,
+                                                            Instance& inst) {
+  targets_.clear();
   const auto& targets = receivers(objects_, model_->objects, inst.cls);
   work_ += targets.size();
   for (FederationMember* target : targets) {
     if (target == from.member) continue;
     // A subscriber is told of an instance before its first values, whenever it came.
     const std::uint32_t slot = target->slot_;
-    if (slot >= inst.known.size() || !inst.known[slot]) discover(slot, m.instance, inst);
-    target->deliver(frame, size);
+    if (slot >= inst.known.size() || !inst.known[slot]) discover(slot, h, inst);
+    targets_.push_back(target);
   }
+  return targets_;
+}
+
+const std::vector<FederationMember*>* FederationCore::updateTargets(FederationMember& fromMember,
+                                                                    InstanceHandle h) {
+  const Slot& from = slots_[fromMember.slot_];
+  Instance* inst = owned(from, h);
+  return inst ? &reach(from, h, *inst) : nullptr;
+}
+
+std::string FederationCore::onUpdate(Slot& from, const wire::Message& m, const unsigned char* frame,
+                                     std::size_t size) {
+  Instance* inst = owned(from, m.instance);
+  if (!inst) return "update of instance " + std::to_string(m.instance) + " it does not own";
+  if (std::string err = checkMembers(model_->objects, inst->cls, m); !err.empty()) return err;
+  for (FederationMember* target : reach(from, m.instance, *inst)) target->deliver(frame, size);
   return {};
 }
 
@@ -363,6 +381,7 @@ void FederationCore::removeInstance(std::map<InstanceHandle, Instance>::iterator
       slots_[slot].member->deliver(frame, size);
   releaseName(inst.name);
   refund(inst.cost);
+  byHandle_.erase(it->first);
   instances_.erase(it);
 }
 

@@ -89,6 +89,14 @@ class FederationCore {
     return receivers(interactions_, model_->interactions, cls);
   }
 
+  // The members an update of `instance` from `from` reaches (the sender not among them),
+  // each told of the instance first if it did not know it yet; null when `from` does not
+  // own the instance. The caller delivers the update to each, in order: in one process
+  // the values go straight into their inboxes, unencoded until then. Valid until the next
+  // call into the core.
+  const std::vector<FederationMember*>* updateTargets(FederationMember& from,
+                                                      InstanceHandle instance);
+
   // Acts on a frame from a member: an interaction or an object-management request.
   // Returns an empty string, or why the frame breaks the rules.
   std::string handle(FederationMember& from, const wire::Message& m, const unsigned char* frame,
@@ -165,6 +173,8 @@ class FederationCore {
   std::string onRegister(Slot& from, const wire::Message& m);
   std::string onUpdate(Slot& from, const wire::Message& m, const unsigned char* frame,
                        std::size_t size);
+  Instance* owned(const Slot& from, InstanceHandle h);
+  const std::vector<FederationMember*>& reach(const Slot& from, InstanceHandle h, Instance& inst);
   std::string onDelete(Slot& from, const wire::Message& m, const unsigned char* frame,
                        std::size_t size);
   std::string onRequestClassUpdate(Slot& from, const wire::Message& m);
@@ -186,6 +196,9 @@ class FederationCore {
   Routes objects_;
   // Ordered, so that a paced scan can resume where it stopped whatever came and went.
   std::map<InstanceHandle, Instance> instances_;
+  // The same instances by handle, for the lookup every update makes.
+  std::unordered_map<InstanceHandle, Instance*> byHandle_;
+  std::vector<FederationMember*> targets_;
   std::unordered_map<std::string, NameEntry> names_;
   std::size_t bytes_ = 0;
   std::size_t work_ = 0;

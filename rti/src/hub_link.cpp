@@ -344,9 +344,13 @@ class HubConnection {
       end += wire::kLengthPrefix + body;
     }
     if (end == 0) return false;
-    if (into.empty() && end == rx_.size()) {
+    if (into.empty()) {
+      // The usual case: the buffers trade places and only a frame begun at the end of
+      // the last read is copied back, instead of every frame read being copied out.
       into.swap(rx_);
       rx_.clear();
+      rx_.append(into.data() + end, into.size() - end);
+      into.resize(end);
     } else {
       into.append(rx_.data(), end);
       rx_.consume(end);
@@ -435,6 +439,12 @@ class HubLink final : public Link {
   void sendInteraction(std::uint32_t cls, const HandleValues& params, ValueView tag) override {
     conn_->post(
         [&](ByteBuffer& out) { encodeValues(out, wire::MsgType::Interaction, cls, params, tag); });
+  }
+
+  void updateAttributes(InstanceHandle instance, const HandleValues& values,
+                        ValueView tag) override {
+    conn_->post(
+        [&](ByteBuffer& out) { encodeValues(out, wire::MsgType::Update, instance, values, tag); });
   }
 
   void post(const unsigned char* frame, std::size_t size) override {

@@ -28,6 +28,10 @@ class Link {
   // To every other member subscribed to the class or to one of its ancestors, in the
   // order of the calls. The caller has checked the class and parameters.
   virtual void sendInteraction(std::uint32_t cls, const HandleValues& params, ValueView tag) = 0;
+  // To every other member that knows the instance or subscribes to its class, in the order
+  // of the calls. The caller has checked that it owns the instance and its attributes.
+  virtual void updateAttributes(InstanceHandle instance, const HandleValues& values,
+                                ValueView tag) = 0;
   // Any other frame for the federation (object management), already checked and encoded.
   virtual void post(const unsigned char* frame, std::size_t size) = 0;
 

@@ -77,28 +77,23 @@ class LocalLink final : public Link {
     if (!err.empty()) refused(err);
   }
 
-  // The hot path: no decoding, and in the usual case of one receiver the frame is encoded
+  // The hot paths: no decoding, and in the usual case of one receiver the frame is encoded
   // straight into its inbox.
   void sendInteraction(std::uint32_t cls, const HandleValues& params, ValueView tag) override {
     std::lock_guard<std::mutex> fedLock(fed_->mu);
-    const std::vector<FederationMember*>& targets = fed_->core.interactionReceivers(cls);
-    Member* only = nullptr;
-    std::size_t others = 0;
-    for (FederationMember* m : targets)
-      if (m != self_.get()) {
-        only = static_cast<Member*>(m);
-        ++others;
-      }
-    if (others == 1) {
-      std::lock_guard<std::mutex> lock(only->mu);
-      encodeValues(only->inbox, wire::MsgType::Interaction, cls, params, tag);
-      only->delivered();
-      return;
-    }
-    scratch_.clear();
-    encodeValues(scratch_, wire::MsgType::Interaction, cls, params, tag);
-    for (FederationMember* m : targets)
-      if (m != self_.get()) m->deliver(scratch_.data(), scratch_.size());
+    toEach(fed_->core.interactionReceivers(cls), [&](ByteBuffer& out) {
+      encodeValues(out, wire::MsgType::Interaction, cls, params, tag);
+    });
+  }
+
+  void updateAttributes(InstanceHandle instance, const HandleValues& values,
+                        ValueView tag) override {
+    std::lock_guard<std::mutex> fedLock(fed_->mu);
+    const std::vector<FederationMember*>* targets = fed_->core.updateTargets(*self_, instance);
+    if (!targets) refused("update of an instance this federate does not own");
+    toEach(*targets, [&](ByteBuffer& out) {
+      encodeValues(out, wire::MsgType::Update, instance, values, tag);
+    });
   }
 
   void post(const unsigned char* frame, std::size_t size) override {
@@ -140,6 +135,29 @@ class LocalLink final : public Link {
   }
 
  private:
+  // Delivers the frame `encode` appends to every target but this federate, with the
+  // federation's lock held.
+  template <class Encode>
+  void toEach(const std::vector<FederationMember*>& targets, Encode encode) {
+    Member* only = nullptr;
+    std::size_t others = 0;
+    for (FederationMember* m : targets)
+      if (m != self_.get()) {
+        only = static_cast<Member*>(m);
+        ++others;
+      }
+    if (others == 1) {
+      std::lock_guard<std::mutex> lock(only->mu);
+      encode(only->inbox);
+      only->delivered();
+      return;
+    }
+    scratch_.clear();
+    encode(scratch_);
+    for (FederationMember* m : targets)
+      if (m != self_.get()) m->deliver(scratch_.data(), scratch_.size());
+  }
+
   std::shared_ptr<Federation> fed_;
   std::unique_ptr<Member> self_;
   ByteBuffer scratch_;
