@@ -16,7 +16,7 @@ const [binDir, fdd, size] = process.argv.slice(2);
 const small = size === '--small';
 const PAGE_MS = 1000; // the page loads within this, whatever the attack
 const GROWTH_MIB = 48; // vcviewer's memory grows by no more than this under any attack
-const files = ['/', '/page.js', '/page.css', '/three.min.js', '/OrbitControls.js'];
+const files = ['/', '/page.js', '/view3d.js', '/page.css', '/three.min.js', '/OrbitControls.js'];
 
 if (!existsSync(join(binDir, 'rtihub'))) {
   console.log('SKIP: built against another RTI, there is no hub to run vcviewer on');

@@ -9,6 +9,7 @@
 
 #include <cmath>
 
+#include "at45North.h"
 #include "eyepoint.h"
 #include "viewer.h"
 #include "viewerWire.h"
@@ -17,17 +18,9 @@
 using namespace vcviewer;
 using vcgeo::Vec3;
 
+using namespace vctest;
+
 namespace {
-
-constexpr double kPi = 3.14159265358979323846;
-const double s = std::sqrt(0.5);
-const Vec3 kNorth{-s, 0, s}, kEast{0, 1, 0}, kUp{s, 0, s};
-
-void expectNear(const Vec3& got, const Vec3& want, double tol) {
-  EXPECT_NEAR(got.x, want.x, tol);
-  EXPECT_NEAR(got.y, want.y, tol);
-  EXPECT_NEAR(got.z, want.z, tol);
-}
 
 class EyepointTest : public ::testing::Test {
  protected:

@@ -327,8 +327,8 @@ TEST_F(LiveServerTest, ServesItsOwnFilesExactlyAndNothingElse) {
     EXPECT_EQ(body(r), f.body) << f.path;
   }
   std::string page = body(request(port, get("/")));
-  for (const char* used :
-       {"src=\"three.min.js\"", "src=\"OrbitControls.js\"", "src=\"page.js\"", "href=\"page.css\""})
+  for (const char* used : {"src=\"three.min.js\"", "src=\"OrbitControls.js\"", "src=\"view3d.js\"",
+                           "src=\"page.js\"", "href=\"page.css\""})
     EXPECT_NE(page.find(used), std::string::npos) << used;
   EXPECT_GT(body(request(port, get("/three.min.js"))).size(), 100000u);
 

@@ -4,96 +4,14 @@
 //   node live_page_test.mjs BIN_DIR FDD_FILE SCREENSHOT
 // Exits 0 when every check holds, 1 on the first that does not, 77 when there is no
 // Chromium or no puppeteer-core to drive it (scripts/setup.sh installs both).
-import { spawn, execFile } from 'node:child_process';
-import { existsSync, mkdtempSync, rmSync } from 'node:fs';
-import { tmpdir } from 'node:os';
-import { join } from 'node:path';
-import { createInterface } from 'node:readline';
-import { promisify } from 'node:util';
+import { check, driver, keepScreenshot, launch, scenario, until, viewerOnHub } from './harness.mjs';
 
 const [binDir, fdd, screenshot] = process.argv.slice(2);
-const chromium = process.env.CHROMIUM || '/usr/bin/chromium';
-const run = promisify(execFile);
+const puppeteer = await driver(binDir);
 
-let puppeteer;
-try {
-  puppeteer = (await import('puppeteer-core')).default;
-} catch {
-  console.log('SKIP: puppeteer-core is not installed in tests/browser (run scripts/setup.sh)');
-  process.exit(77);
-}
-if (!existsSync(join(binDir, 'rtihub'))) {
-  console.log('SKIP: built against another RTI, there is no hub to run the scenario on');
-  process.exit(77);
-}
-if (!existsSync(chromium)) {
-  console.log(`SKIP: no Chromium at ${chromium} (run scripts/setup.sh)`);
-  process.exit(77);
-}
-
-const children = [];
-let browser;
-let profile;
-function cleanUp() {
-  for (const c of children) if (c.exitCode === null) c.kill('SIGKILL');
-  if (profile) rmSync(profile, { recursive: true, force: true });
-}
-process.on('exit', cleanUp);
-
-// Starts a program and waits (up to 10 s) for a line of its output that matches `pattern`.
-function start(program, args, pattern) {
-  const child = spawn(join(binDir, program), args, { stdio: ['ignore', 'pipe', 'pipe'] });
-  children.push(child);
-  let transcript = '';
-  child.stderr.on('data', (d) => { transcript += d; });
-  return new Promise((resolve, reject) => {
-    const timer = setTimeout(() => reject(new Error(`${program} did not start:\n${transcript}`)), 10000);
-    createInterface({ input: child.stdout }).on('line', (line) => {
-      transcript += line + '\n';
-      const m = line.match(pattern);
-      if (m) {
-        clearTimeout(timer);
-        resolve(m);
-      }
-    });
-    child.on('exit', (code) => reject(new Error(`${program} exited with ${code}:\n${transcript}`)));
-  });
-}
-
-let failures = 0;
-function check(what, ok, detail) {
-  console.log(`${ok ? 'ok  ' : 'FAIL'} ${what}${ok || detail === undefined ? '' : `: ${JSON.stringify(detail)}`}`);
-  if (!ok) failures += 1;
-}
-
-// Waits until the page's state satisfies `predicate` (run in the page), then returns what
-// `probe` reads there; a generous bound, since the machine may be busy.
-async function until(page, what, predicate, arg) {
-  try {
-    await page.waitForFunction(predicate, { timeout: 15000, polling: 50 }, arg);
-    check(what, true);
-  } catch {
-    check(what, false, await page.evaluate(() => window.vcLive.snapshot && window.vcLive.snapshot.commands.slice(-3)));
-  }
-}
-
-try {
-  const [, hubPort] = await start('rtihub', ['--listen', '127.0.0.1:0'], /listening on 127\.0\.0\.1:(\d+)/);
-  const url = `rti://127.0.0.1:${hubPort}/PageTest`;
-  const [, pageUrl] = await start('vcviewer',
-    ['--id', 'viewer-1', '--federation', url, '--fdd', fdd, '--http', '127.0.0.1:0'],
-    /^vcviewer page on (http:\/\/127\.0\.0\.1:\d+\/)$/);
-  const vcctl = (...args) => run(join(binDir, 'vcctl'), ['--federation', url, '--fdd', fdd, '--viewer', 'viewer-1', ...args]);
-
-  profile = mkdtempSync(join(tmpdir(), 'vcviewer-page-'));
-  browser = await puppeteer.launch({
-    executablePath: chromium,
-    headless: true,
-    userDataDir: profile,
-    args: ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
-      '--disable-background-networking', '--disable-component-update', '--disable-sync',
-      '--use-gl=angle', '--use-angle=swiftshader', '--enable-unsafe-swiftshader'],
-  });
+await scenario(async () => {
+  const { pageUrl, vcctl } = await viewerOnHub(binDir, fdd, 'PageTest');
+  const browser = await launch(puppeteer);
   const page = await browser.newPage();
   const errors = [];
   page.on('pageerror', (e) => errors.push(e.message));
@@ -167,23 +85,18 @@ try {
       items.some((i) => i.querySelector('.pdu').textContent === 'DtVcOrbit');
   });
 
-  // A pivot is a place the scene knows: the 3D camera goes to look at it.
+  // A pivot: the view through the eyepoint is 1400 m from the point, looking at it.
   await vcctl('pivot', '--point', '0,0,0', '--radius', '1400', '--heading', '0.4', '--pitch', '-0.7');
-  await until(page, 'the 3D view follows the eyepoint to a known place', () => {
-    const t = window.vcLive.view.controls.target, c = window.vcLive.view.camera.position;
-    return t.x === 0 && t.y === 0 && Math.abs(c.distanceTo(t) - 1400) < 1e-3;
+  await until(page, 'the view through the eyepoint looks at the pivot from its radius', () => {
+    const { placed, eye, forward } = window.vcLive.look();
+    const distance = Math.hypot(...eye);
+    const towards = -(eye[0] * forward[0] + eye[1] * forward[1] + eye[2] * forward[2]) / distance;
+    return placed && Math.abs(distance - 1400) < 0.01 && towards > 1 - 1e-6;
   });
   await vcctl('show', '40');
   await until(page, 'showing the layer draws its drawing again', () =>
     window.vcLive.scene3d.getObjectByName('object-41') && document.querySelector('#picture svg g#object-41'));
 
   check('the page raised no error and every file it asked for was served', errors.length === 0, errors);
-  await page.screenshot({ path: screenshot });
-  console.log(`screenshot: ${screenshot}`);
-} catch (e) {
-  check('the scenario ran', false, String(e && e.stack || e));
-} finally {
-  if (browser) await browser.close();
-  cleanUp();
-}
-process.exit(failures ? 1 : 0);
+  await keepScreenshot(page, screenshot);
+});

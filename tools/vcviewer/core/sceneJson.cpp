@@ -5,6 +5,7 @@
 
 #include "entities.h"
 #include "eyepoint.h"
+#include "placement.h"
 #include "scene.h"
 #include "settings.h"
 #include "textFormat.h"
@@ -63,7 +64,12 @@ std::string array(const Range& range, Fn each) {
   return out + "]";
 }
 
-std::string anchor(const Anchor& a, bool onScreen) {
+std::string vec(const vcgeo::Vec3& v) {
+  return "[" + num(v.x) + "," + num(v.y) + "," + num(v.z) + "]";
+}
+
+// `placed` is where a 3D drawing's end is now, or null for a 2D drawing's.
+std::string anchor(const Anchor& a, bool onScreen, const Placed* placed) {
   static const char* const kinds[] = {"none", "position", "entity", "object"};
   Obj o;
   o.str("kind", kinds[a.kind]);
@@ -76,10 +82,26 @@ std::string anchor(const Anchor& a, bool onScreen) {
           "[" + num((a.position.x() + 1) / 2) + "," + num((a.position.y() + 1) / 2) + "]");
   if (a.kind == Anchor::Entity) o.str("entity", a.entity);
   if (a.kind == Anchor::Object) o.number("object", a.objectId).number("percent", a.percent);
+  if (placed && a.kind != Anchor::None) {
+    // Where the end is now in geocentric metres, offset included; for an entity's, which
+    // entity it hangs on, so that a page can move it along between snapshots.
+    o.raw("at", placed->placed ? vec(placed->world) : "null");
+    if (a.kind == Anchor::Entity) o.str("on", placed->entity).number("matches", placed->matches);
+    if (!placed->problem.empty()) o.str("problem", placed->problem);
+  }
   return o.done();
 }
 
-std::string drawing(const Scene& scene, const Drawing& d) {
+std::string drawing(const Scene& scene, const WorldView& w, const Drawing& d) {
+  std::string anchors;
+  if (d.is2D()) {
+    anchors =
+        "[" + anchor(d.anchors[0], true, nullptr) + "," + anchor(d.anchors[1], true, nullptr) + "]";
+  } else {
+    const Placed a = placeEnd(scene, w.entities, d, 0, w.now);
+    const Placed b = placeEnd(scene, w.entities, d, 1, w.now);
+    anchors = "[" + anchor(d.anchors[0], false, &a) + "," + anchor(d.anchors[1], false, &b) + "]";
+  }
   Obj o;
   o.number("id", d.id)
       .str("type", DtVistrelDrawControlPdu::typeString(d.type))
@@ -90,8 +112,7 @@ std::string drawing(const Scene& scene, const Drawing& d) {
       .raw("layers", array(d.layers, [](unsigned int id) { return std::to_string(id); }))
       .raw("color", color(d.color))
       .flag("flashing", d.flashing)
-      .raw("anchors",
-           "[" + anchor(d.anchors[0], d.is2D()) + "," + anchor(d.anchors[1], d.is2D()) + "]")
+      .raw("anchors", anchors)
       .raw("offset", vec(d.offset))
       .raw("segments", array(d.segments,
                              [](const Segment& s) {
@@ -158,8 +179,11 @@ std::string eye(const ViewState& view) {
       .done();
 }
 
-std::string entityList(const Entities& entities) {
-  const double now = entities.now();
+// Velocity is the dead-reckoned path's, over a tenth of a second around now: a page moves
+// the entity along it until the next snapshot.
+constexpr double kVelocitySpan = 0.1;
+
+std::string entityList(const Entities& entities, double now) {
   std::string list = array(entities.all(), [now](const auto& entry) {
     const Entity& e = entry.second;
     Obj o;
@@ -170,8 +194,12 @@ std::string entityList(const Entities& entities) {
         .str("marking", e.marking);
     if (e.hasSpatial) {
       const vcdr::State s = e.at(now);
+      const vcgeo::Vec3 velocity =
+          (e.at(now + kVelocitySpan / 2).position - e.at(now - kVelocitySpan / 2).position) *
+          (1.0 / kVelocitySpan);
       o.str("algorithm", vcrpr::algorithmName(e.spatial.algorithm))
-          .raw("position", vec(DtVector64(s.position.x, s.position.y, s.position.z)))
+          .raw("position", vec(s.position))
+          .raw("velocity", vec(velocity))
           .raw("orientation",
                vec(DtVector64(s.orientation.psi, s.orientation.theta, s.orientation.phi)));
     } else {
@@ -191,7 +219,7 @@ std::string eyepointJson(const Eyepoint& e) {
   Obj o;
   o.flag("placed", e.placed);
   if (e.placed) {
-    o.raw("position", vec(DtVector64(e.position.x, e.position.y, e.position.z)))
+    o.raw("position", vec(e.position))
         .raw("orientation",
              vec(DtVector64(e.orientation.psi, e.orientation.theta, e.orientation.phi)))
         .number("heading", e.local.psi)
@@ -233,8 +261,20 @@ std::string jsonString(const std::string& text) {
   return out + "\"";
 }
 
+std::string frameJson(const LocalFrame& f) {
+  return Obj()
+      .raw("origin", vec(f.origin))
+      .raw("axes",
+           "[" + vec(f.axes.row(0)) + "," + vec(f.axes.row(1)) + "," + vec(f.axes.row(2)) + "]")
+      .flag("geographic", f.geographic)
+      // Local height of the ellipsoid under the origin: where a page draws the ground.
+      .number("ground", f.geographic ? -vcgeo::toGeodetic(f.origin).height : 0.0)
+      .number("serial", static_cast<double>(f.serial))
+      .done();
+}
+
 std::string renderJson(const std::string& viewerId, const ViewState& view, const Settings& settings,
-                       const Scene& scene, const Entities& entities, const Eyepoint& eyepoint,
+                       const Scene& scene, const WorldView& world,
                        const std::deque<CommandRecord>& recent, std::uint64_t revision,
                        const std::string& svg) {
   std::string settingValues = "{";
@@ -252,7 +292,7 @@ std::string renderJson(const std::string& viewerId, const ViewState& view, const
   std::string drawings = array(all, [&](const auto& entry) {
     const Drawing& d = entry.second;
     if (d.type == DtVdcLayer || d.type == DtVdcAttributeGroupTemplate) return std::string();
-    return drawing(scene, d);
+    return drawing(scene, world, d);
   });
   std::string panels = array(all, [&](const auto& entry) {
     return entry.second.type == DtVdcAttributeGroup ? panel(scene, entry.second) : std::string();
@@ -268,9 +308,11 @@ std::string renderJson(const std::string& viewerId, const ViewState& view, const
   return Obj()
       .str("viewer", viewerId)
       .number("revision", static_cast<double>(revision))
+      .raw("time", seconds(world.now))
       .raw("eye", eye(view))
-      .raw("entities", entityList(entities))
-      .raw("eyepoint", eyepointJson(eyepoint))
+      .raw("frame", frameJson(world.frame))
+      .raw("entities", entityList(world.entities, world.now))
+      .raw("eyepoint", eyepointJson(world.eye))
       .raw("settings", settingValues)
       .number("stepsize", settings.stepsize())
       .number("turnrate", settings.turnrate())

@@ -9,18 +9,19 @@
 
 namespace vcviewer {
 
-class Entities;
-struct Eyepoint;
 class Scene;
+struct WorldView;
 class Settings;
 class ViewState;
 struct CommandRecord;
 
 /// The whole document. `svg` goes in as it is, as the "svg" member. Entities are listed
-/// with their dead-reckoned positions at the time of the call, in geocentric metres, and so
-/// is the eyepoint the view state and the entities give.
+/// with their dead-reckoned positions and velocities at `world.now`, in geocentric metres,
+/// and so are the eyepoint and the place of each end of every 3D drawing; "frame" is the
+/// local frame the pictures are drawn in (placement.h) and "time" the moment they show,
+/// in seconds on the viewer's steady clock.
 std::string renderJson(const std::string& viewerId, const ViewState& view, const Settings& settings,
-                       const Scene& scene, const Entities& entities, const Eyepoint& eyepoint,
+                       const Scene& scene, const WorldView& world,
                        const std::deque<CommandRecord>& recent, std::uint64_t revision,
                        const std::string& svg);
 

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <set>
 
+#include "eyepoint.h"
+#include "placement.h"
 #include "scene.h"
 #include "settings.h"
 #include "svgCanvas.h"
@@ -17,10 +20,12 @@ namespace {
 constexpr double kPi = 3.14159265358979323846;
 constexpr double kWidth = 1260, kHeight = 800;
 constexpr int kTraySlots = 6;
-// A drawing anchored to a drawing anchored to ... is followed this far, so that a cycle
-// of references ends.
-constexpr int kMaxAnchorDepth = 8;
 constexpr int kMaxGridLines = 64;
+// A plan with thousands of glyphs is unreadable and slow to show: those the eyepoint and
+// the drawings name come first, then the others in discovery order up to the cap; only
+// the first few carry their marking.
+constexpr size_t kMaxPlanEntities = 300;
+constexpr size_t kMaxPlanLabels = 40;
 
 struct Frame {
   double x, y, w, h;
@@ -106,15 +111,17 @@ bool usesSecondary(DtViewerCommand mode) {
 class Picture {
  public:
   Picture(const std::string& id, const ViewState& view, const Settings& settings,
-          const Scene& scene)
+          const Scene& scene, const WorldView& world)
       : id_(id),
         view_(view),
         settings_(settings),
         scene_(scene),
+        world_(world),
         canvas_(kWidth, kHeight, "vcviewer " + id + " scene") {}
 
   std::string render() {
     collectEntities();
+    chooseShown();
     fitWorld();
     header();
     overlay();
@@ -251,24 +258,29 @@ class Picture {
 
   // ------------------------------------------------------------------ plan view
   void fitWorld() {
-    std::vector<DtVector64> points;
+    std::vector<vcgeo::Vec3> points;  // geocentric
     for (const auto& [id, d] : scene_.drawings()) {
       if (d.is2D() || !scene_.visible(d)) continue;
-      for (const Anchor& a : d.anchors)
-        if (a.kind == Anchor::Position) points.push_back(a.position + d.offset);
-      for (const DtVector64& p : d.points) points.push_back(p);
+      for (int end = 0; end < 2; ++end) {
+        const Placed p = placeEnd(scene_, world_.entities, d, end, world_.now);
+        if (p.placed) points.push_back(p.world);
+      }
+      for (const DtVector64& p : d.points) points.push_back(v3(p));
     }
-    if (eyeAtLocation()) points.push_back(view_.params().location);
-    if (view_.mode() == DtVcPivot) points.push_back(view_.params().pivotPoint);
+    for (const Entity* e : shown_) points.push_back(e->at(world_.now).position);
+    if (world_.eye.placed) points.push_back(world_.eye.position);
+    if (view_.mode() == DtVcPivot) points.push_back(v3(view_.params().pivotPoint));
     double minX = -50, maxX = 50, minY = -50, maxY = 50;
     if (!points.empty()) {
-      minX = maxX = points[0].x();
-      minY = maxY = points[0].y();
-      for (const DtVector64& p : points) {
-        minX = std::min(minX, p.x());
-        maxX = std::max(maxX, p.x());
-        minY = std::min(minY, p.y());
-        maxY = std::max(maxY, p.y());
+      const vcgeo::Vec3 first = world_.frame.local(points[0]);
+      minX = maxX = first.x;
+      minY = maxY = first.y;
+      for (const vcgeo::Vec3& world : points) {
+        const vcgeo::Vec3 p = world_.frame.local(world);
+        minX = std::min(minX, p.x);
+        maxX = std::max(maxX, p.x);
+        minY = std::min(minY, p.y);
+        maxY = std::max(maxY, p.y);
       }
     }
     centre_ = {(minX + maxX) / 2, (minY + maxY) / 2};
@@ -276,52 +288,39 @@ class Picture {
     scale_ = std::min(kPlan.w / spanX, kPlan.h / spanY);
   }
 
-  bool eyeAtLocation() const { return view_.mode() == DtVcAbsolute || view_.mode() == DtVcTrack; }
+  static vcgeo::Vec3 v3(const DtVector64& v) { return {v.x(), v.y(), v.z()}; }
 
-  Pt world(const DtVector64& p) const {
-    return {kPlan.x + kPlan.w / 2 + (p.x() - centre_.x) * scale_,
-            kPlan.y + kPlan.h / 2 - (p.y() - centre_.y) * scale_};
+  // A point of the plan from metres east and north of the local origin.
+  Pt at(double east, double north) const {
+    return {kPlan.x + kPlan.w / 2 + (east - centre_.x) * scale_,
+            kPlan.y + kPlan.h / 2 - (north - centre_.y) * scale_};
+  }
+  // A point of the plan from geocentric metres.
+  Pt plan(const vcgeo::Vec3& world) const {
+    const vcgeo::Vec3 p = world_.frame.local(world);
+    return at(p.x, p.y);
+  }
+  // The direction a body's nose points on the plan, in radians clockwise from up.
+  double bearing(const vcgeo::Euler& orientation) const {
+    const vcgeo::Vec3 f = world_.frame.axes * vcgeo::forwardOf(orientation);
+    return std::atan2(f.x, f.y);
   }
 
-  std::optional<Pt> resolve(const Anchor& a, const DtVector64& offset, int depth) const {
-    switch (a.kind) {
-      case Anchor::Position:
-        return world(a.position + offset);
-      case Anchor::Entity: {
-        auto it = std::find(entities_.begin(), entities_.end(), a.entity);
-        if (it == entities_.end() || it - entities_.begin() >= kTraySlots) return std::nullopt;
-        return traySlot(static_cast<int>(it - entities_.begin()));
-      }
-      case Anchor::Object: {
-        const Drawing* other = scene_.find(a.objectId);
-        if (!other) return std::nullopt;
-        return pointOn(*other, a.percent, depth + 1);
-      }
-      case Anchor::None:
-        break;
-    }
-    return std::nullopt;
-  }
-
-  // Where a drawing anchored to `d` at `percent` sits: that far along a line, else at the
-  // middle of its points, else at its own anchor.
-  std::optional<Pt> pointOn(const Drawing& d, int percent, int depth) const {
-    if (depth > kMaxAnchorDepth || d.is2D()) return std::nullopt;
-    if (d.isLine() && d.anchors[1].kind != Anchor::None) {
-      auto a = resolve(d.anchors[0], d.offset, depth), b = resolve(d.anchors[1], d.offset, depth);
-      if (!a || !b) return std::nullopt;
-      return lerp(*a, *b, percent / 100.0);
-    }
-    if (!d.points.empty()) {
-      DtVector64 sum;
-      for (const DtVector64& p : d.points) sum = sum + p;
-      return world(sum * (1.0 / static_cast<double>(d.points.size())));
-    }
-    return resolve(d.anchors[0], d.offset, depth);
+  // Where end `i` of `d` is on the plan: its place, or for an entity not known here its
+  // designator's slot in the tray.
+  std::optional<Pt> end(const Drawing& d, int i) const {
+    const Placed p = placeEnd(scene_, world_.entities, d, i, world_.now);
+    if (p.placed) return plan(p.world);
+    const Anchor& a = d.anchors[i];
+    if (a.kind != Anchor::Entity) return std::nullopt;
+    auto it = std::find(entities_.begin(), entities_.end(), a.entity);
+    if (it == entities_.end() || it - entities_.begin() >= kTraySlots) return std::nullopt;
+    return traySlot(static_cast<int>(it - entities_.begin()));
   }
 
   void plan() {
-    panelFrame(kPlan, "Plan view of the 3D drawings (x east, y north)");
+    panelFrame(kPlan, world_.frame.geographic ? "Plan view (x east, y north, metres)"
+                                              : "Plan view (geocentric x, y, metres)");
     canvas_.beginClip(kPlan.x, kPlan.y, kPlan.w, kPlan.h);
     grid();
     for (const auto& [id, d] : scene_.drawings())
@@ -329,12 +328,13 @@ class Picture {
     // Panels last, so that they stay readable over the drawings.
     for (const auto& [id, d] : scene_.drawings())
       if (d.type == DtVdcAttributeGroup && scene_.visible(d)) {
-        if (auto at = resolve(d.anchors[0], d.offset, 0)) {
-          panel(d, *at);
+        if (auto place = end(d, 0)) {
+          panel(d, *place);
         } else {
           ++unplaced_;
         }
       }
+    entities();
     eye();
     canvas_.endClip();
     scaleBar();
@@ -352,12 +352,8 @@ class Picture {
       double first = std::ceil(from / step) * step;
       for (int i = 0; i < kMaxGridLines && first + i * step <= to; ++i) draw(first + i * step);
     };
-    each(left, right, [&](double x) {
-      canvas_.line(world(DtVector64(x, bottom, 0)), world(DtVector64(x, top, 0)), line);
-    });
-    each(bottom, top, [&](double y) {
-      canvas_.line(world(DtVector64(left, y, 0)), world(DtVector64(right, y, 0)), line);
-    });
+    each(left, right, [&](double x) { canvas_.line(at(x, bottom), at(x, top), line); });
+    each(bottom, top, [&](double y) { canvas_.line(at(left, y), at(right, y), line); });
   }
 
   static double niceStep(double raw) {
@@ -374,16 +370,21 @@ class Picture {
     bar.strokeWidth = 2;
     canvas_.line({x, y}, {x + metres * scale_, y}, bar);
     canvas_.text({x, y - 6}, number(metres) + " m", TextStyle{"#e8e8e8", 11});
-    canvas_.text({kPlan.x + kPlan.w, kPlan.y - 8},
-                 "centre (" + number(centre_.x) + ", " + number(centre_.y) + ")",
-                 TextStyle{kMuted, 11, false, "end"});
+    std::string where =
+        "centre (" + number(std::round(centre_.x)) + ", " + number(std::round(centre_.y)) + ")";
+    if (world_.frame.geographic) {
+      const vcgeo::Geodetic g = vcgeo::toGeodetic(world_.frame.origin);
+      where += " m from " + number(std::round(g.lat * 180 / kPi * 1e5) / 1e5) + ", " +
+               number(std::round(g.lon * 180 / kPi * 1e5) / 1e5);
+    }
+    canvas_.text({kPlan.x + kPlan.w, kPlan.y - 8}, where, TextStyle{kMuted, 11, false, "end"});
   }
 
   void draw3D(const Drawing& d) {
     if (d.type == DtVdcLayer || d.type == DtVdcAttributeGroupTemplate) return;
     Style shape = shapeStyle(d);
     if (d.isLine()) {
-      auto a = resolve(d.anchors[0], d.offset, 0), b = resolve(d.anchors[1], d.offset, 0);
+      auto a = end(d, 0), b = end(d, 1);
       if (!a || !b) return void(++unplaced_);
       begin(d);
       segments(*a, *b, d);
@@ -392,7 +393,7 @@ class Picture {
     if (d.type == DtVdc3DTriangle || d.type == DtVdcTriangle || d.type == DtVdc3DArea ||
         d.type == DtVdcArea) {
       std::vector<Pt> corners;
-      for (const DtVector64& p : d.points) corners.push_back(world(p));
+      for (const DtVector64& p : d.points) corners.push_back(plan(v3(p)));
       if (corners.size() < 2) return void(++unplaced_);
       begin(d);
       bool area = d.type == DtVdc3DArea || d.type == DtVdcArea;
@@ -403,8 +404,9 @@ class Picture {
       if (area) canvas_.polygon(corners, Style{paint(d.color), "none", 1.5, opacity(d.color)});
       return canvas_.endGroup();
     }
-    auto at = resolve(d.anchors[0], d.offset, 0);
-    if (!at) return void(++unplaced_);
+    auto place = end(d, 0);
+    if (!place) return void(++unplaced_);
+    const Pt* at = &*place;
     begin(d);
     double heading = d.rotation.psi() * 180 / kPi;  // clockwise from north, as the page turns
     double sx = std::fabs(d.scale.x()) * scale_, sy = std::fabs(d.scale.y()) * scale_;
@@ -418,11 +420,10 @@ class Picture {
         canvas_.box(*at, std::max(4.0, sx), std::max(4.0, sy), heading, shape);
         break;
       case DtVdcCylinder: {
-        auto end =
-            d.anchors[1].kind == Anchor::None ? std::nullopt : resolve(d.anchors[1], d.offset, 0);
-        if (end) {
+        auto other = d.anchors[1].kind == Anchor::None ? std::nullopt : end(d, 1);
+        if (other) {
           Style tube{paint(d.color), "none", std::max(2.0, sy), opacity(d.color)};
-          canvas_.line(*at, *end, tube);
+          canvas_.line(*at, *other, tube);
         } else {
           canvas_.box(*at, std::max(4.0, sx), std::max(4.0, sy), heading, shape);
         }
@@ -478,20 +479,30 @@ class Picture {
       canvas_.rect(x, y, w * fraction, 10, Style{"none", paint(color), 1, opacity(color)});
   }
 
+  // A dart at `c` pointing along `angle` (clockwise from up), `r` pixels long.
+  void dart(Pt c, double angle, double r, const Style& style) {
+    auto tip = [&](double a, double len) {
+      return Pt{c.x + len * std::sin(a), c.y - len * std::cos(a)};
+    };
+    canvas_.polygon({tip(angle, r), tip(angle + 2.5, r * 0.6), tip(angle - 2.5, r * 0.6)}, style);
+  }
+
   void eye() {
     const EyeParams& e = view_.params();
     Style mark{"#ffd84d", "#ffd84d"};
-    if (eyeAtLocation()) {
-      Pt at = world(e.location);
-      double h = e.heading;
-      auto tip = [&](double angle, double r) {
-        return Pt{at.x + r * std::sin(angle), at.y - r * std::cos(angle)};
-      };
-      canvas_.polygon({tip(h, 14), tip(h + 2.5, 8), tip(h - 2.5, 8)}, mark);
-      canvas_.text({at.x + 10, at.y + 16}, "eye", TextStyle{"#ffd84d", 11, true});
+    if (world_.eye.placed) {
+      Pt place = plan(world_.eye.position);
+      canvas_.beginGroup("eyepoint", "eyepoint: " + view_.modeName(), false);
+      Style sight{"#ffd84d", "none", 1, 0.7};
+      sight.dash = "3 3";
+      const double h = bearing(world_.eye.orientation);
+      canvas_.line(place, {place.x + 40 * std::sin(h), place.y - 40 * std::cos(h)}, sight);
+      dart(place, h, 14, mark);
+      canvas_.text({place.x + 10, place.y + 16}, "eye", TextStyle{"#ffd84d", 11, true});
+      canvas_.endGroup();
     }
     if (view_.mode() == DtVcPivot) {
-      Pt at = world(e.pivotPoint);
+      Pt at = plan(v3(e.pivotPoint));
       Style cross{"#ffd84d"};
       cross.strokeWidth = 2;
       canvas_.line({at.x - 7, at.y - 7}, {at.x + 7, at.y + 7}, cross);
@@ -501,9 +512,55 @@ class Picture {
     }
   }
 
-  // ------------------------------------------------------------------ entity tray
+  // ------------------------------------------------------------------ entities
+  // The entities the plan shows: those the eyepoint and the drawings name, then the rest.
+  void chooseShown() {
+    std::set<DtObjectId> taken;
+    auto take = [&](const Entity* e) {
+      if (e && e->hasSpatial && shown_.size() < kMaxPlanEntities && taken.insert(e->object).second)
+        shown_.push_back(e);
+    };
+    for (const std::string& name : named_) take(world_.entities.find(name, name).entity);
+    for (const auto& kv : world_.entities.all()) take(&kv.second);
+    total_ = 0;
+    for (const auto& kv : world_.entities.all()) total_ += kv.second.hasSpatial;
+  }
+
+  void entities() {
+    const std::string& followed = world_.eye.entity;
+    Style trail{"#8fd3ff", "none", 1, 0.45};
+    for (size_t i = 0; i < shown_.size(); ++i) {
+      const Entity& e = *shown_[i];
+      const vcdr::State s = e.at(world_.now);
+      const Pt place = plan(s.position);
+      const bool watched = !followed.empty() && e.label() == followed;
+      const std::string color = watched ? "#ffd84d" : "#8fd3ff";
+      canvas_.beginGroup("entity-" + std::to_string(e.object),
+                         e.label() + (e.marking.empty() ? "" : " " + quoted(e.marking)), false);
+      if (const auto* points = world_.trails.of(e.object)) {
+        std::vector<Pt> path;
+        for (const vcgeo::Vec3& p : *points) path.push_back(plan(p));
+        path.push_back(place);
+        if (path.size() > 1) canvas_.polyline(path, trail);
+      }
+      dart(place, bearing(s.orientation), 9, Style{color, color});
+      if (i < kMaxPlanLabels)
+        canvas_.text({place.x + 8, place.y - 6}, e.marking.empty() ? e.label() : e.marking,
+                     TextStyle{color, 11});
+      canvas_.endGroup();
+    }
+    if (total_ > 0)
+      canvas_.text(
+          {kPlan.x + kPlan.w - 8, kPlan.y + kPlan.h - 10},
+          "entities: " + std::to_string(shown_.size()) + " of " + std::to_string(total_) + " shown",
+          TextStyle{kMuted, 11, false, "end"});
+  }
+
+  // Designators the eyepoint and the drawings name; those not known here go to the tray.
   void collectEntities() {
     auto note = [&](const std::string& id) {
+      if (std::find(named_.begin(), named_.end(), id) == named_.end()) named_.push_back(id);
+      if (world_.entities.find(id, id).entity) return;
       if (std::find(entities_.begin(), entities_.end(), id) == entities_.end())
         entities_.push_back(id);
     };
@@ -524,7 +581,7 @@ class Picture {
   }
 
   void tray() {
-    panelFrame(kTray, "Entities (their positions are not known here)");
+    panelFrame(kTray, "Entities named but not known here (what hangs on them waits)");
     const EyeParams& e = view_.params();
     for (size_t i = 0; i < entities_.size() && i < kTraySlots; ++i) {
       Pt at = traySlot(static_cast<int>(i));
@@ -624,8 +681,12 @@ class Picture {
   const ViewState& view_;
   const Settings& settings_;
   const Scene& scene_;
+  const WorldView& world_;
   SvgCanvas canvas_;
-  std::vector<std::string> entities_;
+  std::vector<std::string> entities_;  // named, not known: the tray
+  std::vector<std::string> named_;     // every designator named
+  std::vector<const Entity*> shown_;
+  size_t total_ = 0;
   Pt centre_;
   double scale_ = 1;
   int unplaced_ = 0;
@@ -634,8 +695,8 @@ class Picture {
 }  // namespace
 
 std::string renderSvg(const std::string& viewerId, const ViewState& view, const Settings& settings,
-                      const Scene& scene) {
-  return Picture(viewerId, view, settings, scene).render();
+                      const Scene& scene, const WorldView& world) {
+  return Picture(viewerId, view, settings, scene, world).render();
 }
 
 }  // namespace vcviewer

@@ -79,13 +79,21 @@ void Viewer::answerState(const DtVistrelControlPdu& request) {
   record(request, line);
 }
 
+WorldView Viewer::world() const {
+  const double now = entities_.now();
+  const Eyepoint& eye = eyepoint_.update(view_, entities_, now);
+  trails_.sample(entities_, now);
+  return WorldView{entities_, eye, frame_.update(eye, entities_, now), trails_, now};
+}
+
 std::string Viewer::svg() const {
-  return renderSvg(id_, view_, settings_, scene_);
+  return renderSvg(id_, view_, settings_, scene_, world());
 }
 
 std::string Viewer::json() const {
-  return renderJson(id_, view_, settings_, scene_, entities_, eyepoint(), recent_, revision_,
-                    svg());
+  const WorldView w = world();
+  return renderJson(id_, view_, settings_, scene_, w, recent_, revision_,
+                    renderSvg(id_, view_, settings_, scene_, w));
 }
 
 }  // namespace vcviewer

@@ -10,6 +10,7 @@
 
 #include "entities.h"
 #include "eyepoint.h"
+#include "placement.h"
 #include "scene.h"
 #include "settings.h"
 #include "viewState.h"
@@ -61,6 +62,9 @@ class Viewer {
   /// The scene, the eyepoint, the settings and the recent commands as one JSON document,
   /// with the SVG picture inside, for the live page.
   std::string json() const;
+  /// The world as the pictures see it now: the eyepoint, the local frame (moved when the
+  /// eyepoint or the entities went far) and the entities' trails (sampled).
+  WorldView world() const;
 
   /// The last commands taken, oldest first; at most kRecentCommands of them, so a busy
   /// sender cannot grow the viewer.
@@ -85,6 +89,8 @@ class Viewer {
   Scene scene_;
   Entities entities_;
   mutable EyepointTracker eyepoint_;
+  mutable FrameKeeper frame_;
+  mutable Trails trails_;
   std::deque<CommandRecord> recent_;
   std::uint64_t revision_ = 0;
 };

@@ -12,6 +12,7 @@
 VC_EMBED(vc_page_html, VC_WEB_DIR "/index.html")
 VC_EMBED(vc_page_css, VC_WEB_DIR "/page.css")
 VC_EMBED(vc_page_js, VC_WEB_DIR "/page.js")
+VC_EMBED(vc_view3d_js, VC_WEB_DIR "/view3d.js")
 VC_EMBED(vc_three_js, VC_THREE_DIR "/three.min.js")
 VC_EMBED(vc_orbit_js, VC_THREE_DIR "/examples/js/controls/OrbitControls.js")
 
@@ -32,6 +33,7 @@ std::vector<WebFile> pageFiles() {
       {"/index.html", "text/html; charset=utf-8", span(vc_page_html_begin, vc_page_html_end)},
       {"/page.css", "text/css; charset=utf-8", span(vc_page_css_begin, vc_page_css_end)},
       {"/page.js", js, span(vc_page_js_begin, vc_page_js_end)},
+      {"/view3d.js", js, span(vc_view3d_js_begin, vc_view3d_js_end)},
       {"/three.min.js", js, span(vc_three_js_begin, vc_three_js_end)},
       {"/OrbitControls.js", js, span(vc_orbit_js_begin, vc_orbit_js_end)},
   };
