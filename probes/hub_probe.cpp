@@ -15,6 +15,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -282,6 +283,94 @@ int turns(bool small) {
   return report(what, worst, kTurnBoundMs + calmWorst, "ms");
 }
 
+int creates(bool small) {
+  // The full run leaves the hub its default bounds: 256 MiB for federations, 384 MiB in
+  // all, 8 creates at once from one address and then one each 500 ms.
+  const std::size_t total = small ? 64u << 20 : 384u << 20, classes = 20000, clients = 4;
+  const auto length = milliseconds(small ? 4000 : 30000);
+  std::uint16_t port = 0;
+  auto hub = vctest::startHub(
+      port,
+      small ? std::vector<std::string>{"--quiet", "--federation-memory", std::to_string(32u << 20),
+                                       "--memory", std::to_string(total), "--create-burst", "2",
+                                       "--create-interval", "1000"}
+            : std::vector<std::string>{"--quiet"});
+  const long baseKiB = vctest::residentKiB(hub->pid());
+  // A federation someone is joined to throughout may not be destroyed to make room.
+  Conn keeper(port);
+  if (keeper.create("kept", wideModel(2)) != wire::Status::Ok)
+    throw std::runtime_error("the hub refused a create");
+  keeper.join("kept");
+
+  std::atomic<bool> stop{false};
+  std::atomic<std::size_t> created{0}, refused{0};
+  std::string reason;
+  std::mutex mu;
+  std::vector<std::thread> threads;
+  for (std::size_t t = 0; t < clients; ++t)
+    threads.emplace_back([&, t] {
+      const std::string from = "127.0.2.1";  // one host, as a flood from one machine
+      const ByteBuffer model = wideModel(classes, "_" + std::to_string(t));
+      for (std::size_t i = 0; !stop; ++i) {
+        const std::string name = "flood" + std::to_string(t) + "_" + std::to_string(i);
+        try {
+          Conn c(port, from.c_str());
+          std::string text;
+          if (c.create(name, model, &text) == wire::Status::Ok) {
+            ++created;
+          } else {
+            ++refused;
+            std::lock_guard<std::mutex> lock(mu);
+            if (reason.empty()) reason = text;
+          }
+        } catch (const std::exception& e) {
+          ++refused;
+          std::lock_guard<std::mutex> lock(mu);
+          if (reason.empty()) reason = e.what();
+        }
+      }
+    });
+  long peakKiB = baseKiB;
+  const auto t0 = Clock::now();
+  while (Clock::now() - t0 < length) {
+    peakKiB = std::max(peakKiB, vctest::residentKiB(hub->pid()));
+    std::this_thread::sleep_for(milliseconds(50));
+  }
+  stop = true;
+  for (auto& t : threads) t.join();
+  peakKiB = std::max(peakKiB, vctest::residentKiB(hub->pid()));
+
+  bool keptKept = true;
+  try {
+    Conn again(port);
+    again.join("kept");
+  } catch (const std::exception&) {
+    keptKept = false;
+  }
+  std::printf(
+      "     hub creates: %zu clients for %lld ms: %zu federation executions created, %zu "
+      "refused (\"%s\"), %.2f s of the hub's CPU\n",
+      clients, static_cast<long long>(length.count()), created.load(), refused.load(),
+      reason.c_str(), vctest::cpuSeconds(hub->pid()));
+  int rc = report("hub creates: the hub's resident memory at its peak over its " +
+                      std::to_string(baseKiB / 1024) + " MiB at the start",
+                  double(peakKiB - baseKiB) / 1024, double(total >> 20), "MiB");
+  std::printf("%s hub creates: a federation execution someone is joined to %s\n",
+              keptKept ? "ok  " : "FAIL", keptKept ? "stayed" : "was destroyed");
+  // Past its allowance an address is refused, with the time to wait; a flood slower than
+  // the allowance (on a loaded machine) is not.
+  const std::size_t allowance = (small ? 2 : 8) + length / milliseconds(small ? 1000 : 500);
+  const bool told =
+      refused == 0 ? created <= allowance : reason.find("try again in") != std::string::npos;
+  std::printf(
+      "%s hub creates: %zu created, the allowance of one address in that time being %zu; "
+      "%s\n",
+      told ? "ok  " : "FAIL", created.load(), allowance,
+      refused ? "the rest were refused with the time to wait" : "none was refused");
+  if (!keptKept || !told) rc = 1;
+  return rc;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -293,6 +382,7 @@ int main(int argc, char** argv) {
   }
   try {
     if (what == "turns") return turns(small);
+    if (what == "creates") return creates(small);
   } catch (const std::exception& e) {
     std::printf("hub probe %s: failed: %s\n", what.c_str(), e.what());
     return 1;

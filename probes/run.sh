@@ -18,7 +18,7 @@ if [ "$rc" = 77 ]; then
   echo "probes: skipped (built against another RTI)"
   exit 0
 fi
-for attack in turns; do
+for attack in turns creates; do
   "$build/bin/hub_probe" "$attack" $size || rc=1
 done
 exit "$rc"

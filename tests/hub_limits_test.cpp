@@ -646,7 +646,14 @@ TEST_F(UnreadLog, ClientsComingAndGoingAreServedWhileNobodyReadsTheHubsLog) {
 class SmallFederationBudget : public HubLimits {
  protected:
   std::vector<std::string> hubArgs() const override {
-    return {"--quiet", "--federation-memory", std::to_string(2 << 20), "--federation-expiry", "2"};
+    // As many creates as the test makes, from the one address it has.
+    return {"--quiet",
+            "--federation-memory",
+            std::to_string(2 << 20),
+            "--federation-expiry",
+            "2",
+            "--create-burst",
+            "100"};
   }
   std::wstring urlOf(const std::string& name) const { return wide(vctest::hubUrl(port_, name)); }
 };
@@ -703,6 +710,95 @@ TEST_F(SmallFederationBudget, EmptyFederationsMakeRoomAndExpireJoinedOnesStay) {
   EXPECT_LT(p.worstMs, kPromptlyMs);
   kept->resignFederationExecution(NO_ACTION);
   EXPECT_NO_THROW(creator->destroyFederationExecution(urlOf(keptName)));
+}
+
+// Creating a federation costs the hub its model's decoding and room, so one address may
+// create only so many at a time; the refusal says when to try again, and asking for one
+// that exists is not a create.
+class CreateRateHub : public SmallFederationBudget {
+ protected:
+  std::vector<std::string> hubArgs() const override {
+    return {"--quiet", "--create-burst", "2", "--create-interval", "600000"};
+  }
+};
+
+TEST_F(CreateRateHub, CreatesBeyondTheAllowanceAreRefusedWithTheWaitAndTheOthersServed) {
+  Probe p = probe();  // the fixture's own create came first and counts
+  auto rti = makeAmbassador();
+  ASSERT_NO_THROW(rti->createFederationExecution(urlOf("second"), wide(VC_FDD_FILE)));
+  try {
+    rti->createFederationExecution(urlOf("third"), wide(VC_FDD_FILE));
+    ADD_FAILURE() << "a third create within the interval was accepted";
+  } catch (const RTIinternalError& e) {
+    const std::string why = narrow(e.what());
+    EXPECT_NE(why.find("refused: 2 federation executions were created from 127.0.0.1 within "
+                       "1200000 ms, the most one address may create (one more every 600000 "
+                       "ms): try again in "),
+              std::string::npos)
+        << why;
+  }
+  EXPECT_THROW(rti->createFederationExecution(urlOf("second"), wide(VC_FDD_FILE)),
+               FederationExecutionAlreadyExists);
+  std::string line;
+  EXPECT_TRUE(hub_->waitForLine("refused a create from 127.0.0.1:", line, seconds(5)));
+  p.once();
+  EXPECT_FALSE(p.lost);
+  EXPECT_NO_THROW(rti->destroyFederationExecution(urlOf("second")));
+}
+
+// The frames a hub holds for clients count against its total: answers queued for clients
+// that do not read them, and the complete requests they sent that wait for that queue to
+// drain. Those are not incomplete frames, and are not dropped as such.
+class HeldFramesHub : public HubLimits {
+ protected:
+  std::vector<std::string> hubArgs() const override {
+    return {"--quiet",
+            "--queue-limit",
+            "65536",
+            "--max-delay",
+            "600000",
+            "--federation-memory",
+            std::to_string(8 << 20),
+            "--memory",
+            std::to_string(12 << 20)};
+  }
+};
+
+TEST_F(HeldFramesHub, QueuedAndWaitingFramesCountAgainstTheHubsTotalNotAsIncompleteFrames) {
+  static const TempFile fom("held", wideFom(10, 200));
+  const std::string big = name_ + "_held";
+  makeAmbassador()->createFederationExecution(wide(vctest::hubUrl(port_, big)), fom.wpath());
+  Probe p = probe();
+  // Each client takes two answers carrying the model (past its queue limit), then sends
+  // requests that wait behind them, and reads nothing.
+  Bytes burst;
+  for (std::uint32_t i = 0; i < 2; ++i) {
+    const Bytes join = Frame(kJoin).u32(2 * i).str(big).str("held").done();
+    const Bytes resign = Frame(kResign).u32(2 * i + 1).u32(0).done();
+    burst.insert(burst.end(), join.begin(), join.end());
+    burst.insert(burst.end(), resign.begin(), resign.end());
+  }
+  const Bytes rejoin = Frame(kJoin).u32(9).str(big).str("held").done();
+  burst.insert(burst.end(), rejoin.begin(), rejoin.end());
+  for (std::uint32_t i = 0; i < 4000; ++i) {
+    const Bytes sub = Frame(kSubscribe).u32(10 + i).u32(1 + i % 2000).done();
+    burst.insert(burst.end(), sub.begin(), sub.end());
+  }
+  std::vector<std::unique_ptr<RawClient>> clients;
+  for (int i = 0; i < 100; ++i) {
+    clients.push_back(std::make_unique<RawClient>(port_));
+    ASSERT_TRUE(clients.back()->send(burst)) << i;
+  }
+  long peak = 0;
+  ASSERT_TRUE(whileProbing(p, "frames queued for it or waiting to be handled", peak))
+      << hub_->transcript().substr(0, 4000);
+  p.once();
+  const std::string log = hub_->transcript();
+  const auto at = log.find("frames queued for it or waiting to be handled");
+  EXPECT_NE(log.find(", over its total of 12582912", at), std::string::npos) << log.substr(at);
+  EXPECT_EQ(log.find("incomplete frame"), std::string::npos) << log.substr(0, 4000);
+  EXPECT_FALSE(p.lost);
+  EXPECT_LT(p.worstMs, kPromptlyMs);
 }
 
 // ------------------------------------------------------------------ objects

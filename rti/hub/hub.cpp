@@ -7,6 +7,10 @@
 
 #include <algorithm>
 #include <string_view>
+
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 #include <vector>
 
 namespace vcrti::hub {
@@ -33,21 +37,12 @@ constexpr std::size_t kFederationOverhead = 1024;
 // How often the time limits are checked; each may be passed by at most this much.
 constexpr auto kTick = std::chrono::milliseconds(100);
 
-// What a federation costs the hub: its name and file name, the model as sent, and the
-// tables indexing it (full names, inherited member lists, the class tree and the routes).
+// What a federation costs the hub: its name and file name, the model as sent (kept for
+// joiners) and its tables.
 std::size_t costOf(const std::string& name, std::string_view file, std::size_t modelBytes,
                    const FddModel& model) {
-  std::size_t cost = kFederationOverhead + name.size() + file.size() + modelBytes;
-  for (const FddTree* tree : {&model.interactions, &model.objects}) {
-    for (const FddClass& c : tree->classes)
-      cost += sizeof(FddClass) + (c.name.size() + c.qualified.size()) * sizeof(wchar_t) +
-              (c.declared.size() + c.all.size() + 1) * sizeof(std::uint32_t) +
-              4 * sizeof(std::vector<int>);
-    for (const FddMember& m : tree->members)
-      cost += sizeof(FddMember) + m.name.size() * sizeof(wchar_t);
-    for (const auto& [n, c] : tree->byName) cost += 48 + n.size() * sizeof(wchar_t);
-  }
-  return cost;
+  return kFederationOverhead + name.size() + file.size() + modelBytes +
+         FederationCore::tableBytes(model);
 }
 
 std::string ms(std::chrono::milliseconds d) {
@@ -154,6 +149,8 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
     }
     hub_.partialBytes(-static_cast<std::ptrdiff_t>(rxCounted_));
     rxCounted_ = 0;
+    hub_.bufferBytes(-static_cast<std::ptrdiff_t>(buffersCounted_));
+    buffersCounted_ = 0;
     wakeWaiters();
     hub_.forget(this);
   }
@@ -187,10 +184,12 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
     if (!writingNow_ && pending_.empty()) {
       if (writing_.capacity() > kKeptBuffer) writing_ = ByteBuffer();
       if (pending_.capacity() > kKeptBuffer) pending_ = ByteBuffer();
+      account();
     }
   }
 
   bool holdsPartial() const { return !closed_ && rxCounted_ > 0; }
+  std::size_t buffered() const { return closed_ ? 0 : buffersCounted_; }
   Clock::time_point partialSince() const { return partialSince_; }
   std::size_t partialSize() const { return rx_.size(); }
 
@@ -260,15 +259,24 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
     account();
   }
 
-  // Brings the hub's count of the memory held for incomplete frames up to date. Complete
-  // frames held while the client is behind are not counted: they are bounded by the reads
-  // of one turn, and a client waiting on its own queue is not a client stuck mid-frame.
+  // Brings the hub's counts of what the client's buffers hold up to date: incomplete
+  // frames on one side; on the other, the frames queued for it and the complete frames
+  // it sent that wait for their turn or for its queue to drain. Those are not incomplete
+  // frames: a client waiting on its own queue is not a client stuck mid-frame.
   void account() {
-    const std::size_t now = rx_.empty() || held_ ? 0 : rx_.capacity();
-    if (now == rxCounted_) return;
-    const auto delta = static_cast<std::ptrdiff_t>(now) - static_cast<std::ptrdiff_t>(rxCounted_);
-    rxCounted_ = now;
-    hub_.partialBytes(delta);
+    const std::size_t partial = rx_.empty() || held_ ? 0 : rx_.capacity();
+    if (partial != rxCounted_) {
+      hub_.partialBytes(static_cast<std::ptrdiff_t>(partial) -
+                        static_cast<std::ptrdiff_t>(rxCounted_));
+      rxCounted_ = partial;
+    }
+    const std::size_t buffers =
+        pending_.capacity() + writing_.capacity() + (held_ ? rx_.capacity() : 0);
+    if (buffers != buffersCounted_) {
+      hub_.bufferBytes(static_cast<std::ptrdiff_t>(buffers) -
+                       static_cast<std::ptrdiff_t>(buffersCounted_));
+      buffersCounted_ = buffers;
+    }
   }
 
   // Handles frames until the bytes run out; returns how many bytes it handled.
@@ -428,6 +436,10 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
     if (feds.count(name))
       return reply(m.requestId, wire::Status::FederationExists,
                    "federation execution '" + name + "' already exists");
+    if (std::string why = hub_.createRefusal(address_, Clock::now()); !why.empty()) {
+      hub_.log("refused a create from " + peer_ + ": " + why.substr(9));
+      return reply(m.requestId, wire::Status::Internal, why);
+    }
     FddModel model;
     std::string err;
     if (!decodeFdd(m.blob.data, m.blob.size, model, err))
@@ -460,6 +472,7 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
                    "federation execution '" + name + "' still has " +
                        std::to_string(it->second->core.memberCount()) + " joined federate(s)");
     feds.erase(it);
+    hub_.trimHeap();
     hub_.info("federation execution '" + name + "' destroyed by " + peer_);
     reply(m.requestId, wire::Status::Ok, "");
   }
@@ -497,6 +510,7 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
   void enqueue(const unsigned char* p, std::size_t n) {
     if (closed_) return;
     pending_.append(p, n);
+    account();
     const std::size_t q = queued();
     if (!over_ && q > hub_.options().queueLimit) {
       over_ = true;
@@ -521,6 +535,7 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
       writing_.swap(pending_);
       pending_.clear();
       written_ = 0;
+      account();
     }
     writingNow_ = true;
     socket_.async_write_some(
@@ -577,6 +592,7 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
   std::string peer_;
   ByteBuffer rx_;  // an incomplete frame, or frames held while the client is behind
   std::size_t rxCounted_ = 0;
+  std::size_t buffersCounted_ = 0;
   Clock::time_point partialSince_ = Clock::now();
   ByteBuffer pending_;  // frames not yet handed to the socket
   ByteBuffer writing_;  // the batch being written
@@ -707,8 +723,37 @@ void Hub::shedPartialFrames() {
   }
 }
 
+std::string Hub::createRefusal(const std::string& address, Clock::time_point now) {
+  const auto step = options_.createInterval;
+  const auto burst = static_cast<int>(options_.createBurst);
+  auto& fullAt = createsFullAt_[address];
+  // Empty allowance is `burst` steps before full; each create moves "full" one step on.
+  const auto emptyAt = fullAt - burst * step;
+  if (now < emptyAt + step) {
+    const auto wait = std::chrono::duration_cast<std::chrono::milliseconds>(emptyAt + step - now);
+    return "refused: " + std::to_string(burst) + " federation executions were created from " +
+           address + " within " + ms(burst * step) +
+           ", the most one address may create (one more every " + ms(step) + "): try again in " +
+           ms(wait);
+  }
+  fullAt = std::max(fullAt, now) + step;
+  return {};
+}
+
+void Hub::trimHeap() {
+#ifdef __GLIBC__
+  // The allocator keeps freed blocks for reuse; the hub's memory stays within its budget
+  // only when what a destroyed federation held goes back.
+  malloc_trim(0);
+#endif
+}
+
 bool Hub::roomForFederation(std::size_t cost) {
-  const std::size_t budget = options_.federationMemory;
+  // The clients' buffers take from the same memory.
+  const std::size_t clients =
+      static_cast<std::size_t>(std::max<std::ptrdiff_t>(buffers_, 0)) + partialBytes_;
+  const std::size_t budget = std::min(options_.federationMemory,
+                                      options_.memory > clients ? options_.memory - clients : 0);
   std::size_t idle = 0;
   std::vector<Federation*> empty;
   for (const auto& [name, f] : federations_) {
@@ -732,6 +777,7 @@ bool Hub::roomForFederation(std::size_t cost) {
     log("federation execution '" + name + "' destroyed to make room: no federate was joined");
     federations_.erase(name);
   }
+  trimHeap();
   return true;
 }
 
@@ -765,6 +811,10 @@ void Hub::checkLimits(Clock::time_point now) {
     s->checkLimits(now);
     s->trim();
   }
+  shedBuffers();
+  for (auto it = createsFullAt_.begin(); it != createsFullAt_.end();)
+    it = it->second <= now ? createsFullAt_.erase(it) : std::next(it);
+  const std::size_t before = federations_.size();
   for (auto it = federations_.begin(); it != federations_.end();) {
     const Federation& f = *it->second;
     if (f.core.memberCount() == 0 && now - f.emptySince > options_.emptyFederationExpiry) {
@@ -774,6 +824,24 @@ void Hub::checkLimits(Clock::time_point now) {
     } else {
       ++it;
     }
+  }
+  if (federations_.size() != before) trimHeap();
+}
+
+void Hub::shedBuffers() {
+  for (;;) {
+    const std::size_t held = budget_.used + partialBytes_ +
+                             static_cast<std::size_t>(std::max<std::ptrdiff_t>(buffers_, 0));
+    if (held <= options_.memory) return;
+    Session* most = nullptr;
+    for (auto& [raw, s] : sessions_)
+      if (s->buffered() > 0 && (!most || s->buffered() > most->buffered())) most = raw;
+    if (!most) return;
+    most->close("holds " + std::to_string(most->buffered()) +
+                " bytes of frames queued for it or waiting to be handled, the most of any client, "
+                "while the hub held " +
+                std::to_string(held) + " bytes in all, over its total of " +
+                std::to_string(options_.memory));
   }
 }
 

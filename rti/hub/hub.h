@@ -41,8 +41,16 @@ struct Options {
   // Connections served at once, in all and from one address, joined or not.
   std::size_t maxClients = 512;
   std::size_t maxClientsPerAddress = 128;
-  // What all federation executions together may hold (names, object models, indexes).
+  // What all federation executions together may hold: their object models with the
+  // tables that index them, members, subscriptions, instances and names.
   std::size_t federationMemory = 256u << 20;
+  // What the hub may hold in all: the federations, and the frames queued for clients or
+  // received from them (complete or not). Past it the client holding the most is dropped.
+  std::size_t memory = 384u << 20;
+  // Federation executions one address may create: this many at once, then one per
+  // createInterval. Creating one costs the hub its model's decoding and room.
+  std::size_t createBurst = 8;
+  std::chrono::milliseconds createInterval{500};
   // A federation execution nobody has been joined to for this long is destroyed.
   std::chrono::seconds emptyFederationExpiry{60};
   bool quiet = false;
@@ -86,6 +94,14 @@ class Hub {
   std::map<std::string, std::unique_ptr<Federation>>& federations() { return federations_; }
   // Bytes of incomplete frames the clients hold together; a change of `delta`.
   void partialBytes(std::ptrdiff_t delta);
+  // Bytes of the frames queued for clients, and of complete ones received from them that
+  // wait; a change of `delta`.
+  void bufferBytes(std::ptrdiff_t delta) { buffers_ += delta; }
+  // Why `address` may not create a federation execution now, or "" (and then it is
+  // counted as one more).
+  std::string createRefusal(const std::string& address, std::chrono::steady_clock::time_point now);
+  // Gives the memory of destroyed federations back to the system.
+  void trimHeap();
   // Makes room for a federation execution of `cost`, destroying empty ones, the longest
   // empty first; false when even that would not do.
   bool roomForFederation(std::size_t cost);
@@ -94,6 +110,7 @@ class Hub {
   void accept();
   void tick();
   void shedPartialFrames();
+  void shedBuffers();
 
   asio::io_context& io_;
   Options options_;
@@ -108,6 +125,10 @@ class Hub {
   std::size_t refusedUnlogged_ = 0;
   std::chrono::steady_clock::time_point lastRefusalLog_{};
   std::size_t partialBytes_ = 0;
+  std::ptrdiff_t buffers_ = 0;
+  // Creates by address: when the address's allowance is full again. The allowance is
+  // createBurst creates, one more each createInterval.
+  std::map<std::string, std::chrono::steady_clock::time_point> createsFullAt_;
   std::vector<unsigned char> scratch_;  // every read lands here first
   // Everything the federations hold: their models and tables, their instances and names.
   // Declared before them: each gives its share back as it goes.

@@ -1,6 +1,7 @@
 // rtihub: the RTI hub daemon. See --help.
 #include "hub.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
@@ -12,7 +13,8 @@ const char* kUsage =
     "usage: rtihub [--listen HOST:PORT] [--queue-limit BYTES] [--max-delay MS]\n"
     "              [--frame-timeout MS] [--join-timeout MS] [--max-clients N]\n"
     "              [--max-per-address N]\n"
-    "              [--federation-memory BYTES] [--federation-expiry SECONDS] [--quiet]\n"
+    "              [--federation-memory BYTES] [--federation-expiry SECONDS]\n"
+    "              [--memory BYTES] [--create-burst N] [--create-interval MS] [--quiet]\n"
     "\n"
     "Serves HLA federation executions to federates in other processes and on other hosts.\n"
     "Federates reach it with the federation execution name rti://HOST:PORT/Name, or with a\n"
@@ -33,10 +35,19 @@ const char* kUsage =
     "                           its start or its last resign (default 5000)\n"
     "  --max-clients N          connections served at once, joined or not (default 512)\n"
     "  --max-per-address N      connections served at once from one address (default 128)\n"
-    "  --federation-memory BYTES  what all federation executions together may hold (default\n"
-    "                           268435456); empty ones make room for new ones\n"
+    "  --federation-memory BYTES  what all federation executions together may hold: object\n"
+    "                           models and their tables, members, subscriptions, instances\n"
+    "                           and names (default 268435456)\n"
     "  --federation-expiry SECONDS  a federation execution with no federate joined for this\n"
     "                           long is destroyed (default 60)\n"
+    "  --memory BYTES           what the hub may hold in all: the federations and the frames\n"
+    "                           queued for clients or waiting from them (default 402653184,\n"
+    "                           or --federation-memory plus 128 MiB if that is more); past it\n"
+    "                           the client holding the most frames is disconnected\n"
+    "  --create-burst N         federation executions one address may create at once\n"
+    "                           (default 8), then one each --create-interval MS (default 500);\n"
+    "                           a create beyond that is refused with the time to wait\n"
+
     "  --quiet                  log only dropped clients and errors\n"
     "  --help                   this text\n"
     "  --version                the versions of the hub, its package and its RTI\n"
@@ -45,6 +56,11 @@ const char* kUsage =
     "Frames are length-prefixed and capped at 1 MiB; a client that sends a malformed or\n"
     "oversized frame is disconnected and resigned, others are not affected. SIGINT or\n"
     "SIGTERM stops it cleanly.\n"
+    "\n"
+    "A federation execution is destroyed only when nobody is joined to it: by a federate's\n"
+    "destroy; once nobody has been joined to it for --federation-expiry seconds; or when a\n"
+    "create needs its room, the longest empty first. A create that would need the room of\n"
+    "joined federations is refused instead. They all end with the hub.\n"
     "\n"
     "Log lines go to stderr and never hold the hub up: when stderr does not keep up, lines\n"
     "beyond 256 KiB waiting are dropped and counted (\"N log lines dropped\"), and at most\n"
@@ -87,6 +103,7 @@ bool parseCount(const std::string& s, unsigned long long& out) {
 
 int main(int argc, char** argv) {
   vcrti::hub::Options options;
+  bool memoryGiven = false;
   for (int i = 1; i < argc; ++i) {
     const std::string arg = argv[i];
     auto value = [&](std::string& out) {
@@ -144,6 +161,28 @@ int main(int argc, char** argv) {
         return 2;
       }
       options.federationMemory = static_cast<std::size_t>(n);
+    } else if (arg == "--memory") {
+      value(v);
+      if (!parseCount(v, n) || n < (1u << 20)) {
+        std::cerr << "rtihub: --memory needs a number of bytes of at least 1048576\n";
+        return 2;
+      }
+      options.memory = static_cast<std::size_t>(n);
+      memoryGiven = true;
+    } else if (arg == "--create-burst") {
+      value(v);
+      if (!parseCount(v, n) || n == 0 || n > 1000000) {
+        std::cerr << "rtihub: --create-burst needs a number from 1 to 1000000\n";
+        return 2;
+      }
+      options.createBurst = static_cast<std::size_t>(n);
+    } else if (arg == "--create-interval") {
+      value(v);
+      if (!parseCount(v, n) || n > 3600000) {
+        std::cerr << "rtihub: --create-interval needs a number of milliseconds up to 3600000\n";
+        return 2;
+      }
+      options.createInterval = std::chrono::milliseconds(n);
     } else if (arg == "--federation-expiry") {
       value(v);
       if (!parseCount(v, n) || n == 0 || n > 31536000) {
@@ -157,6 +196,13 @@ int main(int argc, char** argv) {
       std::cerr << "rtihub: unknown option '" << arg << "'\n" << kUsage;
       return 2;
     }
+  }
+
+  if (!memoryGiven)
+    options.memory = std::max(options.memory, options.federationMemory + (128u << 20));
+  if (options.memory < options.federationMemory) {
+    std::cerr << "rtihub: --memory must be at least --federation-memory\n";
+    return 2;
   }
 
   // A vanished client must surface as a write error, not kill the hub.

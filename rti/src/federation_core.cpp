@@ -20,6 +20,18 @@ std::size_t listBytes(std::size_t capacity) {
   return capacity ? capacity * sizeof(void*) + 32 : 0;
 }
 
+// A heap block of `n` bytes as the allocator holds it: a header, and rounded up to its
+// granule.
+std::size_t block(std::size_t n) {
+  return n ? (n + 8 + 15) / 16 * 16 : 0;
+}
+
+// A string of `n` wide characters, beyond the string object: short ones live inside it.
+// Built by concatenation, one may hold up to half again as many as it shows.
+std::size_t wideChars(std::size_t n) {
+  return n <= 3 ? 0 : block((n + n / 2 + 1) * sizeof(wchar_t));
+}
+
 std::size_t memberBytes(const FddModel& model) {
   return kMemberOverhead + (model.interactions.classes.size() + model.objects.classes.size()) / 4;
 }
@@ -35,6 +47,26 @@ void writeNameReserved(ByteBuffer& out, bool ok, const std::string& name) {
 std::string generatedInstanceName(InstanceHandle instance) {
   return "HLAobject_" + std::to_string(instance >> 32) + "_" +
          std::to_string(instance & 0xFFFFFFFFu);
+}
+
+std::size_t FederationCore::tableBytes(const FddModel& model) {
+  std::size_t n = sizeof(FddModel) + 2 * block(sizeof(FederationCore));
+  for (const FddTree* tree : {&model.interactions, &model.objects}) {
+    n += block(tree->classes.size() * sizeof(FddClass)) +
+         block(tree->members.size() * sizeof(FddMember));
+    for (const FddClass& c : tree->classes)
+      n += wideChars(c.name.size()) + wideChars(c.qualified.size()) +
+           block(c.declared.size() * sizeof(std::uint32_t)) +
+           block(c.all.size() * sizeof(std::uint32_t));
+    for (const FddMember& m : tree->members) n += wideChars(m.name.size());
+    // A lookup entry is a node holding its key and value, and a bucket pointer or two.
+    for (const auto& entry : tree->byName)
+      n += block(sizeof(entry) + 2 * sizeof(void*)) + wideChars(entry.first.size()) +
+           2 * sizeof(void*);
+    // The routes: a list of members and one of receivers per class, and a generation.
+    n += 3 * block(tree->classes.size() * sizeof(std::vector<FederationMember*>));
+  }
+  return n;
 }
 
 void FederationCore::Routes::init(const FddTree& tree) {

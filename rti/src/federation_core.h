@@ -64,6 +64,11 @@ class FederationCore {
   FederationCore(const FederationCore&) = delete;
   FederationCore& operator=(const FederationCore&) = delete;
 
+  // What a federation of `model` holds before anyone joins: the model's tables as
+  // indexed (names, member lists, name lookups) and the core's routes over them, with
+  // what the allocator adds to each block, estimated on the high side.
+  static std::size_t tableBytes(const FddModel& model);
+
   const std::shared_ptr<const FddModel>& model() const { return model_; }
   std::size_t memberCount() const { return members_; }
   std::size_t instanceCount() const { return instances_.size(); }
