@@ -90,10 +90,13 @@ struct Federation {
   Federation(std::shared_ptr<const FddModel> m, MemoryBudget& b, std::size_t c)
       : cost(c), budget(b), core(std::move(m), &b) {}
   ~Federation() { budget.give(cost); }
-  std::size_t cost = 0;  // the model's, counted against Options::federationMemory
+  // The model's (costOf), counted against Options::federationMemory; a model that grows
+  // while the federation lives is counted anew, grown.
+  std::size_t cost = 0;
   MemoryBudget& budget;  // which the core charges for instances and names
   std::string name;
   std::string fddFile;
+  std::string creator;               // the address it was created from
   std::vector<unsigned char> model;  // as the creator sent it, passed on to joiners
   FederationCore core;
   Clock::time_point emptySince = Clock::now();
@@ -108,6 +111,18 @@ bool isStream(wire::MsgType t) {
   return t == wire::MsgType::Interaction || t == wire::MsgType::Update;
 }
 }  // namespace
+
+// A create on its way through the decoder: what the client sent, and what became of it.
+struct CreateJob {
+  std::uint32_t requestId = 0;
+  std::string name;
+  std::string file;
+  std::vector<unsigned char> blob;
+  bool ok = false;
+  std::string error;
+  FddModel model;
+  std::size_t cost = 0;
+};
 
 class Session : public std::enable_shared_from_this<Session>, public FederationMember {
  public:
@@ -310,13 +325,14 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
       turnWork_ += 1 + (in ? in->core.work() - before : 0) + extraWork_;
       extraWork_ = 0;
       pos += d.frameSize;
+      if (creating_) break;
     }
     return pos;
   }
 
   // Carries on after the client's queue drained: first what it sent meanwhile.
   void resume() {
-    if (closed_) return;
+    if (closed_ || creating_) return;
     held_ = false;
     turnWork_ = 0;
     partialSince_ = Clock::now();
@@ -440,24 +456,51 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
       hub_.log("refused a create from " + peer_ + ": " + why.substr(9));
       return reply(m.requestId, wire::Status::Internal, why);
     }
-    FddModel model;
-    std::string err;
-    if (!decodeFdd(m.blob.data, m.blob.size, model, err))
-      return reply(m.requestId, wire::Status::Internal, "unusable object model: " + err);
-    const std::size_t cost = costOf(name, m.text, m.blob.size, model);
-    if (!hub_.roomForFederation(cost))
-      return reply(m.requestId, wire::Status::Internal,
-                   "the RTI hub holds as many federation executions as it can: destroy one first");
-    hub_.budget_.used += cost;
-    auto fed = std::make_unique<Federation>(std::make_shared<const FddModel>(std::move(model)),
-                                            hub_.budget_, cost);
-    fed->name = name;
-    fed->fddFile = std::string(m.text);
-    fed->model.assign(m.blob.data, m.blob.data + m.blob.size);
-    extraWork_ = m.blob.size / 8;  // decoded and indexed
-    feds.emplace(name, std::move(fed));
-    hub_.info("federation execution '" + name + "' created by " + peer_);
-    reply(m.requestId, wire::Status::Ok, "");
+    // Decoding and indexing a large model takes longer than a turn, so it is done beside
+    // the clients' turns; the creator's further frames wait for its answer.
+    auto job = std::make_shared<CreateJob>();
+    job->requestId = m.requestId;
+    job->name = name;
+    job->file = std::string(m.text);
+    job->blob.assign(m.blob.data, m.blob.data + m.blob.size);
+    hub_.bufferBytes(static_cast<std::ptrdiff_t>(job->blob.capacity()));
+    held_ = creating_ = true;
+    asio::post(hub_.decoder(), [self = shared_from_this(), job, back = socket_.get_executor()] {
+      job->ok = decodeFdd(job->blob.data(), job->blob.size(), job->model, job->error);
+      if (job->ok) job->cost = costOf(job->name, job->file, job->blob.size(), job->model);
+      asio::post(back, [self, job] { self->created(*job); });
+    });
+  }
+
+  void created(CreateJob& job) {
+    hub_.bufferBytes(-static_cast<std::ptrdiff_t>(job.blob.capacity()));
+    creating_ = false;
+    if (closed_) return;
+    auto& feds = hub_.federations();
+    // Only a federation made counts against the address.
+    if (!job.ok || feds.count(job.name)) hub_.createUndone(address_);
+    if (!job.ok) {
+      reply(job.requestId, wire::Status::Internal, "unusable object model: " + job.error);
+    } else if (feds.count(job.name)) {
+      reply(job.requestId, wire::Status::FederationExists,
+            "federation execution '" + job.name + "' already exists");
+    } else if (!hub_.roomForFederation(job.cost)) {
+      hub_.createUndone(address_);
+      reply(job.requestId, wire::Status::Internal,
+            "the RTI hub holds as many federation executions as it can: destroy one first");
+    } else {
+      hub_.budget_.used += job.cost;
+      auto fed = std::make_unique<Federation>(
+          std::make_shared<const FddModel>(std::move(job.model)), hub_.budget_, job.cost);
+      fed->name = job.name;
+      fed->fddFile = job.file;
+      fed->creator = address_;
+      fed->model = std::move(job.blob);
+      feds.emplace(job.name, std::move(fed));
+      hub_.info("federation execution '" + job.name + "' created by " + peer_);
+      reply(job.requestId, wire::Status::Ok, "");
+    }
+    resume();
   }
 
   void onDestroy(const wire::Message& m) {
@@ -471,6 +514,7 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
       return reply(m.requestId, wire::Status::FederatesJoined,
                    "federation execution '" + name + "' still has " +
                        std::to_string(it->second->core.memberCount()) + " joined federate(s)");
+    hub_.createUndone(it->second->creator);
     feds.erase(it);
     hub_.trimHeap();
     hub_.info("federation execution '" + name + "' destroyed by " + peer_);
@@ -607,7 +651,8 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
   Clock::time_point unjoinedSince_ = Clock::now();
   bool closed_ = false;
   bool greeted_ = false;
-  bool closing_ = false;  // closes once its queue has gone out
+  bool creating_ = false;  // a model it sent is being decoded: its frames wait
+  bool closing_ = false;   // closes once its queue has gone out
   std::string closingWhy_;
   Clock::time_point closingSince_{};
   std::vector<std::weak_ptr<Session>> waiters_;  // senders paused because of this queue
@@ -629,7 +674,15 @@ Hub::Hub(asio::io_context& io, const Options& options)
   budget_.limit = options_.federationMemory;
 }
 
-Hub::~Hub() = default;
+Hub::~Hub() {
+  // A decode in progress finishes first; its answer finds its client gone.
+  if (decoder_) decoder_->join();
+}
+
+asio::thread_pool& Hub::decoder() {
+  if (!decoder_) decoder_ = std::make_unique<asio::thread_pool>(1);
+  return *decoder_;
+}
 
 void Hub::start() {
   asio::ip::tcp::endpoint ep(asio::ip::make_address(options_.host), options_.port);
@@ -738,6 +791,11 @@ std::string Hub::createRefusal(const std::string& address, Clock::time_point now
   }
   fullAt = std::max(fullAt, now) + step;
   return {};
+}
+
+void Hub::createUndone(const std::string& address) {
+  auto it = createsFullAt_.find(address);
+  if (it != createsFullAt_.end()) it->second -= options_.createInterval;
 }
 
 void Hub::trimHeap() {

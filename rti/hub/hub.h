@@ -48,7 +48,8 @@ struct Options {
   // received from them (complete or not). Past it the client holding the most is dropped.
   std::size_t memory = 384u << 20;
   // Federation executions one address may create: this many at once, then one per
-  // createInterval. Creating one costs the hub its model's decoding and room.
+  // createInterval. Creating one costs the hub its model's decoding and room. Those that
+  // a federate destroys again do not count: only those left behind.
   std::size_t createBurst = 8;
   std::chrono::milliseconds createInterval{500};
   // A federation execution nobody has been joined to for this long is destroyed.
@@ -100,8 +101,13 @@ class Hub {
   // Why `address` may not create a federation execution now, or "" (and then it is
   // counted as one more).
   std::string createRefusal(const std::string& address, std::chrono::steady_clock::time_point now);
+  // A create from `address` made nothing, or what it made a federate destroyed: it no
+  // longer counts against the address, as one left behind would.
+  void createUndone(const std::string& address);
   // Gives the memory of destroyed federations back to the system.
   void trimHeap();
+  // The thread that decodes the object models of creates, away from the clients' turns.
+  asio::thread_pool& decoder();
   // Makes room for a federation execution of `cost`, destroying empty ones, the longest
   // empty first; false when even that would not do.
   bool roomForFederation(std::size_t cost);
@@ -129,7 +135,8 @@ class Hub {
   // Creates by address: when the address's allowance is full again. The allowance is
   // createBurst creates, one more each createInterval.
   std::map<std::string, std::chrono::steady_clock::time_point> createsFullAt_;
-  std::vector<unsigned char> scratch_;  // every read lands here first
+  std::vector<unsigned char> scratch_;          // every read lands here first
+  std::unique_ptr<asio::thread_pool> decoder_;  // made at the first create
   // Everything the federations hold: their models and tables, their instances and names.
   // Declared before them: each gives its share back as it goes.
   MemoryBudget budget_;

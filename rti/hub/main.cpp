@@ -46,7 +46,9 @@ const char* kUsage =
     "                           the client holding the most frames is disconnected\n"
     "  --create-burst N         federation executions one address may create at once\n"
     "                           (default 8), then one each --create-interval MS (default 500);\n"
-    "                           a create beyond that is refused with the time to wait\n"
+    "                           a create beyond that is refused with the time to wait;\n"
+    "                           creates that make nothing, and federations a federate\n"
+    "                           destroys again, do not count\n"
 
     "  --quiet                  log only dropped clients and errors\n"
     "  --help                   this text\n"
