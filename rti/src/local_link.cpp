@@ -12,21 +12,21 @@ namespace vcrti {
 
 namespace {
 
+// The inbox is guarded by the federation's lock, which every send holds anyway: a send
+// takes one lock, not one for the federation and another for the receiver.
 struct Member final : FederationMember {
-  std::mutex mu;  // guards the inbox
   std::condition_variable arrived;
   ByteBuffer inbox;
   bool waiting = false;
   // Whether the inbox holds anything, readable without the lock: a federate that polls
-  // an empty inbox must not take the lock that every send to it takes.
+  // an empty inbox must not take the lock that every send takes.
   std::atomic<bool> hasMail{false};
 
   void deliver(const unsigned char* frame, std::size_t size) override {
-    std::lock_guard<std::mutex> lock(mu);
     inbox.append(frame, size);
     delivered();
   }
-  // With the inbox lock held, after appending.
+  // With the federation's lock held, after appending.
   void delivered() {
     hasMail.store(true, std::memory_order_release);
     if (waiting) arrived.notify_one();
@@ -35,7 +35,7 @@ struct Member final : FederationMember {
 
 struct Federation {
   explicit Federation(std::shared_ptr<const FddModel> model) : core(std::move(model)) {}
-  std::mutex mu;  // guards the core; taken before any member's inbox lock
+  std::mutex mu;  // guards the core and the members' inboxes
   FederationCore core;
 };
 
@@ -107,7 +107,7 @@ class LocalLink final : public Link {
 
   bool fetch(ByteBuffer& into, double waitSeconds) override {
     if (waitSeconds <= 0 && !self_->hasMail.load(std::memory_order_acquire)) return false;
-    std::unique_lock<std::mutex> lock(self_->mu);
+    std::unique_lock<std::mutex> lock(fed_->mu);
     if (self_->inbox.empty() && waitSeconds > 0) {
       const auto deadline =
           std::chrono::steady_clock::now() + std::chrono::duration<double>(waitSeconds);
@@ -147,7 +147,6 @@ class LocalLink final : public Link {
         ++others;
       }
     if (others == 1) {
-      std::lock_guard<std::mutex> lock(only->mu);
       encode(only->inbox);
       only->delivered();
       return;
