@@ -190,27 +190,35 @@ vcctl() {
 echo
 echo "Every vcctl command below runs as: vcctl --federation $url --viewer viewer-1 ..."
 
-step "Orbit around entity 1:1:1"
-vcctl orbit 1:1:1 --radius 500 --rate 0.1
+step "Tether the eyepoint to EAGLE1 (entity 1:1:1): 60 m south of it, 20 m up, looking north"
+vcctl tether 1:1:1 --offset 0,-60,20
 show_viewer
 
-step "Ask the viewer for its state; it answers with an orbit status report"
+step "Ask the viewer for its state; it answers with a tether status report"
 vcctl state --timeout 5
 show_viewer
 
-step "Draw a scene: a layer of routes, lines, texts and an attribute panel"
+step "Draw on the aircraft: a text on EAGLE2, lines between them, a panel on EAGLE1"
 vcctl draw layer --id 10 Routes
-vcctl draw line3d --id 11 --from -450,-300,0 --to 300,250,0 --color yellow --thickness 3 --arrow end
-vcctl draw line3d --id 12 --from -450,250,0 --to 450,-200,0 --colors green/orange/red --thickness 2
+vcctl draw text3d --id 15 --attach 1:1:2 --offset 0,0,40 --color white "EAGLE2, orbited"
+vcctl draw line3d --id 11 --from 1:1:1 --to 1:1:3 --color yellow --thickness 3 --arrow end
+vcctl draw line3d --id 12 --from 1:1:2 --to 1:1:3 --colors green/orange/red --thickness 2
 vcctl add-to-layer 11 10
 vcctl add-to-layer 12 10
 vcctl draw line2d --id 13 --from 0.05,0.08 --to 0.95,0.08 --colors red/yellow/green --thickness 4
-vcctl draw text2d --id 14 --at 0.05,0.95 --color white "Orbiting 1:1:1"
-vcctl draw text3d --id 15 --attach 300,250,0 --color white Depot
+vcctl draw text2d --id 14 --at 0.05,0.95 --color white "Tether, orbit, track"
 vcctl draw template --id 20 --name Status 1:Speed:number 2:Fuel:bar:0:100
-vcctl draw panel --id 21 --template 20 --attach 300,250,0 --color orange
-vcctl value 21 1 --number 42
+vcctl draw panel --id 21 --template 20 --attach 1:1:1 --offset 0,0,60 --color orange
+vcctl value 21 1 --number 80
 vcctl value 21 2 --number 80
+show_viewer
+
+step "Orbit EAGLE2 (entity 1:1:2) at 400 m, turning a tenth of a radian a second"
+vcctl orbit 1:1:2 --radius 400 --rate 0.1
+show_viewer
+
+step "Track EAGLE3 (entity 1:1:3) from a place 2.5 km south-west of the racetrack, 600 m up"
+vcctl track 1:1:3 --at 3982246,-33874,4966151
 show_viewer
 
 step "Change the panel's values"
@@ -221,8 +229,12 @@ show_viewer
 step "Hide one drawing and remove another"
 vcctl draw ellipse --id 30 --at 0.8,0.8 --size 0.1,0.1 --color red --fill
 vcctl hide 30
-vcctl draw cuboid --id 31 --attach -200,100,0 --size 40,40,10 --color purple
+vcctl draw cuboid --id 31 --attach 1:1:3 --size 40,40,10 --color purple
 vcctl remove 31
+show_viewer
+
+step "Back on EAGLE1's tether"
+vcctl tether 1:1:1 --offset 0,-60,20
 show_viewer
 
 if [ "$keep" = yes ]; then
@@ -233,7 +245,7 @@ if [ "$keep" = yes ]; then
 
    export PATH=$bin:\$PATH
    vcctl --federation $url --viewer viewer-1 state
-   vcctl --federation $url --viewer viewer-1 tether 1:1:2 --offset 0,-50,20
+   vcctl --federation $url --viewer viewer-1 orbit 1:1:3 --radius 300 --rate -0.2
    vcctl --federation $url draw text2d --id 40 --at 0.5,0.5 --color green Hello
    vcctl --federation $url value 21 1 --number 120
    vcctl --federation $url listen --seconds 30     # in a second shell, then send more

@@ -334,10 +334,16 @@ TEST(Demo, RunsItsScenarioAndLeavesTheSvg) {
       << demo.transcript();
   EXPECT_EQ(demo.wait(10s), 0) << demo.transcript();
   const std::string said = demo.transcript();
-  EXPECT_NE(said.find("answer from viewer-1: DtVcOrbitStatus"), std::string::npos) << said;
+  EXPECT_NE(said.find("answer from viewer-1: DtVcTetherStatus"), std::string::npos) << said;
+  EXPECT_NE(said.find("viewer-1 | track track=1:1:3"), std::string::npos) << said;
   EXPECT_NE(said.find("viewer-1 | draw value 21/1 x=88"), std::string::npos) << said;
   std::string svg = readFile(out + "/scene.svg");
-  EXPECT_NE(svg.find("Orbiting 1:1:1"), std::string::npos);
+  EXPECT_NE(svg.find("Tether, orbit, track"), std::string::npos);
+  // The aircraft are in the plan, and what hangs on them with them, not in the tray of
+  // entities not known.
+  EXPECT_NE(svg.find(">EAGLE2<"), std::string::npos);
+  EXPECT_NE(svg.find("EAGLE2, orbited"), std::string::npos);
+  EXPECT_EQ(svg.find(">1:1:2<"), std::string::npos);
   EXPECT_NE(svg.find("</svg>"), std::string::npos);
 }
 

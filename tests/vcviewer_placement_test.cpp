@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <string>
 
 #include "at45North.h"
@@ -198,6 +199,21 @@ TEST_F(PlacementTest, TheDocumentAndTheSvgShowEntitiesAndWhatHangsOnThem) {
   EXPECT_NE(svg.find("id=\"object-" + std::to_string(waiting) + "\""), std::string::npos);
   EXPECT_EQ(svg.find(">1:1:1<"), std::string::npos);
   EXPECT_NE(svg.find("entities: 2 of 2 shown"), std::string::npos);
+
+  // A panel's template carries no place (its PDU says 0,0,0, the earth's centre): the plan
+  // is fitted to the aircraft, some hundreds of metres across, not to it.
+  auto* status = new DtVdcAttributeGroupTemplateObject(drawer.nextId(), "Status");
+  status->createAttributeTemplate(1, "Fuel", 0, 100);
+  drawer.add(status);
+  drawer.add(new DtVdcAttributeGroupObject(drawer.nextId(), status,
+                                           DtVdc3DAttachPoint(DtString("1:1:1")), DtVector64(),
+                                           DtVdcColor::DtVdcGreen, false));
+  const std::string plan = viewer.svg();
+  const size_t centre = plan.find("centre (");
+  ASSERT_NE(centre, std::string::npos);
+  double east = 1e9, north = 1e9;
+  ASSERT_EQ(std::sscanf(plan.c_str() + centre, "centre (%lf, %lf)", &east, &north), 2);
+  EXPECT_LT(std::hypot(east, north), 1000) << plan.substr(centre, 60);
 
   // A crowd is capped in the plan, and the plan says so.
   for (DtObjectId i = 10; i < 410; ++i)

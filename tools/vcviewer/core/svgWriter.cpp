@@ -260,7 +260,7 @@ class Picture {
   void fitWorld() {
     std::vector<vcgeo::Vec3> points;  // geocentric
     for (const auto& [id, d] : scene_.drawings()) {
-      if (d.is2D() || !scene_.visible(d)) continue;
+      if (d.is2D() || !scene_.visible(d) || !inPlan(d)) continue;
       for (int end = 0; end < 2; ++end) {
         const Placed p = placeEnd(scene_, world_.entities, d, end, world_.now);
         if (p.placed) points.push_back(p.world);
@@ -268,7 +268,11 @@ class Picture {
       for (const DtVector64& p : d.points) points.push_back(v3(p));
     }
     for (const Entity* e : shown_) points.push_back(e->at(world_.now).position);
-    if (world_.eye.placed) points.push_back(world_.eye.position);
+    // An eye far from everything (still at the earth's centre, where a viewer starts) would
+    // shrink the scene to a dot: it is left off the edge of the plan instead.
+    if (world_.eye.placed &&
+        vcgeo::norm(world_.frame.local(world_.eye.position)) < 2 * FrameKeeper::kFrameReach)
+      points.push_back(world_.eye.position);
     if (view_.mode() == DtVcPivot) points.push_back(v3(view_.params().pivotPoint));
     double minX = -50, maxX = 50, minY = -50, maxY = 50;
     if (!points.empty()) {
@@ -380,8 +384,13 @@ class Picture {
     canvas_.text({kPlan.x + kPlan.w, kPlan.y - 8}, where, TextStyle{kMuted, 11, false, "end"});
   }
 
+  // Layers and panel templates have no place of their own, whatever their PDU says.
+  static bool inPlan(const Drawing& d) {
+    return d.type != DtVdcLayer && d.type != DtVdcAttributeGroupTemplate;
+  }
+
   void draw3D(const Drawing& d) {
-    if (d.type == DtVdcLayer || d.type == DtVdcAttributeGroupTemplate) return;
+    if (!inPlan(d)) return;
     Style shape = shapeStyle(d);
     if (d.isLine()) {
       auto a = end(d, 0), b = end(d, 1);

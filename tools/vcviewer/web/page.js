@@ -146,9 +146,10 @@ function show(s) {
   showDrawings(s);
   showPicture(s);
   show3D(s);
-  // Snapshots also come while entities move; the delay is a command's, measured once.
+  // Snapshots also come while entities move; the delay is a command's, measured once,
+  // and only for a command that came while the page was open.
   const last = s.commands[s.commands.length - 1];
-  if (last && s.revision !== live.shownRevision) $('latency').textContent = `last command shown ${Math.max(0, Date.now() - last.time * 1000).toFixed(0)} ms after it arrived`;
+  if (last && live.shownRevision !== undefined && s.revision !== live.shownRevision) $('latency').textContent = `last command shown ${Math.max(0, Date.now() - last.time * 1000).toFixed(0)} ms after it arrived`;
   live.shownRevision = s.revision;
 }
 
