@@ -383,3 +383,71 @@ TEST_F(ControllerTest, OwnCommandsAreFilteredUntilAskedOtherwise) {
 }
 
 }  // namespace
+
+// Every mode command, with all of its arguments and with none, fingerprinted byte for
+// byte as the controller sent them when the commands still named each field themselves:
+// filling the PDUs from the modes' description must not move a single bit on the wire.
+uint64_t fingerprint(const std::vector<char>& bytes) {
+  uint64_t h = 1469598103934665603ull;  // FNV-1a
+  for (char c : bytes) h = (h ^ static_cast<unsigned char>(c)) * 1099511628211ull;
+  return h;
+}
+
+TEST_F(ControllerTest, ModeCommandsSendTheBytesTheyAlwaysSent) {
+  DtString a("12:34:56"), t("7:8:9");
+  DtVector64 v(6378137.125, -0.1, 1e-3);
+  DtTaitBryan o(0.1, -0.2, 3.0);
+  float r = 250.5f, h = 0.75f, p = -0.3f, rate = 0.05f;
+  DtGlobalObjectDesignatorList ids{"1:1:1", "2:2:2"};
+  const DtVistrelRemoteController& c = controller;
+  struct Case {
+    const char* name;
+    std::function<void()> call;
+    uint64_t bytes;
+  } cases[] = {
+      {"absolute", [&] { c.setAbsoluteMode(&v, &o); }, 0x2c1912ad28296c4aull},
+      {"absolute-", [&] { c.setAbsoluteMode(nullptr, nullptr); }, 0xc9912702e1e1e44aull},
+      {"tether", [&] { c.setTetherMode(&a, &v, &o); }, 0xb06f77d9572dd7aeull},
+      {"tether-", [&] { c.setTetherMode(nullptr, nullptr, nullptr); }, 0x62ecc2472a04b8d0ull},
+      {"compass", [&] { c.setCompassMode(&a, &r, &h, &p); }, 0xd1508f6400e06446ull},
+      {"compass-", [&] { c.setCompassMode(nullptr, nullptr, nullptr, nullptr); },
+       0x16fd4bef98c1b669ull},
+      {"mimic", [&] { c.setMimicMode(&a, &v); }, 0xb30ccd3cbadff59eull},
+      {"mimic-", [&] { c.setMimicMode(nullptr, nullptr); }, 0x96ea4c693c68e936ull},
+      {"turret", [&] { c.setTurretMode(&a, &v); }, 0xbcc0f19ae6af187full},
+      {"turret-", [&] { c.setTurretMode(nullptr, nullptr); }, 0xaedd72541678bd37ull},
+      {"orbit", [&] { c.setOrbitMode(&a, &r, &h, &p, &rate); }, 0xf097ed9738aa63b1ull},
+      {"orbit-", [&] { c.setOrbitMode(nullptr, nullptr, nullptr, nullptr, nullptr); },
+       0x5909146ba34acb60ull},
+      {"pivot", [&] { c.setPivotMode(&v, &r, &h, &p); }, 0x51f6a26287375dbbull},
+      {"pivot-", [&] { c.setPivotMode(nullptr, nullptr, nullptr, nullptr); },
+       0x90c8f42029a03066ull},
+      {"track", [&] { c.setTrackMode(&t, &v); }, 0x392c0bf0341db67cull},
+      {"track-", [&] { c.setTrackMode(nullptr, nullptr); }, 0x065d97365cd4db09ull},
+      {"tether-track", [&] { c.setTetherTrackMode(&a, &t, &v); }, 0x52646da275cd0fc8ull},
+      {"tether-track-", [&] { c.setTetherTrackMode(nullptr, nullptr, nullptr); },
+       0xca18db3a6e1d2016ull},
+      {"mimic-track", [&] { c.setMimicTrackMode(&a, &t, &v); }, 0xb8ad10a89a429758ull},
+      {"mimic-track-", [&] { c.setMimicTrackMode(nullptr, nullptr, nullptr); },
+       0x3f907b5aec83794full},
+      {"group", [&] { c.setGroupMode(&ids, &r, &h, &p); }, 0x6e5eff50a32ac099ull},
+      {"group-", [&] { c.setGroupMode(nullptr, nullptr, nullptr, nullptr); },
+       0x970e0e5f79ae623dull},
+      {"wide-group", [&] { c.setWideGroupMode(&ids, &r, &h, &p); }, 0x35ad0d42bbee2896ull},
+      {"wide-group-", [&] { c.setWideGroupMode(nullptr, nullptr, nullptr, nullptr); },
+       0x03a3b901e5136c2aull},
+      {"primary", [&] { c.setPrimary(a); }, 0xec2a7dc3ba237830ull},
+      {"secondary", [&] { c.setSecondary(t); }, 0x49e537d870a5e013ull},
+      {"primary-secondary", [&] { c.setPrimarySecondary(a, t); }, 0x2762f03577c3f196ull},
+      {"set-group", [&] { c.setGroup(ids); }, 0x1d00a4c2644ee23cull},
+      {"add-to-group", [&] { c.addToGroup(ids); }, 0xa48feea08cf95d70ull},
+      {"remove-from-group", [&] { c.removeFromGroup(ids); }, 0xe659baecafb4db10ull},
+      {"set", [&] { c.set(&v, &o); }, 0x0bced7a63e0d1492ull},
+  };
+  for (const Case& k : cases) {
+    recorder.sent.clear();
+    k.call();
+    ASSERT_EQ(recorder.sent.size(), 1u) << k.name;
+    EXPECT_EQ(fingerprint(recorder.last()), k.bytes) << k.name;
+  }
+}
