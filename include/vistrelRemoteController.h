@@ -203,8 +203,8 @@ class DT_EXPORT DtVistrelRemoteController {
   void connect();
   template <typename Set>
   void sendOptions(Set set) const;
-  void sendModeless(const DtGlobalObjectDesignatorList* toAdd, int removeCount,
-                    const DtGlobalObjectDesignatorList* toRemove, unsigned long flags) const;
+  void sendModeless(const DtGlobalObjectDesignatorList* toAdd,
+                    const DtGlobalObjectDesignatorList* toRemove) const;
 
   // The records that a delivery under way still has to call; one per nested delivery.
   struct Delivery;

@@ -23,23 +23,13 @@ DtCustomRemoteControlSender::~DtCustomRemoteControlSender() = default;
 const DtString DtVistrelRemoteController::SEND_TO_ALL("0:0:0");
 
 namespace {
-constexpr unsigned long kIgnoreAll = 0xFFFFFFFFul;
+// Every command fills its PDU by the one description of the modes' fields: the rows
+// say where each argument goes and which ignore bits it clears.
+using vcmodes::Command;
 
-// Starts from "ignore everything" and clears the bits of each argument that is given,
-// after writing it: a null argument leaves the viewer's current value alone.
-class IgnoreFlags {
- public:
-  template <typename T, typename Set>
-  void given(const T* arg, unsigned long bits, Set set) {
-    if (!arg) return;
-    set(*arg);
-    flags_ &= ~bits;
-  }
-  unsigned long value() const { return flags_; }
-
- private:
-  unsigned long flags_ = kIgnoreAll;
-};
+Command fill(DtVistrelControlPdu& pdu, DtViewerCommand command, bool wide = false) {
+  return Command(pdu, *vcmodes::find(command, wide));
+}
 
 // A designator of the header as it was, given back as reading it as text and writing
 // that text again would: cut at 63 bytes and NUL-padded.
@@ -69,21 +59,6 @@ bool designatorIs(const DtBaseMsg& pdu, size_t offset, const DtString& id) {
   return n == id.length() && std::memcmp(text, id.c_str(), n) == 0;
 }
 
-// The ignore bits come from the one description of the modes' fields.
-using vcmodes::kAttached;
-using vcmodes::kAzimuthRate;
-using vcmodes::kBodyHeading;
-using vcmodes::kHeading;
-using vcmodes::kHeadingOffset;
-using vcmodes::kOffset;
-using vcmodes::kOrientation;
-using vcmodes::kPitch;
-using vcmodes::kPitchOffset;
-using vcmodes::kPosition;
-using vcmodes::kRadialOffset;
-using vcmodes::kRadius;
-using vcmodes::kTopoUpOffset;
-using vcmodes::kTracked;
 }  // namespace
 
 // A delivery calls the records that matched when the PDU came, in order. Removing a
@@ -264,55 +239,48 @@ void DtVistrelRemoteController::processVistrelControl(DtVistrelControlInteractio
 
 // ------------------------------------------------------------------ group membership
 
+// Edits the group without replacing it: the entities to add join it, those to remove
+// leave it.
 void DtVistrelRemoteController::sendModeless(const DtGlobalObjectDesignatorList* toAdd,
-                                             int removeCount,
-                                             const DtGlobalObjectDesignatorList* toRemove,
-                                             unsigned long flags) const {
+                                             const DtGlobalObjectDesignatorList* toRemove) const {
   DtModelessVCPdu pdu;
   // The remove count goes first: growing the remove list later would shift the adds.
-  pdu.setNumEntitiesToRemove(toRemove ? toRemove->count() : removeCount);
+  pdu.setNumEntitiesToRemove(toRemove ? toRemove->count() : 0);
   if (toRemove)
     for (int i = 0; i < toRemove->count(); ++i) pdu.setEntityToRemove(i, toRemove->nth(i));
   pdu.setNumEntitiesToAdd(toAdd ? toAdd->count() : 0);
   if (toAdd)
     for (int i = 0; i < toAdd->count(); ++i) pdu.setEntityToAdd(i, toAdd->nth(i));
-  pdu.setIgnoreFlags(flags);
-  send(pdu);
+  send(fill(pdu, DtVcModeless).written("entities").pdu());
 }
 
 void DtVistrelRemoteController::setPrimary(const DtString& id) const {
   DtModelessVCPdu pdu;
-  pdu.setPrimary(id);
-  pdu.setIgnoreFlags(0x600000);
-  send(pdu);
+  send(fill(pdu, DtVcModeless).give("primary", &id).pdu());
 }
 
 void DtVistrelRemoteController::setSecondary(const DtString& id) const {
   DtModelessVCPdu pdu;
-  pdu.setSecondary(id);
-  pdu.setIgnoreFlags(0x500000);
-  send(pdu);
+  send(fill(pdu, DtVcModeless).give("secondary", &id).pdu());
 }
 
 void DtVistrelRemoteController::setPrimarySecondary(const DtString& primary,
                                                     const DtString& secondary) const {
   DtModelessVCPdu pdu;
-  pdu.setPrimary(primary);
-  pdu.setSecondary(secondary);
-  pdu.setIgnoreFlags(0x400000);
-  send(pdu);
+  send(fill(pdu, DtVcModeless).give("primary", &primary).give("secondary", &secondary).pdu());
 }
 
 void DtVistrelRemoteController::setGroup(const DtGlobalObjectDesignatorList& ids) const {
-  sendModeless(&ids, -1, nullptr, 0x300000);  // -1 to remove: replace the whole group
+  DtModelessVCPdu pdu;
+  send(fill(pdu, DtVcModeless).give("entities", &ids).pdu());
 }
 
 void DtVistrelRemoteController::addToGroup(const DtGlobalObjectDesignatorList& ids) const {
-  sendModeless(&ids, 0, nullptr, 0x300000);
+  sendModeless(&ids, nullptr);
 }
 
 void DtVistrelRemoteController::removeFromGroup(const DtGlobalObjectDesignatorList& ids) const {
-  sendModeless(nullptr, 0, &ids, 0x300000);
+  sendModeless(nullptr, &ids);
 }
 
 // ------------------------------------------------------------------ movement
@@ -320,33 +288,24 @@ void DtVistrelRemoteController::removeFromGroup(const DtGlobalObjectDesignatorLi
 void DtVistrelRemoteController::reset() const {
   DtMoveVCPdu pdu;
   pdu.setReset(true);
-  pdu.setIgnoreFlags(kIgnoreAll);
-  send(pdu);
+  send(fill(pdu, DtVcMove).pdu());
 }
 
 void DtVistrelRemoteController::moveEyepoint(Direction direction) const {
   DtMoveVCPdu pdu;
-  pdu.setMove(direction);
-  pdu.setIgnoreFlags(0xFEFFFFFF);
-  send(pdu);
+  send(fill(pdu, DtVcMove).give("move", &direction).pdu());
 }
 
 void DtVistrelRemoteController::turnEyepoint(Direction direction) const {
   DtMoveVCPdu pdu;
-  pdu.setTurn(direction);
-  pdu.setIgnoreFlags(0xFF7FFFFF);
-  send(pdu);
+  send(fill(pdu, DtVcMove).give("turn", &direction).pdu());
 }
 
 void DtVistrelRemoteController::set(const DtVector64* position,
                                     const DtTaitBryan* orientation) const {
   if (!position && !orientation) return;
   DtMoveVCPdu pdu;
-  IgnoreFlags flags;
-  flags.given(position, kPosition, [&](const DtVector64& v) { pdu.setPosition(v); });
-  flags.given(orientation, kOrientation, [&](const DtTaitBryan& o) { pdu.setOrientation(o); });
-  pdu.setIgnoreFlags(flags.value());
-  send(pdu);
+  send(fill(pdu, DtVcMove).give("at", position).give("orientation", orientation).pdu());
 }
 
 template <typename Set>
@@ -416,128 +375,97 @@ void DtVistrelRemoteController::setMode(DtViewerCommand mode, const DtVector64* 
 }
 
 // ------------------------------------------------------------------ view modes
+// Each argument goes by the name vcctl's option gives it.
 
 void DtVistrelRemoteController::setAbsoluteMode(const DtVector64* location,
                                                 const DtTaitBryan* orientation) const {
   DtAbsoluteVCPdu pdu;
-  IgnoreFlags flags;
-  flags.given(location, kPosition, [&](const DtVector64& v) { pdu.setWorldLocation(v); });
-  flags.given(orientation, kOrientation, [&](const DtTaitBryan& o) { pdu.setOrientation(o); });
-  pdu.setIgnoreFlags(flags.value());
-  send(pdu);
+  send(fill(pdu, DtVcAbsolute).give("at", location).give("orientation", orientation).pdu());
 }
 
 void DtVistrelRemoteController::setCompassMode(const DtString* attachId, const float* radius,
                                                const float* bodyHeading, const float* pitch) const {
   DtCompassVCPdu pdu;
-  IgnoreFlags flags;
-  flags.given(attachId, kAttached, [&](const DtString& id) { pdu.setAttachId(id); });
-  flags.given(radius, kRadius, [&](float v) { pdu.setRadius(v); });
-  flags.given(bodyHeading, kBodyHeading, [&](float v) { pdu.setBodyHeading(v); });
-  flags.given(pitch, kPitch, [&](float v) { pdu.setPitch(v); });
-  pdu.setIgnoreFlags(flags.value());
-  send(pdu);
+  send(fill(pdu, DtVcCompass)
+           .give("entity", attachId)
+           .give("radius", radius)
+           .give("heading", bodyHeading)
+           .give("pitch", pitch)
+           .pdu());
 }
-
-namespace {
-template <typename Pdu>
-void fillMimic(Pdu& pdu, const DtString* attachId, const DtVector64* offset, IgnoreFlags& flags) {
-  flags.given(attachId, kAttached, [&](const DtString& id) { pdu.setAttachId(id); });
-  flags.given(offset, kOffset, [&](const DtVector64& v) { pdu.setOffset(v); });
-  pdu.setIgnoreFlags(flags.value());
-}
-}  // namespace
 
 void DtVistrelRemoteController::setMimicMode(const DtString* attachId,
                                              const DtVector64* offset) const {
   DtMimicVCPdu pdu;
-  IgnoreFlags flags;
-  fillMimic(pdu, attachId, offset, flags);
-  send(pdu);
+  send(fill(pdu, DtVcMimic).give("entity", attachId).give("offset", offset).pdu());
 }
 
 void DtVistrelRemoteController::setTurretMode(const DtString* attachId,
                                               const DtVector64* offset) const {
   DtOffsetMimicVCPdu pdu;
-  IgnoreFlags flags;
-  fillMimic(pdu, attachId, offset, flags);
-  send(pdu);
+  send(fill(pdu, DtVcOffsetMimic).give("entity", attachId).give("offset", offset).pdu());
 }
 
 void DtVistrelRemoteController::setOrbitMode(const DtString* attachId, const float* radius,
                                              const float* heading, const float* pitch,
                                              const float* azimuthRate) const {
   DtOrbitVCPdu pdu;
-  IgnoreFlags flags;
-  flags.given(attachId, kAttached, [&](const DtString& id) { pdu.setAttachId(id); });
-  flags.given(radius, kRadius, [&](float v) { pdu.setRadius(v); });
-  flags.given(heading, kHeading, [&](float v) { pdu.setHeading(v); });
-  flags.given(pitch, kPitch, [&](float v) { pdu.setPitch(v); });
-  flags.given(azimuthRate, kAzimuthRate, [&](float v) { pdu.setAzimuthRate(v); });
-  pdu.setIgnoreFlags(flags.value());
-  send(pdu);
+  send(fill(pdu, DtVcOrbit)
+           .give("entity", attachId)
+           .give("radius", radius)
+           .give("heading", heading)
+           .give("pitch", pitch)
+           .give("rate", azimuthRate)
+           .pdu());
 }
 
 void DtVistrelRemoteController::setPivotMode(const DtVector64* pivotPoint, const float* radius,
                                              const float* bodyHeading, const float* pitch) const {
   DtPivotVCPdu pdu;
-  IgnoreFlags flags;
-  flags.given(pivotPoint, kPosition, [&](const DtVector64& v) { pdu.setPivotPoint(v); });
-  flags.given(radius, kRadius, [&](float v) { pdu.setRadius(v); });
-  flags.given(bodyHeading, kBodyHeading, [&](float v) { pdu.setBodyHeading(v); });
-  flags.given(pitch, kPitch, [&](float v) { pdu.setPitch(v); });
-  pdu.setIgnoreFlags(flags.value());
-  send(pdu);
+  send(fill(pdu, DtVcPivot)
+           .give("point", pivotPoint)
+           .give("radius", radius)
+           .give("heading", bodyHeading)
+           .give("pitch", pitch)
+           .pdu());
 }
 
 void DtVistrelRemoteController::setTetherMode(const DtString* attachId,
                                               const DtVector64* topoUpOffset,
                                               const DtTaitBryan* orientation) const {
   DtTetherVCPdu pdu;
-  IgnoreFlags flags;
-  flags.given(attachId, kAttached, [&](const DtString& id) { pdu.setAttachId(id); });
-  flags.given(topoUpOffset, kTopoUpOffset, [&](const DtVector64& v) { pdu.setTopoUpOffset(v); });
-  flags.given(orientation, kOrientation, [&](const DtTaitBryan& o) { pdu.setOrientation(o); });
-  pdu.setIgnoreFlags(flags.value());
-  send(pdu);
+  send(fill(pdu, DtVcTether)
+           .give("entity", attachId)
+           .give("offset", topoUpOffset)
+           .give("orientation", orientation)
+           .pdu());
 }
 
 void DtVistrelRemoteController::setTrackMode(const DtString* trackId,
                                              const DtVector64* location) const {
   DtTrackVCPdu pdu;
-  IgnoreFlags flags;
-  flags.given(trackId, kAttached, [&](const DtString& id) { pdu.setTrackId(id); });
-  flags.given(location, kPosition, [&](const DtVector64& v) { pdu.setWorldLocation(v); });
-  pdu.setIgnoreFlags(flags.value());
-  send(pdu);
+  send(fill(pdu, DtVcTrack).give("entity", trackId).give("at", location).pdu());
 }
-
-namespace {
-// Mimic-track and tether-track share a body but not the bit of their offset.
-template <typename Pdu>
-void fillTwoEntity(Pdu& pdu, const DtString* attachId, const DtString* trackId,
-                   const DtVector64* offset, unsigned long offsetBits) {
-  IgnoreFlags flags;
-  flags.given(attachId, kAttached, [&](const DtString& id) { pdu.setAttachId(id); });
-  flags.given(trackId, kTracked, [&](const DtString& id) { pdu.setTrackId(id); });
-  flags.given(offset, offsetBits, [&](const DtVector64& v) { pdu.setOffset(v); });
-  pdu.setIgnoreFlags(flags.value());
-}
-}  // namespace
 
 void DtVistrelRemoteController::setMimicTrackMode(const DtString* attachId, const DtString* trackId,
                                                   const DtVector64* offset) const {
   DtMimicTrackVCPdu pdu;
-  fillTwoEntity(pdu, attachId, trackId, offset, kPosition);
-  send(pdu);
+  send(fill(pdu, DtVcMimicTrack)
+           .give("entity", attachId)
+           .give("track", trackId)
+           .give("offset", offset)
+           .pdu());
 }
 
 void DtVistrelRemoteController::setTetherTrackMode(const DtString* attachId,
                                                    const DtString* trackId,
                                                    const DtVector64* offset) const {
   DtTetherTrackVCPdu pdu;
-  fillTwoEntity(pdu, attachId, trackId, offset, kOffset);
-  send(pdu);
+  send(fill(pdu, DtVcTetherTrack)
+           .give("entity", attachId)
+           .give("track", trackId)
+           .give("offset", offset)
+           .pdu());
 }
 
 void DtVistrelRemoteController::setGroupMode(const DtGlobalObjectDesignatorList* ids,
@@ -558,21 +486,12 @@ void DtVistrelRemoteController::sendGroupPdu(const DtGlobalObjectDesignatorList*
                                              const float* pitchOffset, int groupCmd) const {
   DtGroupVCPdu pdu;
   pdu.setGroupCmd(groupCmd);
-  IgnoreFlags flags;
-  flags.given(radialOffset, kRadialOffset, [&](float v) { pdu.setRadialOffset(v); });
-  flags.given(headingOffset, kHeadingOffset, [&](float v) { pdu.setHeadingOffset(v); });
-  flags.given(pitchOffset, kPitchOffset, [&](float v) { pdu.setPitchOffset(v); });
-  if (ids) {
-    // -1 to remove: the listed entities become the whole group.
-    pdu.setNumEntitiesToAdd(ids->count());
-    pdu.setNumEntitiesToRemove(-1);
-    for (int i = 0; i < ids->count(); ++i) pdu.setEntityToAdd(i, ids->nth(i));
-  } else {
-    pdu.setNumEntitiesToAdd(0);
-    pdu.setNumEntitiesToRemove(0);
-  }
-  pdu.setIgnoreFlags(flags.value());
-  send(pdu);
+  send(fill(pdu, DtVcGroup, groupCmd != 0)
+           .give("entities", ids)
+           .give("radial", radialOffset)
+           .give("heading", headingOffset)
+           .give("pitch", pitchOffset)
+           .pdu());
 }
 
 // ------------------------------------------------------------------ viewer options

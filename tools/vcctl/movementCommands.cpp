@@ -7,6 +7,7 @@
 #include "commands.h"
 #include "link.h"
 #include "values.h"
+#include "viewModeFields.h"
 
 namespace vcctl {
 
@@ -23,19 +24,15 @@ const std::map<std::string, DtVistrelRemoteController::Direction> kDirections = 
     {"backwards", DtMoveVCPdu::BACKWARDS},
 };
 
-// The modes that the controller can switch to by number, keeping their parameters.
-const std::map<std::string, DtViewerCommand> kModes = {
-    {"absolute", DtVcAbsolute},
-    {"tether", DtVcTether},
-    {"compass", DtVcCompass},
-    {"mimic", DtVcMimic},
-    {"orbit", DtVcOrbit},
-    {"track", DtVcTrack},
-    {"tether-track", DtVcTetherTrack},
-    {"mimic-track", DtVcMimicTrack},
-    {"group", DtVcGroup},
-    {"pivot", DtVcPivot},
-};
+// The modes that the controller can switch to by number, keeping their parameters: all
+// but offset mimic, which it refuses, and the wide group, whose number is the group's.
+std::map<std::string, DtViewerCommand> switchableModes() {
+  std::map<std::string, DtViewerCommand> modes;
+  for (const vcmodes::Mode& m : vcmodes::kModes)
+    if (!m.wide && m.command != DtVcOffsetMimic) modes.emplace(m.name, m.command);
+  return modes;
+}
+const std::map<std::string, DtViewerCommand> kModes = switchableModes();
 
 template <typename Map>
 std::vector<std::string> keysOf(const Map& map) {

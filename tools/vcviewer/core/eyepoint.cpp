@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "viewModeFields.h"
+
 namespace vcviewer {
 
 namespace {
@@ -63,47 +65,59 @@ const Eyepoint& EyepointTracker::update(const ViewState& view, const Entities& e
     next.orientation = lookingAt(next.position, centre, p.roll);
   };
   const vcgeo::Euler own{p.heading, p.pitch, p.roll};
+  const vcmodes::Mode* described = vcmodes::find(mode, view.wideGroup());
   vcdr::State a, b;
   bool computed = true;  // false: what the mode names is missing, the eye stays
-  switch (mode) {
+  // Every entity the mode's fields name must be known, the first one missing is the one
+  // reported: a is the attached one, b the one the two-entity modes look at.
+  for (size_t i = 0; described && i < described->count; ++i) {
+    const vcmodes::Field& f = described->fields[i];
+    if (f.kind != vcmodes::Kind::Entity) continue;
+    const bool attached = f.what == vcmodes::What::Attached;
+    computed = computed && follow(attached ? p.primary : p.secondary, attached ? &a : &b);
+  }
+  // The eye's offset from the attached entity, turned from the frame its field counts in
+  // (the entity's east-north-up or its body axes) into geocentric axes.
+  auto offsetFrom = [&](const vcdr::State& at) {
+    for (size_t i = 0; described && i < described->count; ++i) {
+      const vcmodes::Field& f = described->fields[i];
+      if (f.what != vcmodes::What::TopoUpOffset && f.what != vcmodes::What::Offset) continue;
+      const vcgeo::Mat3 frame = f.frame == vcmodes::Frame::Body
+                                    ? vcgeo::referenceToBody(at.orientation)
+                                    : vcgeo::worldToEnu(at.position);
+      return frame.transposed() * v3(f.what == vcmodes::What::Offset ? p.offset : p.topoUpOffset);
+    }
+    return vcgeo::Vec3{};
+  };
+  switch (computed ? mode : DtVcModeless) {
     case DtVcAbsolute:
     case DtVcMove:
       next.position = v3(p.location);
       setLocal(own);
       break;
     case DtVcTether:
-      if (!(computed = follow(p.primary, &a))) break;
-      next.position = a.position + vcgeo::worldToEnu(a.position).transposed() * v3(p.topoUpOffset);
+      next.position = a.position + offsetFrom(a);
       setLocal(own);
       break;
     case DtVcMimic:
-    case DtVcOffsetMimic: {
-      if (!(computed = follow(p.primary, &a))) break;
-      const vcgeo::Mat3 body = vcgeo::referenceToBody(a.orientation);
-      next.position = a.position + body.transposed() * v3(p.offset);
-      next.orientation = vcgeo::anglesOf(vcgeo::referenceToBody(own) * body);
+    case DtVcOffsetMimic:
+      next.position = a.position + offsetFrom(a);
+      next.orientation =
+          vcgeo::anglesOf(vcgeo::referenceToBody(own) * vcgeo::referenceToBody(a.orientation));
       break;
-    }
     case DtVcTrack:
-      if (!(computed = follow(p.primary, &a))) break;
       next.position = v3(p.location);
       next.orientation = lookingAt(next.position, a.position, 0.0);
       break;
     case DtVcTetherTrack:
-    case DtVcMimicTrack: {
-      if (!(computed = follow(p.primary, &a) && follow(p.secondary, &b))) break;
-      const vcgeo::Mat3 frame = mode == DtVcTetherTrack ? vcgeo::worldToEnu(a.position)
-                                                        : vcgeo::referenceToBody(a.orientation);
-      next.position = a.position + frame.transposed() * v3(p.offset);
+    case DtVcMimicTrack:
+      next.position = a.position + offsetFrom(a);
       next.orientation = lookingAt(next.position, b.position, 0.0);
       break;
-    }
     case DtVcCompass:
-      if (!(computed = follow(p.primary, &a))) break;
       onSphere(a.position, p.bodyHeading + p.headingOffset, p.pitch + p.pitchOffset);
       break;
     case DtVcOrbit:
-      if (!(computed = follow(p.primary, &a))) break;
       onSphere(a.position, p.heading + p.headingOffset + p.azimuthRate * (now - orbitSince_),
                p.pitch + p.pitchOffset);
       break;
@@ -130,7 +144,7 @@ const Eyepoint& EyepointTracker::update(const ViewState& view, const Entities& e
       break;
     }
     default:
-      computed = false;  // modeless: the mode in force before it stays
+      computed = false;  // what the mode names is missing: the eye stays
       break;
   }
   if (!computed) {

@@ -11,352 +11,119 @@ namespace vcviewer {
 
 namespace {
 
-// A vector's mask split into its three bits, lowest first: the viewer ignores a vector
-// one component at a time, while the modes' description gives each vector one mask.
-constexpr std::array<unsigned long, 3> components(unsigned long mask) {
-  std::array<unsigned long, 3> bits{};
-  size_t n = 0;
-  for (unsigned long b = 1; b != 0 && n < 3; b <<= 1)
-    if (mask & b) bits[n++] = b;
-  return bits;
-}
-constexpr std::array<unsigned long, 3> kPositionBits = components(vcmodes::kPosition);
-constexpr std::array<unsigned long, 3> kOrientationBits = components(vcmodes::kOrientation);
-constexpr std::array<unsigned long, 3> kTopoUpBits = components(vcmodes::kTopoUpOffset);
-constexpr std::array<unsigned long, 3> kOffsetBits = components(vcmodes::kOffset);
-constexpr unsigned long kAttachedBit = vcmodes::kAttached;
-constexpr unsigned long kTrackedBit = vcmodes::kTracked;
-// Bits that belong to no single mode's field table.
-constexpr unsigned long kGroupListsBit = 0x400000;  // modeless: the entity lists
-constexpr unsigned long kTurnBit = 0x800000;
-constexpr unsigned long kMoveBit = 0x1000000;
+using vcmodes::Field;
+using vcmodes::Kind;
+using vcmodes::Mode;
+using vcmodes::What;
 
-// One parameter as the PDUs carry it: its name in the lines, its ignore bit (one per
-// component for vectors) and where the eyepoint keeps it. Offsets appear twice because
-// mimic-track flags its offset with the position bits while the others use their own.
-struct Field {
-  enum Kind { Real, Vector, Entity };
-  const char* name;
-  Kind kind;
-  std::array<unsigned long, 3> bits;
-  double EyeParams::*real;
-  DtVector64 EyeParams::*vec;
-  EntityRef EyeParams::*entity;
+// Where the state keeps each quantity; every mode that carries it shares the one value.
+double* realOf(EyeParams& e, What what) {
+  switch (what) {
+    case What::Radius:
+      return &e.radius;
+    case What::Heading:
+      return &e.heading;
+    case What::BodyHeading:
+      return &e.bodyHeading;
+    case What::Pitch:
+      return &e.pitch;
+    case What::HeadingOffset:
+      return &e.headingOffset;
+    case What::PitchOffset:
+      return &e.pitchOffset;
+    case What::Roll:
+      return &e.roll;
+    case What::AzimuthRate:
+      return &e.azimuthRate;
+    case What::RadialOffset:
+      return &e.radialOffset;
+    default:
+      return nullptr;
+  }
+}
+DtVector64* vectorOf(EyeParams& e, What what) {
+  switch (what) {
+    case What::Location:
+      return &e.location;
+    case What::TopoUpOffset:
+      return &e.topoUpOffset;
+    case What::Offset:
+      return &e.offset;
+    case What::PivotPoint:
+      return &e.pivotPoint;
+    default:
+      return nullptr;
+  }
+}
+EntityRef* entityOf(EyeParams& e, What what) {
+  return what == What::Attached ? &e.primary : what == What::Tracked ? &e.secondary : nullptr;
+}
+
+// A field of three numbers as the state's three values; an orientation is the heading,
+// pitch and roll every mode shares, shown one by one.
+struct Triple {
+  std::array<double*, 3> at;
+  bool angles;
 };
+Triple tripleOf(EyeParams& e, const Field& f) {
+  if (f.what == What::Orientation) return {{&e.heading, &e.pitch, &e.roll}, true};
+  DtVector64* v = vectorOf(e, f.what);
+  return {{&(*v)[0], &(*v)[1], &(*v)[2]}, false};
+}
+const char* const kAngleNames[] = {"heading", "pitch", "roll"};
 
-constexpr Field kLocation{"location", Field::Vector,        kPositionBits,
-                          nullptr,    &EyeParams::location, nullptr};
-constexpr Field kPivotPoint{"point", Field::Vector,          kPositionBits,
-                            nullptr, &EyeParams::pivotPoint, nullptr};
-constexpr Field kTopoUpOffset{
-    "topupoffset", Field::Vector, kTopoUpBits, nullptr, &EyeParams::topoUpOffset, nullptr};
-constexpr Field kOffset{"offset", Field::Vector, kOffsetBits, nullptr, &EyeParams::offset, nullptr};
-constexpr Field kTrackOffset{"offset", Field::Vector,      kPositionBits,
-                             nullptr,  &EyeParams::offset, nullptr};
-constexpr Field kHeading{"heading",           Field::Real, {vcmodes::kHeading},
-                         &EyeParams::heading, nullptr,     nullptr};
-constexpr Field kPitch{"pitch",           Field::Real, {vcmodes::kPitch},
-                       &EyeParams::pitch, nullptr,     nullptr};
-constexpr Field kRoll{"roll",           Field::Real, {kOrientationBits[2]},
-                      &EyeParams::roll, nullptr,     nullptr};
-constexpr Field kRadius{"radius",           Field::Real, {vcmodes::kRadius},
-                        &EyeParams::radius, nullptr,     nullptr};
-constexpr Field kBodyHeading{"bodyheading",           Field::Real, {vcmodes::kBodyHeading},
-                             &EyeParams::bodyHeading, nullptr,     nullptr};
-constexpr Field kHeadingOffset{"headingoffset",           Field::Real, {vcmodes::kHeadingOffset},
-                               &EyeParams::headingOffset, nullptr,     nullptr};
-constexpr Field kPitchOffset{"pitchoffset",           Field::Real, {vcmodes::kPitchOffset},
-                             &EyeParams::pitchOffset, nullptr,     nullptr};
-constexpr Field kAzimuthRate{"azimuthrate",           Field::Real, {vcmodes::kAzimuthRate},
-                             &EyeParams::azimuthRate, nullptr,     nullptr};
-constexpr Field kRadialOffset{"radialoffset",           Field::Real, {vcmodes::kRadialOffset},
-                              &EyeParams::radialOffset, nullptr,     nullptr};
-constexpr Field kAttach{"attach", Field::Entity, {kAttachedBit},
-                        nullptr,  nullptr,       &EyeParams::primary};
-constexpr Field kTrackOnly{"track", Field::Entity, {kAttachedBit},
-                           nullptr, nullptr,       &EyeParams::primary};
-constexpr Field kTrackSecond{"track", Field::Entity, {kTrackedBit},
-                             nullptr, nullptr,       &EyeParams::secondary};
-constexpr Field kPrimary{"primary", Field::Entity, {kAttachedBit},
-                         nullptr,   nullptr,       &EyeParams::primary};
-constexpr Field kSecondary{"secondary", Field::Entity, {kTrackedBit},
-                           nullptr,     nullptr,       &EyeParams::secondary};
-
-EntityRef entity(const DtString& id, const DtString& marking) {
-  return {id.stdString(), marking.stdString()};
+bool isTriple(Kind kind) {
+  return kind == Kind::Vector32 || kind == Kind::Vector64 || kind == Kind::Angles ||
+         kind == Kind::Angles64;
 }
-DtVector64 toVector(const DtTaitBryan& a) {
-  return DtVector64(a.psi(), a.theta(), a.phi());
-}
-void readAngles(const DtTaitBryan& a, EyeParams& e) {
-  e.heading = a.psi();
-  e.pitch = a.theta();
-  e.roll = a.phi();
-}
-DtTaitBryan angles(const EyeParams& e) {
-  return DtTaitBryan(e.heading, e.pitch, e.roll);
-}
-float f32(double v) {
-  return static_cast<float>(v);
+bool isEntity(Kind kind) {
+  return kind == Kind::Entity || kind == Kind::Designator;
 }
 
-// Per mode: the PDU's fields into the neutral parameters, and a new PDU from them. Each
-// reader refuses a PDU of another class, whatever its command says.
-bool readAbsolute(const DtVistrelControlPdu& pdu, EyeParams& e) {
-  auto* p = dynamic_cast<const DtAbsoluteVCPdu*>(&pdu);
-  if (!p) return false;
-  e.location = p->worldLocation();
-  readAngles(p->orientation(), e);
-  return true;
+// The field's three numbers as the PDU carries them.
+DtVector64 readTriple(const DtVistrelControlPdu& pdu, const Field& f) {
+  switch (f.kind) {
+    case Kind::Vector32:
+      return pdu.readVector32(f.offset);
+    case Kind::Angles: {
+      const DtTaitBryan a = pdu.readEulerAngles(f.offset);
+      return DtVector64(a.psi(), a.theta(), a.phi());
+    }
+    default:
+      return pdu.readVector64(f.offset);
+  }
 }
-DtVistrelControlPdu* writeAbsolute(const EyeParams& e) {
-  auto* p = new DtAbsoluteVCPdu;
-  p->setWorldLocation(e.location);
-  p->setOrientation(angles(e));
-  return p;
-}
-
-bool readTether(const DtVistrelControlPdu& pdu, EyeParams& e) {
-  auto* p = dynamic_cast<const DtTetherVCPdu*>(&pdu);
-  if (!p) return false;
-  e.primary = entity(p->attachId(), p->markingText());
-  e.topoUpOffset = p->topoUpOffset();
-  readAngles(p->orientation(), e);
-  return true;
-}
-DtVistrelControlPdu* writeTether(const EyeParams& e) {
-  auto* p = new DtTetherVCPdu;
-  p->setAttachId(e.primary.id);
-  p->setMarkingText(e.primary.marking);
-  p->setTopoUpOffset(e.topoUpOffset);
-  p->setOrientation(angles(e));
-  return p;
+// The entity a field names, with its marking text when the PDU has room for it: senders
+// that leave the trailing marking texts off send shorter PDUs.
+EntityRef readEntity(const DtVistrelControlPdu& pdu, const Mode& mode, const Field& f) {
+  EntityRef ref{pdu.readDesignator(f.offset).stdString(), ""};
+  if (const size_t at = vcmodes::marking(mode, f); at && pdu.length() == mode.length)
+    ref.marking = pdu.readChars(at, 64).stdString();
+  return ref;
 }
 
-bool readCompass(const DtVistrelControlPdu& pdu, EyeParams& e) {
-  auto* p = dynamic_cast<const DtCompassVCPdu*>(&pdu);
-  if (!p) return false;
-  e.primary = entity(p->attachId(), p->markingText());
-  e.radius = p->radius();
-  e.bodyHeading = p->bodyHeading();
-  e.pitch = p->pitch();
-  e.headingOffset = p->headingOffset();
-  e.pitchOffset = p->pitchOffset();
-  e.roll = p->roll();
-  return true;
-}
-DtVistrelControlPdu* writeCompass(const EyeParams& e) {
-  auto* p = new DtCompassVCPdu;
-  p->setAttachId(e.primary.id);
-  p->setMarkingText(e.primary.marking);
-  p->setRadius(f32(e.radius));
-  p->setBodyHeading(f32(e.bodyHeading));
-  p->setPitch(f32(e.pitch));
-  p->setHeadingOffset(f32(e.headingOffset));
-  p->setPitchOffset(f32(e.pitchOffset));
-  p->setRoll(f32(e.roll));
-  return p;
-}
-
-// Offset mimic is a mimic with its own command, so one reader serves both.
-bool readMimic(const DtVistrelControlPdu& pdu, EyeParams& e) {
-  auto* p = dynamic_cast<const DtMimicVCPdu*>(&pdu);
-  if (!p) return false;
-  e.primary = entity(p->attachId(), p->markingText());
-  e.offset = p->offset();
-  readAngles(p->bodyOrientation(), e);
-  return true;
-}
-void fillMimic(DtMimicVCPdu& p, const EyeParams& e) {
-  p.setAttachId(e.primary.id);
-  p.setMarkingText(e.primary.marking);
-  p.setOffset(e.offset);
-  p.setBodyOrientation(angles(e));
-}
-DtVistrelControlPdu* writeMimic(const EyeParams& e) {
-  auto* p = new DtMimicVCPdu;
-  fillMimic(*p, e);
-  return p;
-}
-DtVistrelControlPdu* writeOffsetMimic(const EyeParams& e) {
-  auto* p = new DtOffsetMimicVCPdu;
-  fillMimic(*p, e);
-  return p;
-}
-
-bool readOrbit(const DtVistrelControlPdu& pdu, EyeParams& e) {
-  auto* p = dynamic_cast<const DtOrbitVCPdu*>(&pdu);
-  if (!p) return false;
-  e.primary = entity(p->attachId(), p->markingText());
-  e.radius = p->radius();
-  e.azimuthRate = p->azimuthRate();
-  e.heading = p->heading();
-  e.pitch = p->pitch();
-  e.headingOffset = p->headingOffset();
-  e.pitchOffset = p->pitchOffset();
-  e.roll = p->roll();
-  return true;
-}
-DtVistrelControlPdu* writeOrbit(const EyeParams& e) {
-  auto* p = new DtOrbitVCPdu;
-  p->setAttachId(e.primary.id);
-  p->setMarkingText(e.primary.marking);
-  p->setRadius(f32(e.radius));
-  p->setAzimuthRate(f32(e.azimuthRate));
-  p->setHeading(f32(e.heading));
-  p->setPitch(f32(e.pitch));
-  p->setHeadingOffset(f32(e.headingOffset));
-  p->setPitchOffset(f32(e.pitchOffset));
-  p->setRoll(f32(e.roll));
-  return p;
-}
-
-bool readTrack(const DtVistrelControlPdu& pdu, EyeParams& e) {
-  auto* p = dynamic_cast<const DtTrackVCPdu*>(&pdu);
-  if (!p) return false;
-  e.primary = entity(p->trackId(), p->markingText());
-  e.location = p->worldLocation();
-  return true;
-}
-DtVistrelControlPdu* writeTrack(const EyeParams& e) {
-  auto* p = new DtTrackVCPdu;
-  p->setTrackId(e.primary.id);
-  p->setMarkingText(e.primary.marking);
-  p->setWorldLocation(e.location);
-  return p;
-}
-
-// Tether-track and mimic-track share their layout but not their class.
-template <class P>
-bool readTwoEntities(const DtVistrelControlPdu& pdu, EyeParams& e) {
-  auto* p = dynamic_cast<const P*>(&pdu);
-  if (!p) return false;
-  e.primary = entity(p->attachId(), p->attachMarkingText());
-  e.secondary = entity(p->trackId(), p->trackMarkingText());
-  e.offset = p->offset();
-  return true;
-}
-template <class P>
-DtVistrelControlPdu* writeTwoEntities(const EyeParams& e) {
-  auto* p = new P;
-  p->setAttachId(e.primary.id);
-  p->setAttachMarkingText(e.primary.marking);
-  p->setTrackId(e.secondary.id);
-  p->setTrackMarkingText(e.secondary.marking);
-  p->setOffset(e.offset);
-  return p;
-}
-
-bool readGroup(const DtVistrelControlPdu& pdu, EyeParams& e) {
-  auto* p = dynamic_cast<const DtGroupVCPdu*>(&pdu);
-  if (!p) return false;
-  e.radialOffset = p->radialOffset();
-  e.heading = p->heading();
-  e.pitch = p->pitch();
-  e.headingOffset = p->headingOffset();
-  e.pitchOffset = p->pitchOffset();
-  return true;
-}
-DtVistrelControlPdu* writeGroup(const EyeParams& e) {
-  auto* p = new DtGroupVCPdu;
-  p->setRadialOffset(f32(e.radialOffset));
-  p->setHeading(f32(e.heading));
-  p->setPitch(f32(e.pitch));
-  p->setHeadingOffset(f32(e.headingOffset));
-  p->setPitchOffset(f32(e.pitchOffset));
-  return p;
-}
-
-bool readPivot(const DtVistrelControlPdu& pdu, EyeParams& e) {
-  auto* p = dynamic_cast<const DtPivotVCPdu*>(&pdu);
-  if (!p) return false;
-  e.pivotPoint = p->pivotPoint();
-  e.radius = p->radius();
-  e.bodyHeading = p->bodyHeading();
-  e.pitch = p->pitch();
-  e.headingOffset = p->headingOffset();
-  e.pitchOffset = p->pitchOffset();
-  e.roll = p->roll();
-  return true;
-}
-DtVistrelControlPdu* writePivot(const EyeParams& e) {
-  auto* p = new DtPivotVCPdu;
-  p->setPivotPoint(e.pivotPoint);
-  p->setRadius(f32(e.radius));
-  p->setBodyHeading(f32(e.bodyHeading));
-  p->setPitch(f32(e.pitch));
-  p->setHeadingOffset(f32(e.headingOffset));
-  p->setPitchOffset(f32(e.pitchOffset));
-  p->setRoll(f32(e.roll));
-  return p;
-}
-
-struct Mode {
-  DtViewerCommand command;
-  const char* name;
-  std::vector<const Field*> fields;
-  bool (*read)(const DtVistrelControlPdu&, EyeParams&);
-  DtVistrelControlPdu* (*write)(const EyeParams&);
-};
-
-const std::vector<Mode>& modes() {
-  static const std::vector<Mode> table = {
-      {DtVcAbsolute,
-       "absolute",
-       {&kLocation, &kHeading, &kPitch, &kRoll},
-       readAbsolute,
-       writeAbsolute},
-      {DtVcTether,
-       "tether",
-       {&kAttach, &kTopoUpOffset, &kHeading, &kPitch, &kRoll},
-       readTether,
-       writeTether},
-      {DtVcCompass,
-       "compass",
-       {&kAttach, &kRadius, &kBodyHeading, &kPitch, &kHeadingOffset, &kPitchOffset, &kRoll},
-       readCompass,
-       writeCompass},
-      {DtVcMimic, "mimic", {&kAttach, &kOffset, &kHeading, &kPitch, &kRoll}, readMimic, writeMimic},
-      {DtVcOffsetMimic,
-       "offsetmimic",
-       {&kAttach, &kOffset, &kHeading, &kPitch, &kRoll},
-       readMimic,
-       writeOffsetMimic},
-      {DtVcOrbit,
-       "orbit",
-       {&kAttach, &kRadius, &kAzimuthRate, &kHeading, &kPitch, &kHeadingOffset, &kPitchOffset,
-        &kRoll},
-       readOrbit,
-       writeOrbit},
-      {DtVcTrack, "track", {&kTrackOnly, &kLocation}, readTrack, writeTrack},
-      {DtVcTetherTrack,
-       "tethertrack",
-       {&kAttach, &kTrackSecond, &kOffset},
-       readTwoEntities<DtTetherTrackVCPdu>,
-       writeTwoEntities<DtTetherTrackVCPdu>},
-      {DtVcMimicTrack,
-       "mimictrack",
-       {&kAttach, &kTrackSecond, &kTrackOffset},
-       readTwoEntities<DtMimicTrackVCPdu>,
-       writeTwoEntities<DtMimicTrackVCPdu>},
-      {DtVcGroup,
-       "group",
-       {&kRadialOffset, &kHeading, &kPitch, &kHeadingOffset, &kPitchOffset},
-       readGroup,
-       writeGroup},
-      {DtVcPivot,
-       "pivot",
-       {&kPivotPoint, &kRadius, &kBodyHeading, &kPitch, &kHeadingOffset, &kPitchOffset, &kRoll},
-       readPivot,
-       writePivot},
-  };
-  return table;
-}
-
-const Mode* findMode(DtViewerCommand command) {
-  for (const Mode& m : modes())
-    if (m.command == command) return &m;
-  return nullptr;
+void write(DtVistrelControlPdu& pdu, const Mode& mode, const Field& f, EyeParams& e) {
+  if (isTriple(f.kind)) {
+    const Triple t = tripleOf(e, f);
+    const DtVector64 v(*t.at[0], *t.at[1], *t.at[2]);
+    switch (f.kind) {
+      case Kind::Vector32:
+        pdu.writeVector32(f.offset, v);
+        break;
+      case Kind::Angles:
+        pdu.writeEulerAngles(f.offset, DtTaitBryan(v[0], v[1], v[2]));
+        break;
+      default:
+        pdu.writeVector64(f.offset, v);
+        break;
+    }
+  } else if (f.kind == Kind::Real) {
+    pdu.writeFloat32(f.offset, static_cast<float>(*realOf(e, f.what)));
+  } else if (isEntity(f.kind)) {
+    const EntityRef& ref = *entityOf(e, f.what);
+    pdu.writeDesignator(f.offset, ref.id);
+    if (const size_t at = vcmodes::marking(mode, f)) pdu.writeChars(at, 64, ref.marking.c_str());
+  }
 }
 
 std::string entityText(const char* name, const EntityRef& e) {
@@ -365,47 +132,54 @@ std::string entityText(const char* name, const EntityRef& e) {
   return text;
 }
 
-// The field's current value, as "name=value".
-std::string show(const Field& f, const EyeParams& e) {
-  switch (f.kind) {
-    case Field::Real:
-      return std::string(f.name) + "=" + number(e.*f.real);
-    case Field::Vector:
-      return std::string(f.name) + "=" + vector(e.*f.vec);
-    case Field::Entity:
-      return entityText(f.name, e.*f.entity);
+std::string listText(const std::vector<std::string>& ids);
+
+// The field's current value, as "name=value"; an orientation as its three angles.
+std::string show(const Field& f, EyeParams& e, const std::vector<std::string>& group) {
+  if (f.what == What::Orientation) {
+    const Triple t = tripleOf(e, f);
+    std::string text;
+    for (int i = 0; i < 3; ++i)
+      text += std::string(i ? " " : "") + kAngleNames[i] + "=" + number(*t.at[i]);
+    return text;
   }
+  if (isTriple(f.kind)) return std::string(f.name) + "=" + vector(*vectorOf(e, f.what));
+  if (f.kind == Kind::Real) return std::string(f.name) + "=" + number(*realOf(e, f.what));
+  if (isEntity(f.kind)) return entityText(f.name, *entityOf(e, f.what));
+  if (f.kind == Kind::Entities) return std::string(f.name) + "=" + listText(group);
   return {};
 }
 
-// Takes what the ignore flags let through from `in` into `eye` and says what happened.
-std::string merge(const Field& f, const EyeParams& in, unsigned long flags, EyeParams& eye) {
+// Takes what the ignore flags let through from the PDU into `eye` and says what happened.
+// Vectors are taken component by component; the group's lists are edited elsewhere.
+std::string merge(const DtVistrelControlPdu& pdu, const Mode& mode, const Field& f,
+                  unsigned long flags, EyeParams& eye) {
   const std::string kept = std::string(f.name) + "=(kept)";
-  switch (f.kind) {
-    case Field::Real:
-      if (flags & f.bits[0]) return kept;
-      eye.*f.real = in.*f.real;
-      break;
-    case Field::Entity:
-      if (flags & f.bits[0]) return kept;
-      eye.*f.entity = in.*f.entity;
-      break;
-    case Field::Vector: {
-      if ((flags & f.bits[0]) && (flags & f.bits[1]) && (flags & f.bits[2])) return kept;
-      std::string parts;
-      for (int i = 0; i < 3; ++i) {
-        if (i) parts += ", ";
-        if (flags & f.bits[i]) {
-          parts += "kept";
-        } else {
-          (eye.*f.vec)[i] = (in.*f.vec)[i];
-          parts += number((eye.*f.vec)[i]);
-        }
-      }
-      return std::string(f.name) + "=(" + parts + ")";
+  if (isTriple(f.kind)) {
+    const std::array<unsigned long, 3> bits = vcmodes::components(f.bit);
+    const DtVector64 in = readTriple(pdu, f);
+    const Triple t = tripleOf(eye, f);
+    std::string text;
+    for (int i = 0; i < 3; ++i) {
+      const bool keep = (flags & bits[i]) != 0;
+      if (!keep) *t.at[i] = in[i];
+      const std::string value = keep ? "kept" : number(*t.at[i]);
+      if (t.angles)
+        text += std::string(i ? " " : "") + kAngleNames[i] + "=" + (keep ? "(kept)" : value);
+      else
+        text += (i ? ", " : "") + value;
     }
+    if (t.angles) return text;
+    if ((flags & f.bit) == f.bit) return kept;
+    return std::string(f.name) + "=(" + text + ")";
   }
-  return show(f, eye);
+  if (f.bit != vcmodes::kNoBit && (flags & f.bit)) return kept;
+  if (f.kind == Kind::Real) {
+    *realOf(eye, f.what) = pdu.readFloat32(f.offset);
+  } else if (isEntity(f.kind)) {
+    *entityOf(eye, f.what) = readEntity(pdu, mode, f);
+  }
+  return show(f, eye, {});
 }
 
 std::string listText(const std::vector<std::string>& ids) {
@@ -423,34 +197,48 @@ int fitting(int count, size_t room) {
 
 // Group and modeless PDUs edit the group alike: a remove count of -1 replaces the whole
 // group, otherwise the named entities leave it; then the added ones join it, once each.
-template <class P>
-std::string editGroup(const P& pdu, std::vector<std::string>& group) {
-  constexpr size_t kFixed = P::kLength;
+// The entities to remove, then those to add, follow the fixed part of the body.
+std::string editGroup(const DtVistrelControlPdu& pdu, const Mode& mode, const Field& lists,
+                      std::vector<std::string>& group) {
+  const size_t fixed = static_cast<size_t>(mode.length);
   size_t whole = pdu.length() > 0 ? static_cast<size_t>(pdu.length()) : 0;
-  size_t length = whole > kFixed ? whole - kFixed : 0;
-  int removeCount = pdu.numEntitiesToRemove();
+  size_t length = whole > fixed ? whole - fixed : 0;
+  int removeCount = pdu.readInt32(lists.offset);
   int toRemove = removeCount == -1 ? 0 : fitting(removeCount, length);
-  int toAdd = fitting(pdu.numEntitiesToAdd(), length - 64 * static_cast<size_t>(toRemove));
+  int toAdd = fitting(pdu.readInt32(lists.offset + 4), length - 64 * static_cast<size_t>(toRemove));
+  auto entry = [&](int slot) {
+    return pdu.readDesignator(fixed + 64 * static_cast<size_t>(slot)).stdString();
+  };
   std::string text;
   if (removeCount == -1) {
     group.clear();
-    text += " remove=all";
+    text += "remove=all";
   } else {
     std::vector<std::string> removed;
     for (int i = 0; i < toRemove; ++i) {
-      std::string id = pdu.entityToRemove(i).stdString();
+      std::string id = entry(i);
       group.erase(std::remove(group.begin(), group.end(), id), group.end());
       removed.push_back(id);
     }
-    text += " remove=" + listText(removed);
+    text += "remove=" + listText(removed);
   }
   std::vector<std::string> added;
   for (int i = 0; i < toAdd; ++i) {
-    std::string id = pdu.entityToAdd(i).stdString();
+    std::string id = entry(toRemove + i);
     if (std::find(group.begin(), group.end(), id) == group.end()) group.push_back(id);
     added.push_back(id);
   }
   return text + " add=" + listText(added) + " members=" + listText(group);
+}
+
+// The rows in the order the lines give them: the entities first, then the rest as the
+// body has them.
+std::vector<const Field*> lineOrder(const Mode& mode) {
+  std::vector<const Field*> rows;
+  for (int entities = 1; entities >= 0; --entities)
+    for (size_t i = 0; i < mode.count; ++i)
+      if (isEntity(mode.fields[i].kind) == (entities == 1)) rows.push_back(&mode.fields[i]);
+  return rows;
 }
 
 const char* directionName(int d) {
@@ -468,39 +256,28 @@ constexpr double kPi = 3.14159265358979323846;
 }  // namespace
 
 std::string ViewState::apply(const DtVistrelControlPdu& pdu, double stepsize, double turnrate) {
-  DtViewerCommand command = pdu.viewerCommand();
-  if (command == DtVcMove) {
+  if (pdu.viewerCommand() == DtVcMove) {
     auto* move = dynamic_cast<const DtMoveVCPdu*>(&pdu);
     return move ? applyMove(*move, stepsize, turnrate) : std::string();
   }
-  if (command == DtVcModeless) {
-    auto* modeless = dynamic_cast<const DtModelessVCPdu*>(&pdu);
-    return modeless ? applyModeless(*modeless) : std::string();
+  // A mode, or modeless: it names entities and edits the group in the mode in force.
+  const Mode* mode = vcmodes::find(pdu);
+  if (!mode || mode == &vcmodes::kMove) return {};
+  if (mode != &vcmodes::kModeless) {
+    mode_ = mode->command;
+    wideGroup_ = mode->wide;
   }
-  const Mode* mode = findMode(command);
-  EyeParams in;
-  if (!mode || !mode->read(pdu, in)) return {};
-  unsigned long flags = pdu.ignoreFlags();
-  mode_ = mode->command;
-  std::string fields;
-  for (const Field* f : mode->fields) fields += " " + merge(*f, in, flags, eye_);
-  if (command == DtVcGroup) {
-    auto& group = static_cast<const DtGroupVCPdu&>(pdu);
-    wideGroup_ = group.groupCmd() != DtGroupVCPdu::GROUP;
-    fields += editGroup(group, group_);
+  const unsigned long flags = pdu.ignoreFlags();
+  std::string line = mode->name;
+  for (const Field* f : lineOrder(*mode)) {
+    if (f->kind != Kind::Entities)
+      line += " " + merge(pdu, *mode, *f, flags, eye_);
+    else if (f->bit != vcmodes::kNoBit && (flags & f->bit))
+      line += " " + std::string(f->name) + "=(kept)";
+    else
+      line += " " + editGroup(pdu, *mode, *f, group_);
   }
-  return modeName() + fields;
-}
-
-std::string ViewState::applyModeless(const DtModelessVCPdu& pdu) {
-  unsigned long flags = pdu.ignoreFlags();
-  EyeParams in;
-  in.primary = entity(pdu.primary(), "");
-  in.secondary = entity(pdu.secondary(), "");
-  std::string line =
-      "modeless " + merge(kPrimary, in, flags, eye_) + " " + merge(kSecondary, in, flags, eye_);
-  if (flags & kGroupListsBit) return line + " group=(kept)";
-  return line + editGroup(pdu, group_);
+  return line;
 }
 
 std::string ViewState::applyMove(const DtMoveVCPdu& pdu, double stepsize, double turnrate) {
@@ -513,7 +290,7 @@ std::string ViewState::applyMove(const DtMoveVCPdu& pdu, double stepsize, double
     line += " reset";
     acted = true;
   }
-  if (!(flags & kMoveBit)) {
+  if (!(flags & vcmodes::kStep)) {
     // Heading 0 looks north (+y) and grows clockwise, towards east (+x).
     double h = eye_.heading;
     DtVector64 forward(std::sin(h), std::cos(h), 0), right(std::cos(h), -std::sin(h), 0);
@@ -542,7 +319,7 @@ std::string ViewState::applyMove(const DtMoveVCPdu& pdu, double stepsize, double
     line += " step=" + directionText(pdu.move());
     acted = true;
   }
-  if (!(flags & kTurnBit)) {
+  if (!(flags & vcmodes::kTurn)) {
     double rate = turnrate * kPi / 180.0;
     switch (pdu.turn()) {
       case DtMoveVCPdu::LEFT:
@@ -563,57 +340,56 @@ std::string ViewState::applyMove(const DtMoveVCPdu& pdu, double stepsize, double
     line += " turn=" + directionText(pdu.turn());
     acted = true;
   }
-  const DtVector64& position = pdu.position();
-  for (int i = 0; i < 3; ++i) {
-    if (!(flags & kPositionBits[i])) {
-      eye_.location[i] = position[i];
-      acted = true;
-    }
+  // Placing takes the location and orientation rows of the move as any mode takes its own.
+  const Mode& move = vcmodes::kMove;
+  for (const char* option : {"at", "orientation"}) {
+    const Field& f = *vcmodes::field(move, option);
+    if ((flags & f.bit) == f.bit) continue;
+    merge(pdu, move, f, flags, eye_);
+    line += f.what == What::Location ? " set-location" : " set-orientation";
+    acted = true;
   }
-  if ((flags & vcmodes::kPosition) != vcmodes::kPosition) line += " set-location";
-  const DtVector64 orientation = toVector(pdu.orientation());
-  double* angle[3] = {&eye_.heading, &eye_.pitch, &eye_.roll};
-  for (int i = 0; i < 3; ++i) {
-    if (!(flags & kOrientationBits[i])) {
-      *angle[i] = orientation[i];
-      acted = true;
-    }
-  }
-  if ((flags & vcmodes::kOrientation) != vcmodes::kOrientation) line += " set-orientation";
   if (!acted) line += " nothing";
-  return line + " -> " + show(kLocation, eye_) + " " + show(kHeading, eye_) + " " +
-         show(kPitch, eye_) + " " + show(kRoll, eye_);
+  return line + " -> " + show(*vcmodes::field(move, "at"), eye_, {}) + " " +
+         show(*vcmodes::field(move, "orientation"), eye_, {});
 }
 
 std::unique_ptr<DtVistrelControlPdu> ViewState::status() const {
-  const Mode* mode = findMode(mode_);
-  std::unique_ptr<DtVistrelControlPdu> pdu(mode->write(eye_));
-  unsigned long flags = 0xFFFFFFFFul;
-  for (const Field* f : mode->fields)
-    for (unsigned long bit : f->bits) flags &= ~bit;
-  if (mode_ == DtVcGroup) {
+  const Mode& mode = current();
+  std::unique_ptr<DtVistrelControlPdu> pdu(vcmodes::newPdu(mode));
+  EyeParams eye = eye_;
+  unsigned long flags = mode.ignoreAll;
+  for (size_t i = 0; i < mode.count; ++i) {
+    const Field& f = mode.fields[i];
+    flags &= ~f.bit;
+    if (f.kind != Kind::Entities) {
+      write(*pdu, mode, f, eye);
+      continue;
+    }
     auto& group = static_cast<DtGroupVCPdu&>(*pdu);
-    group.setGroupCmd(wideGroup_ ? DtGroupVCPdu::WIDE_GROUP : DtGroupVCPdu::GROUP);
     // -1 to remove: the list that follows is the whole group.
     group.setNumEntitiesToRemove(-1);
     group.setNumEntitiesToAdd(static_cast<int>(group_.size()));
-    for (size_t i = 0; i < group_.size(); ++i) group.setEntityToAdd(static_cast<int>(i), group_[i]);
+    for (size_t k = 0; k < group_.size(); ++k) group.setEntityToAdd(static_cast<int>(k), group_[k]);
   }
   pdu->setIgnoreFlags(flags);
   pdu->setStatusCommand(true);
   return pdu;
 }
 
+const vcmodes::Mode& ViewState::current() const {
+  return *vcmodes::find(mode_, wideGroup_);
+}
+
 std::string ViewState::modeName() const {
-  if (mode_ == DtVcGroup && wideGroup_) return "widegroup";
-  const Mode* mode = findMode(mode_);
-  return mode ? mode->name : "unknown";
+  return current().name;
 }
 
 std::string ViewState::describe() const {
-  std::string text = modeName();
-  for (const Field* f : findMode(mode_)->fields) text += " " + show(*f, eye_);
-  if (mode_ == DtVcGroup) text += " members=" + listText(group_);
+  const Mode& mode = current();
+  EyeParams eye = eye_;
+  std::string text = mode.name;
+  for (const Field* f : lineOrder(mode)) text += " " + show(*f, eye, group_);
   return text;
 }
 

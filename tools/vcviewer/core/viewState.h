@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "viewModeFields.h"
 #include "vistrelControl.h"
 
 namespace vcviewer {
@@ -48,7 +49,7 @@ class ViewState {
   std::string describe() const;
 
   DtViewerCommand mode() const { return mode_; }
-  /// "orbit", "widegroup", ...
+  /// "orbit", "wide-group", ...: vcctl's name of the mode.
   std::string modeName() const;
   const EyeParams& params() const { return eye_; }
   bool wideGroup() const { return wideGroup_; }
@@ -56,7 +57,8 @@ class ViewState {
 
  private:
   std::string applyMove(const DtMoveVCPdu& pdu, double stepsize, double turnrate);
-  std::string applyModeless(const DtModelessVCPdu& pdu);
+  /// The description of the mode in force.
+  const vcmodes::Mode& current() const;
 
   DtViewerCommand mode_ = DtVcAbsolute;
   bool wideGroup_ = false;
