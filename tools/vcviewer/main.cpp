@@ -231,7 +231,15 @@ int main(int argc, char** argv) {
   // A snapshot costs the whole scene as JSON and SVG: under a flood of PDUs one every
   // 40 ms is enough, and a change still reaches the pages within some 60 ms.
   const auto snapshotInterval = std::chrono::milliseconds(40);
-  const auto movingInterval = std::chrono::milliseconds(200);
+  // While entities move, a page gets a snapshot every 200 ms, and less often the more
+  // there are (each costs some 270 bytes an entity to write, send and read): 10,000 take
+  // one a second. The page moves them on along their velocity in between.
+  auto movingInterval = [&viewer] {
+    const auto extra = std::chrono::microseconds(80) * viewer.entities().size();
+    return std::min(std::chrono::duration_cast<std::chrono::milliseconds>(
+                        std::chrono::milliseconds(200) + extra),
+                    std::chrono::milliseconds(1000));
+  };
   auto lastSnapshot = std::chrono::steady_clock::now();
   if (args.has("http")) {
     page = std::make_unique<vcviewer::LiveServer>(vcviewer::pageFiles());
@@ -268,7 +276,7 @@ int main(int argc, char** argv) {
     // Entities move between updates: while there are any the page gets a fresh snapshot
     // every few frames even when no command came.
     const auto sinceSnapshot = std::chrono::steady_clock::now() - lastSnapshot;
-    const bool moving = viewer.entities().size() > 0 && sinceSnapshot >= movingInterval;
+    const bool moving = viewer.entities().size() > 0 && sinceSnapshot >= movingInterval();
     if (page && (viewer.revision() != published || moving) && sinceSnapshot >= snapshotInterval) {
       published = viewer.revision();
       lastSnapshot = std::chrono::steady_clock::now();

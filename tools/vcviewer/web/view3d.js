@@ -17,11 +17,12 @@ const OVERVIEW = 1, EYE_VIEW = 2;
 const EYE_FOV = 60;
 // Entities in the view through the eyepoint are drawn at an aircraft's size.
 const EYE_GLYPH = 15;
-// Markings shown at once, and the places kept for each entity's trail.
-const MAX_LABELS = 64, TRAIL_POINTS = 12;
+// Markings shown at once, and how many seconds of its past places each entity's trail
+// shows.
+const MAX_LABELS = 64, TRAIL_SECONDS = 3;
 // Between snapshots things move on for at most this long, so a viewer that went quiet
-// does not send them off the page.
-const MAX_AHEAD = 1.0;
+// does not send them off the page (a busy one sends a snapshot at least every second).
+const MAX_AHEAD = 2.0;
 
 const world = {
   origin: [0, 0, 0], axes: [[1, 0, 0], [0, 1, 0], [0, 0, 1]], ground: 0, serial: -1,
@@ -303,29 +304,32 @@ function moveEntities(dt) {
   if (view.highlight.visible) entityAt(eye.follows, dt, view.highlight.position);
 }
 
-// Trails: the entities' places at the last snapshots, kept by object, restarted when the
+// Trails: the entities' places at the snapshots of the last few seconds, kept by object
+// as flat x, y, z, time runs (thousands of entities make no garbage), restarted when the
 // frame moves.
 function takeTrails(s) {
   if (world.trailSerial !== world.serial) world.trails.clear();
   world.trailSerial = world.serial;
+  const b = world.base, since = s.time - TRAIL_SECONDS;
   const seen = new Set();
+  let n = 0;
   world.list.forEach((e, i) => {
     seen.add(e.object);
     let t = world.trails.get(e.object);
     if (!t) world.trails.set(e.object, t = []);
-    t.push([world.base[i * 3], world.base[i * 3 + 1], world.base[i * 3 + 2]]);
-    if (t.length > TRAIL_POINTS) t.shift();
+    t.push(b[i * 3], b[i * 3 + 1], b[i * 3 + 2], s.time);
+    let old = 0;
+    while (old + 4 < t.length && t[old + 3] < since) old += 4;
+    if (old) t.splice(0, old);
+    n += t.length / 4 - 1;
   });
   for (const k of [...world.trails.keys()]) if (!seen.has(k)) world.trails.delete(k);
-  let n = 0;
-  for (const t of world.trails.values()) n += Math.max(0, t.length - 1);
   const positions = new Float32Array(n * 6);
   let o = 0;
   for (const t of world.trails.values()) {
-    for (let k = 1; k < t.length; ++k) {
-      positions.set(t[k - 1], o);
-      positions.set(t[k], o + 3);
-      o += 6;
+    for (let k = 4; k < t.length; k += 4) {
+      positions[o++] = t[k - 4]; positions[o++] = t[k - 3]; positions[o++] = t[k - 2];
+      positions[o++] = t[k]; positions[o++] = t[k + 1]; positions[o++] = t[k + 2];
     }
   }
   view.trail.geometry.dispose();
