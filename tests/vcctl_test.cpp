@@ -6,6 +6,7 @@
 #include <fstream>
 #include <memory>
 #include <string>
+#include <typeinfo>
 #include <vector>
 
 #include "vcctlRun.h"
@@ -516,3 +517,160 @@ TEST(Vcctl, DecodeRefusesFilesThatHoldNoPdu) {
 }
 
 }  // namespace
+
+// ------------------------------------------------------------------ one test per mode
+// Each mode's command line with a distinct value for every option it offers, read back
+// through the mode's own class, and the ignore flags worked out by hand from the bits of
+// the fields given: an option that stopped setting the field it names, set another, or
+// cleared the wrong bit reads back wrong here.
+namespace {
+
+std::unique_ptr<DtVistrelControlPdu> dryRun(const Words& args) {
+  VcctlRun run = runVcctl(with({"--dry-run", "--viewer", "v"}, args));
+  EXPECT_EQ(run.code, 0) << run.output;
+  auto pdus = pdusOf(run);
+  if (pdus.size() != 1) {
+    ADD_FAILURE() << run.output;
+    return nullptr;
+  }
+  return std::unique_ptr<DtVistrelControlPdu>(
+      DtVistrelControlPdu::createFromBytes(pdus[0].data(), pdus[0].size()));
+}
+
+template <class P>
+const P& as(const std::unique_ptr<DtVistrelControlPdu>& pdu) {
+  static const P none;
+  const P* p = dynamic_cast<const P*>(pdu.get());
+  EXPECT_NE(p, nullptr) << "not a " << typeid(P).name();
+  return p ? *p : none;
+}
+
+uint32_t flagsOf(const std::unique_ptr<DtVistrelControlPdu>& pdu) {
+  return pdu ? static_cast<uint32_t>(pdu->ignoreFlags()) : 0;
+}
+
+const DtTaitBryan kTurn(0.5, 0.25, 0.125);
+
+}  // namespace
+
+TEST(VcctlModes, Absolute) {
+  auto pdu = dryRun({"absolute", "--at", "1,2,3", "--orientation", "0.5,0.25,0.125"});
+  EXPECT_EQ(as<DtAbsoluteVCPdu>(pdu).worldLocation(), DtVector64(1, 2, 3));
+  EXPECT_EQ(as<DtAbsoluteVCPdu>(pdu).orientation(), kTurn);
+  EXPECT_EQ(flagsOf(pdu), 0xFFFFFFC0u);
+  EXPECT_EQ(flagsOf(dryRun({"absolute", "--at", "1,2,3"})), 0xFFFFFFF8u);
+}
+
+TEST(VcctlModes, Tether) {
+  auto pdu = dryRun({"tether", "1:2:3", "--offset", "0,-50,10", "--orientation", "0.5,0.25,0.125"});
+  const auto& p = as<DtTetherVCPdu>(pdu);
+  EXPECT_EQ(p.attachId(), "1:2:3");
+  EXPECT_EQ(p.topoUpOffset(), DtVector64(0, -50, 10));
+  EXPECT_EQ(p.orientation(), kTurn);
+  EXPECT_EQ(flagsOf(pdu), 0xFFEFFE07u);  // 0x100000, 0x1C0, 0x38 cleared
+}
+
+TEST(VcctlModes, Compass) {
+  auto pdu =
+      dryRun({"compass", "1:2:3", "--radius", "100", "--heading", "0.5", "--pitch", "-0.25"});
+  const auto& p = as<DtCompassVCPdu>(pdu);
+  EXPECT_EQ(p.attachId(), "1:2:3");
+  EXPECT_EQ(p.radius(), 100.0f);
+  EXPECT_EQ(p.bodyHeading(), 0.5f);  // the command line's heading is the body heading
+  EXPECT_EQ(p.pitch(), -0.25f);
+  EXPECT_EQ(p.headingOffset(), 0.0f);
+  EXPECT_EQ(flagsOf(pdu), 0xFFEFF9EFu);  // 0x100000, 0x200, 0x400, 0x10
+}
+
+TEST(VcctlModes, MimicAndTurret) {
+  for (const char* command : {"mimic", "turret"}) {
+    SCOPED_TRACE(command);
+    auto pdu = dryRun({command, "1:2:3", "--offset", "-50,0,-10"});
+    const auto& p = as<DtMimicVCPdu>(pdu);
+    EXPECT_EQ(p.viewerCommand(), command == std::string("mimic") ? DtVcMimic : DtVcOffsetMimic);
+    EXPECT_EQ(p.attachId(), "1:2:3");
+    EXPECT_EQ(p.offset(), DtVector64(-50, 0, -10));
+    EXPECT_EQ(flagsOf(pdu), 0xFFEF1FFFu);  // 0x100000, 0xE000
+  }
+}
+
+TEST(VcctlModes, Orbit) {
+  auto pdu = dryRun({"orbit", "1:2:3", "--radius", "500", "--heading", "0.5", "--pitch", "-0.25",
+                     "--rate", "0.125"});
+  const auto& p = as<DtOrbitVCPdu>(pdu);
+  EXPECT_EQ(p.attachId(), "1:2:3");
+  EXPECT_EQ(p.radius(), 500.0f);
+  EXPECT_EQ(p.azimuthRate(), 0.125f);
+  EXPECT_EQ(p.heading(), 0.5f);
+  EXPECT_EQ(p.pitch(), -0.25f);
+  EXPECT_EQ(flagsOf(pdu), 0xFFEBFDE7u);  // 0x100000, 0x200, 0x8, 0x10, 0x40000
+  EXPECT_EQ(flagsOf(dryRun({"orbit", "--rate", "1"})), 0xFFFBFFFFu);
+}
+
+TEST(VcctlModes, Track) {
+  auto pdu = dryRun({"track", "1:2:3", "--at", "1,2,3"});
+  EXPECT_EQ(as<DtTrackVCPdu>(pdu).trackId(), "1:2:3");
+  EXPECT_EQ(as<DtTrackVCPdu>(pdu).worldLocation(), DtVector64(1, 2, 3));
+  EXPECT_EQ(flagsOf(pdu), 0xFFEFFFF8u);  // 0x100000, 0x7
+}
+
+TEST(VcctlModes, TetherTrackAndMimicTrack) {
+  const Words fields = {"1:2:3", "--track", "4:5:6", "--offset", "1,2,3"};
+  auto tether = dryRun(with({"tether-track"}, fields));
+  EXPECT_EQ(as<DtTetherTrackVCPdu>(tether).attachId(), "1:2:3");
+  EXPECT_EQ(as<DtTetherTrackVCPdu>(tether).trackId(), "4:5:6");
+  EXPECT_EQ(as<DtTetherTrackVCPdu>(tether).offset(), DtVector64(1, 2, 3));
+  EXPECT_EQ(flagsOf(tether), 0xFFCF1FFFu);  // the offset's bits are 0xE000
+  auto mimic = dryRun(with({"mimic-track"}, fields));
+  EXPECT_EQ(as<DtMimicTrackVCPdu>(mimic).attachId(), "1:2:3");
+  EXPECT_EQ(as<DtMimicTrackVCPdu>(mimic).trackId(), "4:5:6");
+  EXPECT_EQ(as<DtMimicTrackVCPdu>(mimic).offset(), DtVector64(1, 2, 3));
+  EXPECT_EQ(flagsOf(mimic), 0xFFCFFFF8u);  // ... and 0x7 here
+}
+
+TEST(VcctlModes, GroupAndWideGroup) {
+  for (const char* command : {"group", "wide-group"}) {
+    SCOPED_TRACE(command);
+    auto pdu = dryRun(
+        {command, "1:1:1", "2:2:2", "--radial", "40", "--heading", "0.5", "--pitch", "-0.25"});
+    const auto& p = as<DtGroupVCPdu>(pdu);
+    EXPECT_EQ(p.groupCmd(), command == std::string("group") ? 0u : 1u);
+    EXPECT_EQ(p.radialOffset(), 40.0f);
+    EXPECT_EQ(p.headingOffset(), 0.5f);  // the command line's heading is the offset
+    EXPECT_EQ(p.pitchOffset(), -0.25f);
+    EXPECT_EQ(p.heading(), 0.0f);
+    EXPECT_EQ(p.numEntitiesToRemove(), -1);
+    ASSERT_EQ(p.numEntitiesToAdd(), 2);
+    EXPECT_EQ(p.entityToAdd(1), "2:2:2");
+    EXPECT_EQ(flagsOf(pdu), 0xFFF7E7FFu);  // 0x80000, 0x800, 0x1000; the lists have none
+  }
+  auto keep = dryRun({"group", "--radial", "40"});
+  EXPECT_EQ(as<DtGroupVCPdu>(keep).numEntitiesToRemove(), 0);
+  EXPECT_EQ(as<DtGroupVCPdu>(keep).numEntitiesToAdd(), 0);
+}
+
+TEST(VcctlModes, Pivot) {
+  auto pdu = dryRun({"pivot", "--point", "6378137.25,0,0", "--radius", "10", "--heading", "0.5",
+                     "--pitch", "-0.25"});
+  const auto& p = as<DtPivotVCPdu>(pdu);
+  EXPECT_EQ(p.pivotPoint(), DtVector64(6378137.25, 0, 0));
+  EXPECT_EQ(p.radius(), 10.0f);
+  EXPECT_EQ(p.bodyHeading(), 0.5f);
+  EXPECT_EQ(p.pitch(), -0.25f);
+  EXPECT_EQ(flagsOf(pdu), 0xFFFFF9E8u);  // 0x7, 0x200, 0x400, 0x10
+}
+
+// The help gives every option its unit, and the entity argument its form.
+TEST(VcctlModes, HelpGivesEachOptionItsUnit) {
+  VcctlRun orbit = runVcctl({"orbit", "--help"});
+  EXPECT_NE(orbit.lineWith("--rate R"), "");
+  EXPECT_NE(orbit.lineWith("--rate R").find("radians per second"), std::string::npos);
+  EXPECT_NE(orbit.lineWith("--radius R").find("in metres"), std::string::npos);
+  EXPECT_NE(orbit.lineWith("  <entity>").find("site:host:entity"), std::string::npos);
+  VcctlRun tether = runVcctl({"tether", "--help"});
+  EXPECT_NE(tether.lineWith("--offset X,Y,Z").find("in metres"), std::string::npos);
+  EXPECT_NE(tether.lineWith("--orientation H,P,R").find("(heading, pitch, roll"),
+            std::string::npos);
+  VcctlRun track = runVcctl({"track", "--help"});
+  EXPECT_NE(track.lineWith("--at X,Y,Z").find("geocentric"), std::string::npos);
+}

@@ -98,6 +98,11 @@ TEST_F(EyepointTest, TrackModesLookAtTheTrackedEntity) {
   expectNear(eye().position - here, kUp * 100.0, 1e-4);
   EXPECT_NEAR(eye().local.psi, kPi / 2, 1e-9);
   EXPECT_NEAR(eye().local.theta, -std::atan2(100.0, 300.0), 1e-4);  // looking down at it
+
+  // Mimic-track counts its offset in the aircraft's body axes, whose z points down.
+  const DtVector64 overhead(0, 0, -100);
+  controller.setMimicTrackMode(&first, &second, &overhead);
+  expectNear(eye().position - here, kUp * 100.0, 1e-4);
 }
 
 TEST_F(EyepointTest, SpheresAroundEntitiesAndPoints) {

@@ -183,6 +183,119 @@ TEST_F(ViewerTest, IgnoreFlagsAreReadBitByBitWithEachModesOwnBits) {
   EXPECT_EQ(viewer.view().mode(), DtVcMimicTrack);
 }
 
+// Mode by mode, the fields no command of the controller reaches, built with the classes'
+// own setters and flagged with the bits worked out by hand: a lone roll is left out by
+// 0x20, an orientation by 0x8, 0x10 and 0x20 one angle each; marking texts come along
+// when the PDU has room for them. The reports give them back with exactly those bits
+// clear.
+TEST_F(ViewerTest, CompassOrbitAndPivotKeepTheirRollByItsOwnBit) {
+  DtCompassVCPdu compass;
+  compass.setAttachId("1:2:3");
+  compass.setMarkingText("EAGLE 1");
+  compass.setRadius(100);
+  compass.setBodyHeading(0.5f);
+  compass.setPitch(-0.25f);
+  compass.setHeadingOffset(0.125f);
+  compass.setPitchOffset(0.0625f);
+  compass.setRoll(0.75f);
+  compass.setIgnoreFlags(0xFFFFFFFF & ~0x101E10ul);  // all but the roll
+  receive(compass);
+  EXPECT_EQ(lastLine(),
+            "compass attach=1:2:3 attachmarking=\"EAGLE 1\" radius=100 bodyheading=0.5 "
+            "pitch=-0.25 headingoffset=0.125 pitchoffset=0.0625 roll=(kept)");
+  compass.setIgnoreFlags(0xFFFFFFFF & ~0x20ul);  // the roll alone
+  receive(compass);
+  EXPECT_EQ(lastLine(),
+            "compass attach=(kept) radius=(kept) bodyheading=(kept) pitch=(kept) "
+            "headingoffset=(kept) pitchoffset=(kept) roll=0.75");
+  auto s = askState();
+  const auto& c = static_cast<const DtCompassVCPdu&>(*s);
+  EXPECT_EQ(s->ignoreFlags() & 0xFFFFFFFFul, 0xFFEFE1CFul);
+  EXPECT_EQ(c.markingText(), "EAGLE 1");
+  EXPECT_EQ(c.headingOffset(), 0.125f);
+  EXPECT_EQ(c.pitchOffset(), 0.0625f);
+  EXPECT_EQ(c.roll(), 0.75f);
+
+  // Orbit and pivot share the state's roll and offsets, and report them.
+  DtOrbitVCPdu orbit;
+  orbit.setIgnoreFlags(0xFFFFFFFF);
+  receive(orbit);
+  s = askState();
+  EXPECT_EQ(s->ignoreFlags() & 0xFFFFFFFFul, 0xFFEBE5C7ul);
+  EXPECT_EQ(static_cast<const DtOrbitVCPdu&>(*s).roll(), 0.75f);
+  EXPECT_EQ(static_cast<const DtOrbitVCPdu&>(*s).pitchOffset(), 0.0625f);
+  DtPivotVCPdu pivot;
+  pivot.setRoll(-1.5f);
+  pivot.setIgnoreFlags(0xFFFFFFFF & ~0x20ul);
+  receive(pivot);
+  EXPECT_EQ(lastLine().substr(lastLine().find("roll=")), "roll=-1.5 pivotpoint=(kept)");
+  s = askState();
+  EXPECT_EQ(s->ignoreFlags() & 0xFFFFFFFFul, 0xFFFFE1C8ul);
+  EXPECT_EQ(static_cast<const DtPivotVCPdu&>(*s).roll(), -1.5f);
+  EXPECT_EQ(static_cast<const DtPivotVCPdu&>(*s).radius(), 100.0f);
+}
+
+TEST_F(ViewerTest, MimicTakesItsBodyOrientationAngleByAngle) {
+  DtMimicVCPdu mimic;
+  mimic.setAttachId("1:2:3");
+  mimic.setBodyOrientation(DtTaitBryan(0.5, 0.25, 0.125));
+  mimic.setIgnoreFlags(0xFFFFFFFF & ~0x10ul);  // the pitch alone
+  receive(mimic);
+  EXPECT_EQ(lastLine(), "mimic attach=(kept) offset=(kept) heading=(kept) pitch=0.25 roll=(kept)");
+  mimic.setIgnoreFlags(0xFFFFFFFF & ~0x28ul);  // heading and roll
+  receive(mimic);
+  EXPECT_EQ(lastLine(), "mimic attach=(kept) offset=(kept) heading=0.5 pitch=(kept) roll=0.125");
+  auto s = askState();
+  EXPECT_EQ(s->ignoreFlags() & 0xFFFFFFFFul, 0xFFEF1FC7ul);
+  EXPECT_EQ(static_cast<const DtMimicVCPdu&>(*s).bodyOrientation(), DtTaitBryan(0.5, 0.25, 0.125));
+}
+
+TEST_F(ViewerTest, MarkingTextsComeOnlyWithAPduLongEnoughForThem) {
+  DtTetherTrackVCPdu both;
+  both.setAttachId("1:1:1");
+  both.setAttachMarkingText("EAGLE 1");
+  both.setTrackId("2:2:2");
+  both.setTrackMarkingText("EAGLE 2");
+  both.setOffset(DtVector64(1, 2, 3));
+  both.setIgnoreFlags(0xFFCF1FFF);
+  receive(both);
+  EXPECT_EQ(lastLine(),
+            "tether-track attach=1:1:1 attachmarking=\"EAGLE 1\" track=2:2:2 "
+            "trackmarking=\"EAGLE 2\" offset=(1, 2, 3)");
+  auto s = askState();
+  EXPECT_EQ(static_cast<const DtTetherTrackVCPdu&>(*s).attachMarkingText(), "EAGLE 1");
+  EXPECT_EQ(static_cast<const DtTetherTrackVCPdu&>(*s).trackMarkingText(), "EAGLE 2");
+
+  // A sender that leaves the marking texts off: whatever lies behind is no marking.
+  DtTetherVCPdu tether;
+  tether.setAttachId("3:3:3");
+  tether.setMarkingText("stale");
+  tether.setIgnoreFlags(0xFFEFFFFF);
+  tether.changeSize(244);
+  receive(tether);
+  EXPECT_EQ(lastLine(),
+            "tether attach=3:3:3 topoupoffset=(kept) heading=(kept) pitch=(kept) "
+            "roll=(kept)");
+  EXPECT_EQ(viewer.view().params().primary.marking, "");
+}
+
+TEST_F(ViewerTest, AGroupsOwnHeadingAndPitchAreNotItsOffsets) {
+  DtGroupVCPdu group;
+  group.setHeading(0.5f);
+  group.setPitch(-0.25f);
+  group.setHeadingOffset(0.125f);
+  group.setIgnoreFlags(0xFFFFFFFF & ~0x8ul);  // the heading alone
+  receive(group);
+  EXPECT_EQ(lastLine(),
+            "group radialoffset=(kept) heading=0.5 pitch=(kept) headingoffset=(kept) "
+            "pitchoffset=(kept) remove=[] add=[] members=[]");
+  EXPECT_EQ(viewer.view().params().headingOffset, 0);
+  auto s = askState();
+  EXPECT_EQ(s->ignoreFlags() & 0xFFFFFFFFul, 0xFFF7E7E7ul);
+  EXPECT_EQ(static_cast<const DtGroupVCPdu&>(*s).heading(), 0.5f);
+  EXPECT_EQ(static_cast<const DtGroupVCPdu&>(*s).groupCmd(), 0u);
+}
+
 TEST_F(ViewerTest, GroupAndModelessEditsChangeMembersAndEntitiesOnly) {
   DtGlobalObjectDesignatorList ab = ids({"a", "b"});
   float radial = 40;

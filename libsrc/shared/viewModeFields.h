@@ -184,7 +184,7 @@ inline constexpr Field kGroup[] = {
   {"pitch",         What::Pitch,         R,   N, 164, kPitch,         nullptr,       nullptr},
   {"headingoffset", What::HeadingOffset, R,   N, 168, kHeadingOffset, "heading",     "heading offset"},
   {"pitchoffset",   What::PitchOffset,   R,   N, 172, kPitchOffset,   "pitch",       "pitch offset"},
-  {"members",       What::Group,         Kind::Entities, N, 180, kNoBit, "entities", "entities of the group; none keeps the current group"}};
+  {"members",       What::Group,         Kind::Entities, N, 180, kNoBit, "entities", "entities of the group"}};
 // Neither of these changes the mode: modeless names the entities and edits the group,
 // move steps, turns or places the eye in the mode in force.
 inline constexpr Field kModeless[] = {

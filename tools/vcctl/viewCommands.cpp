@@ -96,7 +96,8 @@ void declareMode(Command& root, Registry& registry, const vcmodes::Mode& mode) {
             c.option(f.option, Type::Text, helpOf(f) + " (site:host:entity)").placeholder("ENTITY");
           break;
         case vcmodes::Kind::Entities:
-          c.arguments(f.option, Type::Text, helpOf(f) + " (site:host:entity)");
+          c.arguments(f.option, Type::Text,
+                      helpOf(f) + " (site:host:entity); none keeps the current group");
           break;
         default:
           break;
