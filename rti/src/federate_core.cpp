@@ -263,14 +263,15 @@ InstanceHandle FederateCore::registerInstance(std::uint64_t h, const std::wstrin
 void FederateCore::updateAttributes(InstanceHandle h, const HandleValues& values, ValueView tag) {
   const Known& k = known(h, L"updateAttributeValues");
   for (const auto& entry : values) {
+    // What it owns it published, so the class has it: the usual case needs no other look.
+    if (k.owned && contains(k.ownedAttributes, entry.first)) continue;
     if (!model_->objects.memberAvailable(k.cls, entry.first))
       throw RtiError(Fault::AttributeNotDefined, L"AttributeHandle(" + number(entry.first) +
                                                      L") is not an attribute of " +
                                                      model_->objects.classes[k.cls].qualified);
-    if (!k.owned || !contains(k.ownedAttributes, entry.first))
-      throw RtiError(Fault::AttributeNotOwned, L"AttributeHandle(" + number(entry.first) +
-                                                   L") of instance '" + k.name +
-                                                   L"' is not owned by this federate");
+    throw RtiError(Fault::AttributeNotOwned, L"AttributeHandle(" + number(entry.first) +
+                                                 L") of instance '" + k.name +
+                                                 L"' is not owned by this federate");
   }
   link_->updateAttributes(h, values, tag);
 }
@@ -540,8 +541,8 @@ bool FederateCore::evoke(double minSeconds, double maxSeconds, bool single) {
 }
 
 bool FederateCore::deliverOne() {
+  wire::Message& m = rxMessage_;
   while (pending()) {
-    wire::Message m;
     const wire::DecodeResult d =
         wire::decodeFrame(deliver_.data() + deliverPos_, deliver_.size() - deliverPos_, m);
     if (d.status != wire::DecodeStatus::Complete) {

@@ -113,7 +113,9 @@ class FederateCore {
   // Received frames awaiting delivery; values handed to callbacks point into it.
   ByteBuffer deliver_;
   std::size_t deliverPos_ = 0;
-  // Reused from one callback to the next so that a steady stream does not allocate.
+  // Reused from one callback to the next so that a steady stream does not allocate (and
+  // the message is not cleared twice: decoding clears it).
+  wire::Message rxMessage_;
   HandleValues rxValues_;
   HandleSet rxHandles_;
   ByteBuffer tx_;

@@ -359,7 +359,6 @@ FederationCore::Instance* FederationCore::owned(const Slot& from, InstanceHandle
 
 const std::vector<FederationMember*>& FederationCore::reach(const Slot& from, InstanceHandle h,
                                                             Instance& inst) {
-  targets_.clear();
   const auto& targets = receivers(objects_, model_->objects, inst.cls);
   work_ += targets.size();
   for (FederationMember* target : targets) {
@@ -367,9 +366,8 @@ const std::vector<FederationMember*>& FederationCore::reach(const Slot& from, In
     // A subscriber is told of an instance before its first values, whenever it came.
     const std::uint32_t slot = target->slot_;
     if (slot >= inst.known.size() || !inst.known[slot]) discover(slot, h, inst);
-    targets_.push_back(target);
   }
-  return targets_;
+  return targets;
 }
 
 const std::vector<FederationMember*>* FederationCore::updateTargets(FederationMember& fromMember,
@@ -384,7 +382,8 @@ std::string FederationCore::onUpdate(Slot& from, const wire::Message& m, const u
   Instance* inst = owned(from, m.instance);
   if (!inst) return "update of instance " + std::to_string(m.instance) + " it does not own";
   if (std::string err = checkMembers(model_->objects, inst->cls, m); !err.empty()) return err;
-  for (FederationMember* target : reach(from, m.instance, *inst)) target->deliver(frame, size);
+  for (FederationMember* target : reach(from, m.instance, *inst))
+    if (target != from.member) target->deliver(frame, size);
   return {};
 }
 

@@ -94,11 +94,11 @@ class FederationCore {
     return receivers(interactions_, model_->interactions, cls);
   }
 
-  // The members an update of `instance` from `from` reaches (the sender not among them),
-  // each told of the instance first if it did not know it yet; null when `from` does not
-  // own the instance. The caller delivers the update to each, in order: in one process
-  // the values go straight into their inboxes, unencoded until then. Valid until the next
-  // call into the core.
+  // The members an update of `instance` from `from` reaches (the sender among them if it
+  // subscribes: it is not to receive it), each told of the instance first if it did not
+  // know it yet; null when `from` does not own the instance. The caller delivers the update to
+  // each, in order: in one process the values go straight into their inboxes, unencoded until then.
+  // Valid until the next call into the core.
   const std::vector<FederationMember*>* updateTargets(FederationMember& from,
                                                       InstanceHandle instance);
 
@@ -203,7 +203,6 @@ class FederationCore {
   std::map<InstanceHandle, Instance> instances_;
   // The same instances by handle, for the lookup every update makes.
   std::unordered_map<InstanceHandle, Instance*> byHandle_;
-  std::vector<FederationMember*> targets_;
   std::unordered_map<std::string, NameEntry> names_;
   std::size_t bytes_ = 0;
   std::size_t work_ = 0;
