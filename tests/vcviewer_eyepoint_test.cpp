@@ -127,6 +127,39 @@ TEST_F(EyepointTest, SpheresAroundEntitiesAndPoints) {
   expectNear(eye().position - here, kEast * -100.0, 1e-4);
 }
 
+// What the cases above leave out: absolute, offset mimic, and the offsets and roll of a
+// sphere, which only a PDU of the class itself carries.
+TEST_F(EyepointTest, AbsoluteOffsetMimicAndTheOffsetsAndRollOfASphere) {
+  const DtVector64 at(here.x, here.y, here.z);
+  const DtTaitBryan look(0.5, 0.25, 0.125);
+  controller.setAbsoluteMode(&at, &look);
+  expectNear(eye().position, here, 1e-6);
+  EXPECT_NEAR(eye().local.psi, 0.5, 1e-6);  // relative to the eye's own horizon
+  EXPECT_NEAR(eye().local.theta, 0.25, 1e-6);
+  EXPECT_NEAR(eye().local.phi, 0.125, 1e-6);
+
+  const DtVector64 aft(-50, 0, -10);  // placed as mimic places it
+  controller.setTurretMode(&first, &aft);
+  expectNear(eye().position - here, {60 * s, 0, -40 * s}, 1e-4);
+
+  // Looking north turned a quarter turn by the heading offset looks east, so the eye is
+  // west of the aircraft; the pitch offset tips the look down, the roll turns it.
+  DtCompassVCPdu compass;
+  compass.setAttachId("1:1:1");
+  compass.setRadius(100);
+  compass.setHeadingOffset(static_cast<float>(kPi / 2));
+  compass.setPitchOffset(-0.5f);
+  compass.setRoll(0.25f);
+  compass.setIgnoreFlags(0);
+  compass.setViewerId("v1");
+  wire.send(compass.packet(), compass.length());
+  expectNear(eye().position - here, kEast * -(100 * std::cos(0.5)) + kUp * (100 * std::sin(0.5)),
+             1e-3);
+  EXPECT_NEAR(eye().local.psi, kPi / 2, 1e-4);
+  EXPECT_NEAR(eye().local.theta, -0.5, 1e-4);
+  EXPECT_NEAR(eye().local.phi, 0.25, 1e-4);
+}
+
 TEST_F(EyepointTest, AGroupIsFramedFromItsCentre) {
   DtGlobalObjectDesignatorList both;
   both.add("1:1:1");
