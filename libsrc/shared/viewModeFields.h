@@ -98,6 +98,7 @@ enum class Frame {
   Body    // the entity's body axes (x forward, y right, z down)
 };
 
+/// One field of a command's body: everything any of the tools needs to know of it.
 struct Field {
   const char* name;  // the viewer's word for it in its lines
   What what;
@@ -111,6 +112,7 @@ struct Field {
   const char* help;  // vcctl's help, before the unit
 };
 
+/// One command's body as its fields; for the modes also what vcctl says of it.
 struct Mode {
   DtViewerCommand command;
   const char* name;     // vcctl's command and the viewer's word for the mode
@@ -389,7 +391,6 @@ class Command {
     return *this;
   }
 
-  unsigned long flags() const { return flags_; }
   /// Stores the flags; the PDU is then ready to send.
   DtVistrelControlPdu& pdu() {
     pdu_.setIgnoreFlags(flags_);
