@@ -4,7 +4,7 @@
 // aircraft and still at that offset in the aircraft's local east-north-up frame. A text
 // hung on the aircraft moves with it; one hung on an entity nobody has waits, and says so.
 //   node follow_test.mjs BIN_DIR FDD_FILE SCREENSHOT
-import { check, driver, keepScreenshot, launch, scenario, start, until, viewerOnHub } from './harness.mjs';
+import { check, driver, keepScreenshot, launch, open, scenario, start, until, viewerOnHub } from './harness.mjs';
 
 const [binDir, fdd, screenshot] = process.argv.slice(2);
 const puppeteer = await driver(binDir);
@@ -41,7 +41,7 @@ await scenario(async () => {
   const errors = [];
   page.on('pageerror', (e) => errors.push(e.message));
   await page.setViewport({ width: 1600, height: 1000 });
-  await page.goto(pageUrl, { waitUntil: 'load' });
+  await open(page, pageUrl);
 
   await vcctl('tether', '1:1:1', '--offset', '0,-50,20');
   await vcctl('draw', 'text3d', '--id', '5', '--attach', '1:1:1', '--offset', '0,0,30', 'HAWK lead');

@@ -54,6 +54,14 @@ export async function launch(puppeteer) {
   return browser;
 }
 
+// Opens the page and waits for it to load. Chromium renders the 3D views in software, and on
+// a machine busy with other builds and tests the first load alone has taken over 30 s
+// (puppeteer's default bound), so the bound is generous: it only has to catch a page that
+// never loads.
+export async function open(page, url) {
+  await page.goto(url, { waitUntil: 'load', timeout: 120000 });
+}
+
 // Starts a program of the build and waits (up to 20 s) for a line of its output that
 // matches `pattern`.
 export function start(binDir, program, args, pattern) {

@@ -4,7 +4,7 @@
 //   node live_page_test.mjs BIN_DIR FDD_FILE SCREENSHOT
 // Exits 0 when every check holds, 1 on the first that does not, 77 when there is no
 // Chromium or no puppeteer-core to drive it (scripts/setup.sh installs both).
-import { check, driver, keepScreenshot, launch, scenario, until, viewerOnHub } from './harness.mjs';
+import { check, driver, keepScreenshot, launch, open, scenario, until, viewerOnHub } from './harness.mjs';
 
 const [binDir, fdd, screenshot] = process.argv.slice(2);
 const puppeteer = await driver(binDir);
@@ -17,13 +17,13 @@ await scenario(async () => {
   page.on('pageerror', (e) => errors.push(e.message));
   page.on('requestfailed', (r) => { if (!r.url().endsWith('/events')) errors.push(`${r.url()} failed`); });
   await page.setViewport({ width: 1600, height: 1000 });
-  await page.goto(pageUrl, { waitUntil: 'load' });
+  await open(page, pageUrl);
   await until(page, 'the page gets the first snapshot', () => window.vcLive.received >= 1);
   check('three.js is served by vcviewer and runs', await page.evaluate(() => typeof THREE === 'object' && !!window.vcLive.scene3d));
 
   // A second page that goes away in the middle: the first must not notice.
   const other = await browser.newPage();
-  await other.goto(pageUrl, { waitUntil: 'load' });
+  await open(other, pageUrl);
 
   await vcctl('orbit', '1:1:1', '--radius', '500', '--rate', '0.1');
   await until(page, 'the eyepoint mode and its parameters', () =>
