@@ -41,7 +41,10 @@ if [ -x "$prefix/bin/rtihub" ]; then
   rti=embedded
   for f in include/vistrelcontrol/rti1516/RTI/RTIambassador.h \
     include/vistrelcontrol/rti1516/RTI/SpecificConfig.h \
-    lib/vistrelcontrol/rti1516/librti1516_64.so lib/vistrelcontrol/rti1516/libfedtime1516_64.so; do
+    lib/vistrelcontrol/rti1516/librti1516_64.so lib/vistrelcontrol/rti1516/libfedtime1516_64.so \
+    include/rti1516e/RTI/RTIambassador.h include/rti1516e/RTI/SpecificConfig.h \
+    include/rti1516e/RTI/time/HLAinteger64Time.h \
+    lib/vistrelcontrol/rti1516e/librti1516e.so lib/vistrelcontrol/rti1516e/libfedtime1516e.so; do
     test -e "$prefix/$f" || fail "embedded RTI: no $f"
   done
 else
@@ -103,7 +106,7 @@ grep -qF "$fom" <<<"$help" || fail "vcctl-1516e --help names no $fom:"$'\n'"$hel
 version=$("$prefix/bin/vcctl-1516e" --version)
 grep -q '^library libvistrelControlToolkitHLA1516e.so.54,' <<<"$version" ||
   fail "vcctl-1516e --version names another library:"$'\n'"$version"
-grep -q '^RTI: .*librti1516e' <<<"$version" || fail "vcctl-1516e is not over a 1516-2010 RTI:"$'\n'"$version"
+grep -q '^RTI: .*rti1516e' <<<"$version" || fail "vcctl-1516e is not over a 1516-2010 RTI:"$'\n'"$version"
 out=$("$prefix/bin/vcbench-1516e" --federation thread://installed --count 2000 --pings 5) ||
   fail "installed vcbench-1516e did not run on the installed FOM module:"$'\n'"$out"
 

@@ -415,7 +415,9 @@ TEST(Vcctl, WhatFillsAPduIsSentWholeAndOneMoreIsRefused) {
 // says what each exit status means.
 TEST(Tools, VersionAndExitStatusAreStated) {
   for (const std::string tool : {"vcctl", "vcviewer", "vcbench", "rtihub"}) {
-    if (tool == "rtihub" && !vctest::hubAvailable()) continue;
+    // The hub serves both flavours: it is checked with the 1516-2000 flavour's tools.
+    if (tool == "rtihub" && (!vctest::hubAvailable() || !std::string(VC_TOOL_SUFFIX).empty()))
+      continue;
     vctest::ChildProcess version(vctest::binaryPath(tool), {"--version"}, true);
     Words lines;
     std::string line;

@@ -93,6 +93,12 @@ class FederateCallbacks {
                                  ValueView tag) = 0;
 };
 
+// What a facade says of a service of its API that this RTI does not provide: the same
+// words whichever API it is called through.
+inline std::wstring unsupportedService(const wchar_t* operation) {
+  return std::wstring(operation) + L" is not supported by this RTI";
+}
+
 // What becomes of a resigning federate's instances.
 enum class ResignMode : std::uint32_t {
   DeleteInstances = 0,  // removed for everyone

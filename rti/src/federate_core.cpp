@@ -56,8 +56,13 @@ FederateCore::~FederateCore() {
 // ---------------------------------------------------------------- Federation management
 
 void FederateCore::createFederation(const std::wstring& federation, const std::wstring& fddFile) {
+  parseUrl(federation);  // a bad name is reported before the file is read
+  createFederation(federation, parseFddFile(fddFile));
+}
+
+void FederateCore::createFederation(const std::wstring& federation, FddModel fdd) {
   const FederationUrl url = parseUrl(federation);
-  auto model = std::make_shared<FddModel>(parseFddFile(fddFile));
+  auto model = std::make_shared<FddModel>(std::move(fdd));
   if (url.local)
     createLocalFederation(url.name, std::move(model));
   else

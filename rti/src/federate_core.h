@@ -25,6 +25,10 @@ class FederateCore {
   // Federation management. `federation` is the execution's name as the application gives
   // it (thread://Name, rti://host:port/Name or Name).
   static void createFederation(const std::wstring& federation, const std::wstring& fddFile);
+  // The same from a model already read (a facade that merges several modules into one).
+  static void createFederation(const std::wstring& federation, FddModel model);
+  // The federation's model, once joined.
+  const FddModel& model() const { return *model_; }
   static void destroyFederation(const std::wstring& federation);
   std::uint32_t join(const std::wstring& federateType, const std::wstring& federation,
                      FederateCallbacks& callbacks);

@@ -1,13 +1,18 @@
 // The implementation's door into handle values: handles are positions in the FDD tables
 // (interaction classes, parameters, ...) or federate numbers. Each handle class admits
 // its own friend class (FederateHandleFriend, ...); HandleAccess reaches all of them
-// through one interface.
+// through one interface. The same for either API: VCRTI_API names the namespace of the
+// handles (rti1516 unless the facade being built says otherwise).
 #ifndef VCRTI_HANDLE_ACCESS_H
 #define VCRTI_HANDLE_ACCESS_H
 
 #include <RTI/Handle.h>
 
-namespace rti1516 {
+#ifndef VCRTI_API
+#define VCRTI_API rti1516
+#endif
+
+namespace VCRTI_API {
 
 template <class H>
 struct HandleFriendOf;
@@ -45,6 +50,6 @@ struct HandleAccess {
   }
 };
 
-}  // namespace rti1516
+}  // namespace VCRTI_API
 
 #endif

@@ -1,9 +1,11 @@
 #include "unsupported_services.h"
 
+#include "core_types.h"
+
 namespace vcrti {
 
 void UnsupportedServices::notSupported(const wchar_t* operation) {
-  throw RTIinternalError(std::wstring(operation) + L" is not supported by this RTI");
+  throw RTIinternalError(unsupportedService(operation));
 }
 
 void UnsupportedServices::registerFederationSynchronizationPoint(std::wstring const&,
