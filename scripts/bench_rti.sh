@@ -6,7 +6,8 @@
 # through our rtihub and through OpenRTI's rtinode), the variants taking turns for ROUNDS
 # rounds (default 3). The same for objects: one federate updates OBJECTS instances in turn
 # (default 1000) with 100-byte values, as an entity's state, and the other reflects them.
-# Prints the median throughput of each and the ratio embedded/OpenRTI (1516-2000). Then
+# The embedded RTI through its 1516-2010 API too (vcbench-1516e of build/). Prints the
+# median throughput of each and the ratios embedded/OpenRTI for each API. Then
 # the loopback limit: what two raw loopback hops through a relay process carry with the
 # same message sizes (bench/loopback_limit.cpp), and the hub's share of it.
 #   scripts/bench_rti.sh            COUNT messages per run (default 200000)
@@ -21,7 +22,7 @@ openrti=$(scripts/openrti.sh)
 if [ ! -f build/build.ninja ]; then
   cmake -S . -B build -G Ninja -DVC_WERROR=ON -DCMAKE_BUILD_TYPE=Release >/dev/null
 fi
-cmake --build build -j "$jobs" --target vcbench rtihub >/dev/null
+cmake --build build -j "$jobs" --target vcbench vcbench-1516e rtihub >/dev/null
 if ! grep -q "^RTI1516E_ROOT:PATH=$openrti\$" build-openrti/CMakeCache.txt 2>/dev/null ||
   ! grep -q "^VC_BUILD_BENCH:BOOL=ON\$" build-openrti/CMakeCache.txt; then
   cmake -S . -B build-openrti -G Ninja -DVC_WERROR=ON -DCMAKE_BUILD_TYPE=Release -DVC_BUILD_BENCH=ON \
@@ -54,9 +55,9 @@ throughput() {
   echo "${t:-0}"
 }
 
-# A variant is a build directory and the vcbench in it: build/vcbench,
+# A variant is a build directory and the vcbench in it: build/vcbench, build/vcbench-1516e,
 # build-openrti/vcbench or build-openrti/vcbench-1516e.
-variants=(build/vcbench build-openrti/vcbench build-openrti/vcbench-1516e)
+variants=(build/vcbench build-openrti/vcbench build/vcbench-1516e build-openrti/vcbench-1516e)
 
 # thread:// in one process. A run that fails (an RTI without object management) counts
 # as 0.
@@ -120,10 +121,12 @@ ratio() { awk -v e="$1" -v o="$2" 'BEGIN {print (o > 0 ? e / o : 0)}'; }
 echo "vcbench raw, $count messages per run, median of $rounds alternating rounds:"
 echo "312-byte interactions, or $objects object instances updated in turn with 100-byte values"
 echo "load: $(cut -d' ' -f1-3 /proc/loadavg) on $(nproc) cores"
-printf '%-42s %14s %14s %14s %8s\n' "set-up" "embedded (/s)" "OpenRTI (/s)" "OpenRTI e (/s)" "ratio"
+printf '%-42s %14s %14s %8s %14s %14s %8s\n' "set-up" "embedded (/s)" "OpenRTI (/s)" "ratio" \
+  "embedded e (/s)" "OpenRTI e (/s)" "ratio e"
 for setup in "${setups[@]}"; do
   e=$(med "$setup/build/vcbench")
   o=$(med "$setup/build-openrti/vcbench")
+  ee=$(med "$setup/build/vcbench-1516e")
   oe=$(med "$setup/build-openrti/vcbench-1516e")
   case $setup in
     in_process) name="interactions, in-process (thread://)" ;;
@@ -131,9 +134,10 @@ for setup in "${setups[@]}"; do
     objects_in_process) name="reflects, in-process (thread://)" ;;
     objects_across) name="reflects, two processes (rtihub/rtinode)" ;;
   esac
-  printf '%-42s %14s %14s %14s %7.1fx\n' "$name" "$e" "$o" "$oe" "$(ratio "$e" "$o")"
+  printf '%-42s %14s %14s %7.1fx %14s %14s %7.1fx\n' "$name" "$e" "$o" "$(ratio "$e" "$o")" \
+    "$ee" "$oe" "$(ratio "$ee" "$oe")"
 done
-echo "OpenRTI e: OpenRTI through its IEEE 1516-2010 API (vcbench-1516e); the others' API is 1516-2000"
+echo "e: through the IEEE 1516-2010 API (vcbench-1516e); the others through 1516-2000"
 echo "0: the run failed (an RTI without object management) or stalled"
 echo
 echo "loopback limit: sender, relay process and receiver, two TCP hops on 127.0.0.1, framed as the hub frames"

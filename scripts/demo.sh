@@ -9,6 +9,7 @@
 #   scripts/demo.sh --openrti    the same through OpenRTI's server, rtinode: OpenRTI built by
 #                                scripts/openrti.sh, the tools built against it in
 #                                build-openrti/ (BUILD_DIR)
+#   scripts/demo.sh --1516e      the same with the IEEE 1516-2010 tools (vcctl-1516e, ...)
 # BUILD_DIR and OUT_DIR (default out/) move the build and the output elsewhere; HTTP sets
 # the page's address (default 127.0.0.1:0, a free port); PAUSE the seconds between steps
 # (default 2 on a terminal, so the page can be watched, else 0).
@@ -21,12 +22,14 @@ fail() { echo "demo.sh: $*" >&2; exit 1; }
 keep=no
 build=yes
 rti=embedded
+api=""
 for arg in "$@"; do
   case "$arg" in
     --keep) keep=yes ;;
     --no-build) build=no ;;
     --openrti) rti=openrti ;;
-    -h|--help) sed -n '2,14p' "$0"; exit 0 ;;
+    --1516e) api=-1516e ;;
+    -h|--help) sed -n '2,15p' "$0"; exit 0 ;;
     *) echo "demo.sh: unknown option $arg (try --help)" >&2; exit 2 ;;
   esac
 done
@@ -38,6 +41,7 @@ if [ "$rti" = openrti ]; then
   openrti=$(scripts/openrti.sh) || fail "OpenRTI is not available (see above)"
   server=rtinode
   configure=(-DRTI1516_ROOT="$openrti")
+  [ -z "$api" ] || configure+=(-DRTI1516E_ROOT="$openrti")
   default_build=build-openrti
 fi
 build_dir=$(cd "$root" && mkdir -p "${BUILD_DIR:-$default_build}" && cd "${BUILD_DIR:-$default_build}" && pwd)
@@ -78,7 +82,7 @@ if [ "$build" = yes ]; then
   # The same configuration as scripts/test.sh, so that the two share one build.
   cmake -S "$root" -B "$build_dir" -G Ninja -DVC_WERROR=ON -DCMAKE_BUILD_TYPE=Release "${configure[@]}" >"$out/configure.log" 2>&1 ||
     { cat "$out/configure.log" >&2; fail "configuring failed (log: $out/configure.log)"; }
-  targets=(vcctl vcviewer vcmover)
+  targets=(vcctl$api vcviewer$api vcmover$api)
   [ "$rti" = embedded ] && targets+=(rtihub)
   : >"$out/build.log"
   cmake --build "$build_dir" -j "${JOBS:-2}" --target "${targets[@]}" 2>&1 |
@@ -86,7 +90,7 @@ if [ "$build" = yes ]; then
     { tail -n 40 "$out/build.log" >&2; fail "building failed (log: $out/build.log)"; }
   echo "built: ${targets[*]} in $bin"
 fi
-programs=(vcctl vcviewer vcmover)
+programs=(vcctl$api vcviewer$api vcmover$api)
 [ "$rti" = embedded ] && programs+=(rtihub)
 for program in "${programs[@]}"; do
   [ -x "$bin/$program" ] || fail "$bin/$program is missing: run without --no-build"
@@ -138,7 +142,7 @@ url=rti://127.0.0.1:$port/Demo
 echo "$line"
 
 step "Starting the viewer stand-in viewer-1 on $url"
-"$bin/vcviewer" --id viewer-1 --federation "$url" --svg "$svg" --http "${HTTP:-127.0.0.1:0}" \
+"$bin/vcviewer$api" --id viewer-1 --federation "$url" --svg "$svg" --http "${HTTP:-127.0.0.1:0}" \
   >"$out/viewer.log" 2>"$out/viewer.err" &
 viewer_pid=$!
 pids+=($viewer_pid)
@@ -147,7 +151,7 @@ wait_for_line "$out/viewer.log" "ready on" 10 >/dev/null ||
 page=$(grep -m1 "vcviewer page on " "$out/viewer.log") || fail "the viewer printed no page address"
 
 step "Starting vcmover: aircraft EAGLE1 to EAGLE3 (entities 1:1:1 to 1:1:3) on a racetrack"
-"$bin/vcmover" --federation "$url" --count 3 --marking EAGLE --track racetrack --size 800 \
+"$bin/vcmover$api" --federation "$url" --count 3 --marking EAGLE --track racetrack --size 800 \
   --speed 80 >"$out/mover.log" 2>&1 &
 pids+=($!)
 wait_for_line "$out/mover.log" "ready" 20 >/dev/null ||
@@ -183,7 +187,7 @@ vcctl() {
     case "$word" in *[[:space:]]*) shown+=" \"$word\"" ;; *) shown+=" $word" ;; esac
   done
   echo "   \$ vcctl$shown"
-  "$bin/vcctl" --federation "$url" --viewer viewer-1 "$@" 2>>"$out/vcctl.err" | sed 's/^/     /'
+  "$bin/vcctl$api" --federation "$url" --viewer viewer-1 "$@" 2>>"$out/vcctl.err" | sed 's/^/     /'
   [ "${PIPESTATUS[0]}" -eq 0 ] || fail "vcctl $* failed (see $out/vcctl.err)"
 }
 
