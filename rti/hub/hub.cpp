@@ -190,15 +190,16 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
   // Gives back large buffers that are empty. Done now and then rather than each time one
   // empties: a busy client empties them many times a second and would otherwise pay for
   // fresh pages each time.
-  void trim() {
+  // With `keep` zero, every empty buffer goes: the hub is short of memory.
+  void trim(std::size_t keep = kKeptBuffer) {
     if (closed_) return;
-    if (rx_.empty() && rx_.capacity() > kKeptBuffer) {
+    if (rx_.empty() && rx_.capacity() > keep) {
       rx_ = ByteBuffer();
       account();
     }
     if (!writingNow_ && pending_.empty()) {
-      if (writing_.capacity() > kKeptBuffer) writing_ = ByteBuffer();
-      if (pending_.capacity() > kKeptBuffer) pending_ = ByteBuffer();
+      if (writing_.capacity() > keep) writing_ = ByteBuffer();
+      if (pending_.capacity() > keep) pending_ = ByteBuffer();
       account();
     }
   }
@@ -887,10 +888,16 @@ void Hub::checkLimits(Clock::time_point now) {
 }
 
 void Hub::shedBuffers() {
-  for (;;) {
+  for (bool trimmed = false;;) {
     const std::size_t held = budget_.used + partialBytes_ +
                              static_cast<std::size_t>(std::max<std::ptrdiff_t>(buffers_, 0));
     if (held <= options_.memory) return;
+    // Buffers kept for reuse go before any client does.
+    if (!trimmed) {
+      trimmed = true;
+      for (auto& [raw, s] : sessions_) s->trim(0);
+      continue;
+    }
     Session* most = nullptr;
     for (auto& [raw, s] : sessions_)
       if (s->buffered() > 0 && (!most || s->buffered() > most->buffered())) most = raw;
