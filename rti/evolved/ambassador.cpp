@@ -269,7 +269,7 @@ void Ambassador::resignFederationExecution(ResignAction resignAction) {
   if (resignAction < UNCONDITIONALLY_DIVEST_ATTRIBUTES || resignAction > NO_ACTION)
     throw InvalidResignAction(L"resign action " + std::to_wstring(resignAction));
   // The callback thread stops first: a resign under it would leave it evoking nothing.
-  if (immediate_ && std::this_thread::get_id() != callbackThread_.get_id()) stopCallbackThread();
+  if (immediate_) stopCallbackThread();
   call(L"resignFederationExecution", [&] { core_.resign(modeOf(resignAction)); });
 }
 
@@ -547,14 +547,16 @@ void Ambassador::disableCallbacks() {
 // the federate sees one callback at a time and never one in the middle of its own call.
 // It polls rather than waits in the core, since waiting there would hold the lock.
 void Ambassador::startCallbackThread() {
-  if (callbackThread_.joinable()) return;
-  stopping_ = false;
-  callbackThread_ = std::thread([this] {
-    while (!stopping_) {
+  stopCallbackThread();
+  // Each thread serves one membership: a thread whose generation has passed ends, even one
+  // left running because it was the one that resigned (from a callback).
+  const unsigned generation = ++generation_;
+  callbackThread_ = std::thread([this, generation] {
+    while (generation_ == generation) {
       bool more = false;
       {
         std::lock_guard<std::recursive_mutex> hold(lock_);
-        if (!core_.joined()) break;
+        if (generation_ != generation || !core_.joined()) break;
         try {
           more = core_.evoke(0, 0, false);
         } catch (const RtiError& e) {
@@ -571,12 +573,11 @@ void Ambassador::startCallbackThread() {
 
 void Ambassador::stopCallbackThread() {
   if (!callbackThread_.joinable()) return;
-  stopping_ = true;
-  if (std::this_thread::get_id() == callbackThread_.get_id()) {
-    callbackThread_.detach();
-    return;
-  }
-  callbackThread_.join();
+  ++generation_;
+  if (std::this_thread::get_id() == callbackThread_.get_id())
+    callbackThread_.detach();  // it ends once the callback it is in returns
+  else
+    callbackThread_.join();
 }
 
 void Ambassador::receiveInteraction(std::uint32_t cls, const HandleValues& params, ValueView tag) {

@@ -154,7 +154,7 @@ class Ambassador final : public UnsupportedServices, private FederateCallbacks {
   bool immediate_ = false;
   std::recursive_mutex lock_;  // taken only with HLA_IMMEDIATE
   std::thread callbackThread_;
-  std::atomic<bool> stopping_{false};
+  std::atomic<unsigned> generation_{0};
 
   HandleValues txParams_;
   HandleValues txAttributes_;

@@ -388,6 +388,19 @@ TEST_P(EvolvedExchange, InteractionsAndObjectsArriveByteForByte) {
   EXPECT_THROW(immediate_->evokeCallback(0), RTIinternalError);
 }
 
+TEST_P(EvolvedExchange, ImmediateCallbacksFollowTheFederateIntoItsNextMembership) {
+  immediate_->resignFederationExecution(NO_ACTION);
+  immediate_->joinFederationExecution(L"again", name_);
+  const InteractionClassHandle vc = immediate_->getInteractionClassHandle(L"ViewControl");
+  immediate_->subscribeInteractionClass(vc);
+  evoked_->publishInteractionClass(vc);
+  ParameterHandleValueMap values;
+  values[evoked_->getParameterHandle(vc, L"ViewControlPdu")] = VariableLengthData("ab", 2);
+  evoked_->sendInteraction(vc, values, VariableLengthData());
+  ASSERT_TRUE(b_.await(nullptr, [&] { return !b_.interactions.empty(); }));
+  EXPECT_EQ(b_.interactions[0].value, (Bytes{'a', 'b'}));
+}
+
 INSTANTIATE_TEST_SUITE_P(Place, EvolvedExchange, ::testing::Values(false, true),
                          [](const auto& p) { return p.param ? "Hub" : "Local"; });
 
