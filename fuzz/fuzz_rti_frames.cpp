@@ -69,6 +69,7 @@ void reencode(const wire::Message& m) {
       break;
     case wire::MsgType::Join:
       w.u32(m.requestId).str(m.name).str(m.text);
+      if (m.blob.size != 0) w.bytes(m.blob.data, m.blob.size);
       break;
     case wire::MsgType::Resign:
     case wire::MsgType::Subscribe:
@@ -85,6 +86,9 @@ void reencode(const wire::Message& m) {
       break;
     case wire::MsgType::Goodbye:
       w.str(m.text);
+      break;
+    case wire::MsgType::ModelGrown:
+      w.bytes(m.blob.data, m.blob.size);
       break;
     case wire::MsgType::NameReserved:
       w.u32(m.handle).str(m.name);

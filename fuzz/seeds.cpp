@@ -453,6 +453,10 @@ int main(int argc, char** argv) {
   // Object models.
   Corpus fdd(root, "fuzz_fdd");
   fdd.add(readFile(VC_FDD_FILE));
+  // FOM modules with datatypes of every kind.
+  fdd.add(readFile(VC_FOM_DIR "/rpr-fom-2.0/RPR-Foundation_v2.0.xml"));
+  fdd.add(readFile(VC_FOM_DIR "/rpr-fom-2.0/RPR-Physical_v2.0.xml"));
+  fdd.add(readFile(VC_FOM_DIR "/VistrelControl-1516e.xml"));
   fdd.add(std::string(R"(<?xml version="1.0"?>
 <objectModel name="Hierarchy" type="FOM">
   <objects><objectClass name="HLAobjectRoot"><objectClass name="Thing"><attribute name="a"/></objectClass></objectClass></objects>

@@ -119,7 +119,7 @@ constexpr std::uint8_t kCreate = 1, kJoin = 3, kResign = 4, kSubscribe = 5, kUns
                        kInteraction = 7, kHello = 9, kSubscribeObjects = 10, kReserveName = 12,
                        kRegister = 14, kUpdate = 16, kDelete = 17;
 // The protocol version the hub speaks; a client names it in its first frame.
-constexpr std::uint32_t kVersion = 2;
+constexpr std::uint32_t kVersion = 3;
 
 inline Bytes hello(std::uint32_t version = kVersion) {
   return Frame(kHello).u32(0).u32(version).str("test").done();

@@ -289,11 +289,14 @@ TEST_F(HubLogging, ClientsOfAnotherReleaseAreToldTheVersionAndLetGo) {
     ASSERT_TRUE(parseReply(body, r));
     EXPECT_EQ(r.status, 6u) << r.text;
     EXPECT_EQ(r.payload, hubVersion);
-    EXPECT_NE(r.text.find("this RTI hub speaks protocol version 2"), std::string::npos) << r.text;
+    EXPECT_NE(r.text.find("this RTI hub speaks protocol version " + std::to_string(kVersion)),
+              std::string::npos)
+        << r.text;
     EXPECT_TRUE(old.closedByPeer(seconds(5)));
   }
   std::string line;
-  EXPECT_TRUE(hub_->waitForLine("protocol version 1, not 2", line, seconds(5)));
+  EXPECT_TRUE(
+      hub_->waitForLine("protocol version 1, not " + std::to_string(kVersion), line, seconds(5)));
   EXPECT_TRUE(hub_->waitForLine("no hello", line, seconds(5))) << hub_->transcript();
   expectFederationWorks("after clients of another release");
 }
@@ -301,14 +304,16 @@ TEST_F(HubLogging, ClientsOfAnotherReleaseAreToldTheVersionAndLetGo) {
 // The other way round: a federate that meets a hub of another release says so, naming
 // both versions, instead of misreading what the hub sends.
 TEST(HubVersion, AFederateRefusesAHubOfAnotherReleaseNamingBothVersions) {
-  FakeHub newer({Bytes()}, FakeHub::answer(1, 6, "too new", {3, 0, 0, 0}));
+  const auto next = static_cast<unsigned char>(kVersion + 1);
+  FakeHub newer({Bytes()}, FakeHub::answer(1, 6, "too new", {next, 0, 0, 0}));
   auto rti = makeAmbassador();
   try {
     rti->createFederationExecution(wide(vctest::hubUrl(newer.port(), "Newer")), wide(VC_FDD_FILE));
     ADD_FAILURE() << "a hub of another release was taken for ours";
   } catch (const RTIinternalError& e) {
     const std::string what = narrow(e.what());
-    EXPECT_NE(what.find("speaks protocol version 3, this federate's RTI version 2"),
+    EXPECT_NE(what.find("speaks protocol version " + std::to_string(next) +
+                        ", this federate's RTI version " + std::to_string(kVersion)),
               std::string::npos)
         << what;
     EXPECT_NE(what.find("too new"), std::string::npos) << what;

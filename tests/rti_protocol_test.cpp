@@ -102,6 +102,40 @@ TEST(WireFrames, WriterProducesTheDocumentedLayout) {
   EXPECT_EQ(m.text, "gone");
 }
 
+TEST(WireFrames, AJoinMayBringModulesAndAGrownModelGoesToEveryMember) {
+  // A join of the 2000 API ends after the federate type; one of the 2010 API adds its
+  // modules as one blob.
+  const Bytes bare = {15, 0, 0, 0, 3, 1, 0, 0, 0, 1, 0, 0, 0, 'F', 1, 0, 0, 0, 't'};
+  Bytes modules = bare;
+  modules[0] = 21;
+  modules.insert(modules.end(), {2, 0, 0, 0, 'm', 'd'});
+  Message m;
+  ASSERT_EQ(decode(bare, m).status, DecodeStatus::Complete);
+  EXPECT_EQ(m.type, MsgType::Join);
+  EXPECT_EQ(m.text, "t");
+  EXPECT_EQ(m.blob.size, 0u);
+  ASSERT_EQ(decode(modules, m).status, DecodeStatus::Complete);
+  EXPECT_EQ(m.name, "F");
+  EXPECT_EQ(m.blob.str(), "md");
+
+  const Bytes grown = {7, 0, 0, 0, 22, 2, 0, 0, 0, 'm', 'd'};
+  ByteBuffer g;
+  FrameWriter w(g, MsgType::ModelGrown);
+  w.bytes("md", 2);
+  ASSERT_TRUE(w.finish());
+  EXPECT_EQ(take(g), grown);
+  ASSERT_EQ(decode(grown, m).status, DecodeStatus::Complete);
+  EXPECT_EQ(m.type, MsgType::ModelGrown);
+  EXPECT_EQ(m.blob.str(), "md");
+
+  Bytes cut = modules;
+  cut.resize(cut.size() - 1);
+  cut[0] = 20;
+  for (const Bytes& bad : {cut, Bytes{1, 0, 0, 0, 22}, Bytes{6, 0, 0, 0, 22, 9, 0, 0, 0, 'x'}}) {
+    EXPECT_EQ(decode(bad, m).status, DecodeStatus::Malformed);
+  }
+}
+
 TEST(WireFrames, BackToBackFramesDecodeOneAtATime) {
   Bytes two = kInteraction;
   const Bytes create = createFrame();
@@ -203,6 +237,21 @@ TEST(WireFrames, RandomInputNeverDecodesOutsideItsBytes) {
 
 // ---------------------------------------------------------------- Object model blob
 
+FddClass cls(std::wstring name, std::uint32_t parent, std::vector<std::uint32_t> declared = {}) {
+  FddClass c;
+  c.name = std::move(name);
+  c.parent = parent;
+  c.declared = std::move(declared);
+  return c;
+}
+
+FddMember member(std::wstring name, std::uint32_t owner) {
+  FddMember m;
+  m.name = std::move(name);
+  m.owner = owner;
+  return m;
+}
+
 FddModel sampleModel() {
   FddModel m;
   auto addClass = [](FddTree& t, const wchar_t* name, std::uint32_t parent,
@@ -212,7 +261,7 @@ FddModel sampleModel() {
     c.parent = parent;
     for (const wchar_t* n : members) {
       c.declared.push_back(static_cast<std::uint32_t>(t.members.size()));
-      t.members.push_back({n, static_cast<std::uint32_t>(t.classes.size())});
+      t.members.push_back(member(n, static_cast<std::uint32_t>(t.classes.size())));
     }
     t.classes.push_back(std::move(c));
   };
@@ -283,12 +332,12 @@ TEST(FddBlob, TruncatedOrCorruptBlobsAreRefused) {
 // A model whose classes form one chain `depth` deep, each declaring one member.
 FddModel chainModel(std::uint32_t depth) {
   FddModel m;
-  m.interactions.classes.push_back({L"HLAinteractionRoot", kNoClass, {}, {}, {}});
+  m.interactions.classes.push_back(cls(L"HLAinteractionRoot", kNoClass, {}));
   for (std::uint32_t i = 1; i <= depth; ++i) {
-    m.interactions.classes.push_back({L"c" + std::to_wstring(i), i - 1, {i - 1}, {}, {}});
-    m.interactions.members.push_back({L"p" + std::to_wstring(i), i});
+    m.interactions.classes.push_back(cls(L"c" + std::to_wstring(i), i - 1, {i - 1}));
+    m.interactions.members.push_back(member(L"p" + std::to_wstring(i), i));
   }
-  m.objects.classes.push_back({L"HLAobjectRoot", kNoClass, {}, {}, {}});
+  m.objects.classes.push_back(cls(L"HLAobjectRoot", kNoClass, {}));
   return m;
 }
 
@@ -312,14 +361,14 @@ TEST(FddBlob, ModelsThatExpandFarBeyondTheirBytesAreRefusedQuickly) {
 
   // Wide instead of deep: many members at the root, inherited by many classes.
   FddModel wide;
-  wide.interactions.classes.push_back({L"HLAinteractionRoot", kNoClass, {}, {}, {}});
+  wide.interactions.classes.push_back(cls(L"HLAinteractionRoot", kNoClass, {}));
   for (std::uint32_t m = 0; m < 20000; ++m) {
     wide.interactions.classes[0].declared.push_back(m);
-    wide.interactions.members.push_back({L"m" + std::to_wstring(m), 0});
+    wide.interactions.members.push_back(member(L"m" + std::to_wstring(m), 0));
   }
   for (std::uint32_t c = 1; c <= 100; ++c)
-    wide.interactions.classes.push_back({L"k" + std::to_wstring(c), 0, {}, {}, {}});
-  wide.objects.classes.push_back({L"HLAobjectRoot", kNoClass, {}, {}, {}});
+    wide.interactions.classes.push_back(cls(L"k" + std::to_wstring(c), 0, {}));
+  wide.objects.classes.push_back(cls(L"HLAobjectRoot", kNoClass, {}));
   EXPECT_FALSE(decodes(wide, err));
   EXPECT_NE(err.find("too large"), std::string::npos) << err;
 
@@ -327,7 +376,7 @@ TEST(FddBlob, ModelsThatExpandFarBeyondTheirBytesAreRefusedQuickly) {
   FddModel named = chainModel(1);
   named.interactions.classes[1].name = std::wstring(500000, L'n');
   for (std::uint32_t c = 0; c < 10; ++c)
-    named.interactions.classes.push_back({L"x" + std::to_wstring(c), 1, {}, {}, {}});
+    named.interactions.classes.push_back(cls(L"x" + std::to_wstring(c), 1, {}));
   EXPECT_FALSE(decodes(named, err));
   EXPECT_NE(err.find("too large"), std::string::npos) << err;
 }

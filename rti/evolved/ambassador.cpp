@@ -1,7 +1,7 @@
 #include "ambassador.h"
 
+#include "fdd_parser.h"
 #include "handle_access.h"
-#include "module_merge.h"
 
 #include <RTI/RTIambassadorFactory.h>
 
@@ -46,6 +46,7 @@ H decodeHandle(VariableLengthData const& data, const wchar_t* kind) {
   case Fault::name:             \
     throw rti1516e::name(e.message());
     VCRTI_FAULTS(VCRTI_THROW_FAULT)
+    VCRTI_FAULTS_2010(VCRTI_THROW_FAULT)
 #undef VCRTI_THROW_FAULT
   }
   throw RTIinternalError(e.message());
@@ -113,8 +114,6 @@ template <class F>
 FddModel readModules(F&& read) {
   try {
     return read();
-  } catch (const ModuleConflict& e) {
-    throw InconsistentFDD(e.message());
   } catch (const RtiError& e) {
     rethrow(e);
   }
@@ -205,8 +204,7 @@ void Ambassador::createFederationExecution(std::wstring const& federationExecuti
                                            std::vector<std::wstring> const& fomModules,
                                            std::wstring const& logicalTimeImplementationName) {
   requireConnected(L"createFederationExecution");
-  create(federationExecutionName,
-         readModules([&] { return mergeModules(standardMim(), L"the standard MIM", fomModules); }),
+  create(federationExecutionName, readModules([&] { return readFomModules(fomModules); }),
          logicalTimeImplementationName);
 }
 
@@ -216,9 +214,11 @@ void Ambassador::createFederationExecutionWithMIM(
   requireConnected(L"createFederationExecutionWithMIM");
   if (isStandardMim(mimModule))
     throw DesignatorIsHLAstandardMIM(L"'" + mimModule + L"' is the standard MIM: name no MIM");
+  // The MIM given is merged after the standard one, which it may only extend.
   FddModel model = readModules([&] {
-    FddModel mim = mergeModules(standardMim(), L"the standard MIM", {mimModule});
-    return mergeModules(std::move(mim), mimModule, fomModules);
+    std::vector<std::wstring> all{mimModule};
+    all.insert(all.end(), fomModules.begin(), fomModules.end());
+    return readFomModules(all);
   });
   create(federationExecutionName, std::move(model), logicalTimeImplementationName);
 }
@@ -230,22 +230,10 @@ void Ambassador::destroyFederationExecution(std::wstring const& federationExecut
 
 FederateHandle Ambassador::join(std::wstring const& federateType, std::wstring const& federation,
                                 std::vector<std::wstring> const& modules) {
+  // The modules are merged into the federation's model, or the join is refused whole.
   const std::uint32_t self = call(L"joinFederationExecution", [&] {
-    return core_.join(federateType, federationUrl(federation), *this);
+    return core_.join(federateType, federationUrl(federation), *this, modules);
   });
-  try {
-    // Until the federation merges modules that joiners bring, they must already be in it.
-    checkModulesKnown(core_.model(), modules);
-  } catch (...) {
-    core_.resign(ResignMode::DeleteInstances);
-    try {
-      throw;
-    } catch (const ModuleConflict& e) {
-      throw InconsistentFDD(e.message());
-    } catch (const RtiError& e) {
-      rethrow(e);
-    }
-  }
   if (immediate_) startCallbackThread();
   return makeHandle<FederateHandle>(self);
 }

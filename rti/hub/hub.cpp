@@ -2,6 +2,7 @@
 
 #include "fdd_model.h"
 #include "federation_core.h"
+#include "fom_modules.h"
 #include "log_sink.h"
 #include "protocol.h"
 
@@ -532,6 +533,10 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
     if (it == feds.end())
       return reply(m.requestId, wire::Status::FederationMissing,
                    "federation execution '" + name + "' does not exist");
+    if (m.blob.size != 0) {
+      std::string err = mergeJoinersModules(*it->second, m.blob);
+      if (!err.empty()) return reply(m.requestId, wire::Status::InconsistentFdd, err);
+    }
     fed_ = it->second.get();
     handle_ = fed_->core.join(*this);
     std::vector<unsigned char> payload(4 + fed_->model.size());
@@ -541,6 +546,38 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
     hub_.info("federate " + std::to_string(handle_) + " (" + std::string(m.text) + ") from " +
               peer_ + " joined '" + name + "'");
     reply(m.requestId, wire::Status::Ok, fed_->fddFile, payload.data(), payload.size());
+  }
+
+  // Merges the modules a joiner brings into the federation's model, all or none; the
+  // members already joined are sent the grown model. The growth is charged to the hub's
+  // federation memory like the model the creator sent.
+  std::string mergeJoinersModules(Federation& fed, const wire::Bytes& blob) {
+    std::vector<FddModel> modules;
+    std::string err;
+    if (!decodeModules(blob.data, blob.size, modules, err)) return "unusable modules: " + err;
+    FddModel grown = *fed.core.model();
+    err = mergeModules(grown, modules);
+    if (!err.empty()) return err;
+    ByteBuffer encoded;
+    if (!encodeFdd(grown, encoded) || encoded.size() > kMaxModelBytes)
+      return "the federation's object model would grow too large to share";
+    if (encoded.size() == fed.model.size() &&
+        std::equal(fed.model.begin(), fed.model.end(), encoded.data()))
+      return {};  // nothing new
+    const std::size_t cost = costOf(fed.name, fed.fddFile, encoded.size(), grown);
+    const std::size_t more = cost > fed.cost ? cost - fed.cost : 0;
+    if (!hub_.budget_.take(more))
+      return "the RTI hub's memory for federation executions cannot hold the grown object model";
+    err = fed.core.extendModel(std::make_shared<const FddModel>(std::move(grown)));
+    if (!err.empty()) {
+      hub_.budget_.give(more);
+      return err;
+    }
+    fed.cost += more;
+    fed.model.assign(encoded.data(), encoded.data() + encoded.size());
+    hub_.info("federation execution '" + fed.name + "' grew by the modules of a joiner from " +
+              peer_);
+    return {};
   }
 
   void reply(std::uint32_t id, wire::Status status, const std::string& text,

@@ -45,6 +45,8 @@ H decodeHandle(VariableLengthData const& data, const wchar_t* kind) {
     throw rti1516::name(e.message());
     VCRTI_FAULTS(VCRTI_THROW_FAULT)
 #undef VCRTI_THROW_FAULT
+    case Fault::InconsistentFDD:
+      throw ErrorReadingFDD(e.message());
   }
   throw RTIinternalError(e.message());
 }

@@ -59,9 +59,13 @@ using HandleSet = std::vector<std::uint32_t>;
   X(ObjectInstanceNotKnown)           \
   X(RTIinternalError)
 
+// Faults that only the 1516-2010 API names: the 2000 facade reports each as the nearest
+// fault it has (FOM modules come only through the 2010 API).
+#define VCRTI_FAULTS_2010(X) X(InconsistentFDD)
+
 enum class Fault {
 #define VCRTI_FAULT_ENUM(name) name,
-  VCRTI_FAULTS(VCRTI_FAULT_ENUM)
+  VCRTI_FAULTS(VCRTI_FAULT_ENUM) VCRTI_FAULTS_2010(VCRTI_FAULT_ENUM)
 #undef VCRTI_FAULT_ENUM
 };
 

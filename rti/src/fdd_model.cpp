@@ -3,6 +3,8 @@
 #include "protocol.h"
 #include "text.h"
 
+#include <array>
+#include <map>
 #include <string_view>
 #include <unordered_set>
 
@@ -10,9 +12,10 @@ namespace vcrti {
 
 namespace {
 
-constexpr std::uint32_t kModelVersion = 1;
+// 2: transportation, order and datatypes of members, the modules, the datatypes.
+constexpr std::uint32_t kModelVersion = 2;
 
-std::string indexTree(FddTree& tree, const wchar_t* rootName) {
+std::string indexTree(FddTree& tree, const wchar_t* rootName, std::size_t modules) {
   if (tree.classes.empty()) return "no root class";
   if (tree.classes[0].name != rootName || tree.classes[0].parent != kNoClass)
     return "root class must be " + toUtf8(rootName);
@@ -28,6 +31,8 @@ std::string indexTree(FddTree& tree, const wchar_t* rootName) {
       return "class name '" + toUtf8(c.name) + "' contains '.'";
     if (i != 0 && (c.parent == kNoClass || c.parent >= i))
       return "class '" + toUtf8(c.name) + "' has no valid parent";
+    if (c.module != kNoClass && c.module >= modules)
+      return "class '" + toUtf8(c.name) + "' comes from an unknown module";
     c.all.clear();
     if (i == 0) {
       c.qualified = c.name;
@@ -71,13 +76,91 @@ std::string indexTree(FddTree& tree, const wchar_t* rootName) {
   return {};
 }
 
+std::string indexDataTypes(FddModel& model) {
+  model.dataTypeByName.clear();
+  std::size_t entries = 0;
+  for (std::uint32_t i = 0; i < model.dataTypes.size(); ++i) {
+    const FddDataType& d = model.dataTypes[i];
+    if (d.name.empty()) return "datatype without a name";
+    if (static_cast<std::uint32_t>(d.kind) >= FddDataType::kKinds)
+      return "datatype '" + toUtf8(d.name) + "' of unknown kind";
+    if (d.module >= model.modules.size())
+      return "datatype '" + toUtf8(d.name) + "' comes from an unknown module";
+    entries += 1 + d.items.size();
+    if (entries > kMaxDataTypeEntries)
+      return "more than " + std::to_string(kMaxDataTypeEntries) + " datatypes and their items";
+    if (!model.dataTypeByName.emplace(d.name, i).second)
+      return "datatype '" + toUtf8(d.name) + "' declared twice";
+  }
+  return {};
+}
+
+// The properties of classes and members: few combinations, each sent once, and each class
+// or member names its combination by number, so that a wide model costs a frame little
+// more than its names.
+using Properties = std::array<std::wstring, 3>;
+
+class PropertyTable {
+ public:
+  std::uint32_t add(Properties p) {
+    auto it = index_.emplace(std::move(p), static_cast<std::uint32_t>(list_.size())).first;
+    if (it->second == list_.size()) list_.push_back(&it->first);
+    return it->second;
+  }
+  void encode(wire::FrameWriter& w) const {
+    w.u32(static_cast<std::uint32_t>(list_.size()));
+    for (const Properties* p : list_)
+      for (const std::wstring& s : *p) w.str(toUtf8(s));
+  }
+
+ private:
+  std::map<Properties, std::uint32_t> index_;
+  std::vector<const Properties*> list_;
+};
+
+// A class's module travels as its number in decimal, so that one table shape serves both.
+Properties classProperties(const FddClass& c) {
+  return {std::to_wstring(c.module), c.transportation, c.order};
+}
+
+Properties memberProperties(const FddMember& m) {
+  return {m.dataType, m.transportation, m.order};
+}
+
 void encodeTree(const FddTree& tree, wire::FrameWriter& w) {
+  PropertyTable classes, members;
+  std::vector<std::uint32_t> ofClass, ofMember(tree.members.size());
+  for (const FddClass& c : tree.classes) ofClass.push_back(classes.add(classProperties(c)));
+  for (std::size_t m = 0; m < tree.members.size(); ++m)
+    ofMember[m] = members.add(memberProperties(tree.members[m]));
+  classes.encode(w);
+  members.encode(w);
   w.u32(static_cast<std::uint32_t>(tree.classes.size()));
-  for (const FddClass& c : tree.classes) {
+  for (std::size_t i = 0; i < tree.classes.size(); ++i) {
+    const FddClass& c = tree.classes[i];
     w.str(toUtf8(c.name));
     w.u32(c.parent);
+    w.u32(ofClass[i]);
     w.u32(static_cast<std::uint32_t>(c.declared.size()));
-    for (std::uint32_t m : c.declared) w.str(toUtf8(tree.members[m].name));
+    for (std::uint32_t m : c.declared) w.str(toUtf8(tree.members[m].name)).u32(ofMember[m]);
+  }
+}
+
+void encodeStrings(const std::vector<std::wstring>& list, wire::FrameWriter& w) {
+  w.u32(static_cast<std::uint32_t>(list.size()));
+  for (const std::wstring& s : list) w.str(toUtf8(s));
+}
+
+void encodeDataTypes(const std::vector<FddDataType>& types, wire::FrameWriter& w) {
+  w.u32(static_cast<std::uint32_t>(types.size()));
+  for (const FddDataType& d : types) {
+    w.u32(static_cast<std::uint32_t>(d.kind));
+    w.str(toUtf8(d.name));
+    w.u32(d.module);
+    encodeStrings(d.properties, w);
+    w.u32(static_cast<std::uint32_t>(d.items.size()));
+    for (const FddItem& item : d.items)
+      w.str(toUtf8(item.name)).str(toUtf8(item.dataType)).str(toUtf8(item.value));
   }
 }
 
@@ -106,25 +189,84 @@ class Reader {
   std::size_t left_;
 };
 
-bool decodeTree(Reader& r, FddTree& tree) {
+bool decodeProperties(Reader& r, std::vector<Properties>& table) {
   std::uint32_t count;
-  // Each class takes at least 12 bytes, each member at least 4.
   if (!r.u32(count) || count > r.left() / 12) return false;
+  table.resize(count);
+  for (Properties& p : table)
+    for (std::wstring& s : p)
+      if (!r.str(s)) return false;
+  return true;
+}
+
+bool decodeTree(Reader& r, FddTree& tree) {
+  std::vector<Properties> classProps, memberProps;
+  if (!decodeProperties(r, classProps) || !decodeProperties(r, memberProps)) return false;
+  // The module of each class combination, checked against the model's modules by index().
+  std::vector<std::uint32_t> modules;
+  for (const Properties& p : classProps) {
+    const std::string digits = toUtf8(p[0]);
+    if (digits.empty() || digits.size() > 10 ||
+        digits.find_first_not_of("0123456789") != std::string::npos)
+      return false;
+    const unsigned long long v = std::stoull(digits);
+    if (v > kNoClass) return false;
+    modules.push_back(static_cast<std::uint32_t>(v));
+  }
+  std::uint32_t count;
+  // Each class takes at least 16 bytes, each member at least 8: counts beyond what is
+  // left are refused before anything is allocated for them.
+  if (!r.u32(count) || count > r.left() / 16) return false;
   tree.classes.resize(count);
   tree.members.clear();
   for (std::uint32_t i = 0; i < count; ++i) {
     FddClass& c = tree.classes[i];
-    std::uint32_t members;
-    if (!r.str(c.name) || !r.u32(c.parent) || !r.u32(members) || members > r.left() / 4)
+    std::uint32_t props, members;
+    if (!r.str(c.name) || !r.u32(c.parent) || !r.u32(props) || props >= classProps.size() ||
+        !r.u32(members) || members > r.left() / 8)
       return false;
+    c.module = modules[props];
+    c.transportation = classProps[props][1];
+    c.order = classProps[props][2];
     c.declared.clear();
     for (std::uint32_t k = 0; k < members; ++k) {
       FddMember m;
       m.owner = i;
-      if (!r.str(m.name)) return false;
+      std::uint32_t mp;
+      if (!r.str(m.name) || !r.u32(mp) || mp >= memberProps.size()) return false;
+      m.dataType = memberProps[mp][0];
+      m.transportation = memberProps[mp][1];
+      m.order = memberProps[mp][2];
       c.declared.push_back(static_cast<std::uint32_t>(tree.members.size()));
       tree.members.push_back(std::move(m));
     }
+  }
+  return true;
+}
+
+bool decodeStrings(Reader& r, std::vector<std::wstring>& list) {
+  std::uint32_t count;
+  if (!r.u32(count) || count > r.left() / 4) return false;
+  list.resize(count);
+  for (std::wstring& s : list)
+    if (!r.str(s)) return false;
+  return true;
+}
+
+bool decodeDataTypes(Reader& r, std::vector<FddDataType>& types) {
+  std::uint32_t count;
+  // At least 20 bytes each, an item at least 12.
+  if (!r.u32(count) || count > r.left() / 20) return false;
+  types.resize(count);
+  for (FddDataType& d : types) {
+    std::uint32_t kind, items;
+    if (!r.u32(kind) || kind >= FddDataType::kKinds || !r.str(d.name) || !r.u32(d.module) ||
+        !decodeStrings(r, d.properties) || !r.u32(items) || items > r.left() / 12)
+      return false;
+    d.kind = static_cast<FddDataType::Kind>(kind);
+    d.items.resize(items);
+    for (FddItem& item : d.items)
+      if (!r.str(item.name) || !r.str(item.dataType) || !r.str(item.value)) return false;
   }
   return true;
 }
@@ -143,9 +285,19 @@ std::uint32_t FddTree::findMember(std::uint32_t cls, const std::wstring& name) c
 }
 
 std::string FddModel::index() {
-  std::string err = indexTree(interactions, L"HLAinteractionRoot");
-  if (!err.empty()) return err;
-  return indexTree(objects, L"HLAobjectRoot");
+  std::string err = indexTree(interactions, L"HLAinteractionRoot", modules.size());
+  if (err.empty()) err = indexTree(objects, L"HLAobjectRoot", modules.size());
+  if (err.empty()) err = indexDataTypes(*this);
+  return err;
+}
+
+const FddDataType* FddModel::findDataType(const std::wstring& name) const {
+  auto it = dataTypeByName.find(name);
+  return it == dataTypeByName.end() ? nullptr : &dataTypes[it->second];
+}
+
+std::wstring FddModel::moduleName(std::uint32_t module) const {
+  return module < modules.size() ? modules[module] : fileName;
 }
 
 bool encodeFdd(const FddModel& model, ByteBuffer& out) {
@@ -155,8 +307,10 @@ bool encodeFdd(const FddModel& model, ByteBuffer& out) {
   ByteBuffer tmp;
   wire::FrameWriter w(tmp, wire::MsgType::Reply);
   w.u32(kModelVersion);
+  encodeStrings(model.modules, w);
   encodeTree(model.interactions, w);
   encodeTree(model.objects, w);
+  encodeDataTypes(model.dataTypes, w);
   if (!w.finish()) return false;
   const std::size_t skip = wire::kLengthPrefix + 1;
   out.append(tmp.data() + skip, tmp.size() - skip);
@@ -170,7 +324,8 @@ bool decodeFdd(const unsigned char* data, std::size_t size, FddModel& out, std::
     error = "unknown object model version";
     return false;
   }
-  if (!decodeTree(r, out.interactions) || !decodeTree(r, out.objects) || r.left() != 0) {
+  if (!decodeStrings(r, out.modules) || !decodeTree(r, out.interactions) ||
+      !decodeTree(r, out.objects) || !decodeDataTypes(r, out.dataTypes) || r.left() != 0) {
     error = "truncated or corrupt object model";
     return false;
   }

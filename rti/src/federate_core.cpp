@@ -60,6 +60,12 @@ void FederateCore::createFederation(const std::wstring& federation, const std::w
   createFederation(federation, parseFddFile(fddFile));
 }
 
+void FederateCore::createFederation(const std::wstring& federation,
+                                    const std::vector<std::wstring>& modules) {
+  parseUrl(federation);
+  createFederation(federation, readFomModules(modules));
+}
+
 void FederateCore::createFederation(const std::wstring& federation, FddModel fdd) {
   const FederationUrl url = parseUrl(federation);
   auto model = std::make_shared<FddModel>(std::move(fdd));
@@ -78,12 +84,15 @@ void FederateCore::destroyFederation(const std::wstring& federation) {
 }
 
 std::uint32_t FederateCore::join(const std::wstring& federateType, const std::wstring& federation,
-                                 FederateCallbacks& callbacks) {
+                                 FederateCallbacks& callbacks,
+                                 const std::vector<std::wstring>& modules) {
   if (link_)
     throw RtiError(Fault::FederateAlreadyExecutionMember,
                    L"this federate has already joined a federation execution");
   const FederationUrl url = parseUrl(federation);
-  link_ = url.local ? joinLocalFederation(url.name) : joinHubFederation(url, federateType);
+  const std::vector<FddModel> read = parseFomModules(modules);
+  link_ =
+      url.local ? joinLocalFederation(url.name, read) : joinHubFederation(url, federateType, read);
   model_ = link_->model();
   callbacks_ = &callbacks;
   self_ = link_->federateHandle();
@@ -545,6 +554,26 @@ bool FederateCore::evoke(double minSeconds, double maxSeconds, bool single) {
   return link_.get() == link && link_ && (pending() || refill(0));
 }
 
+void FederateCore::growModel(const wire::Message& m) {
+  auto grown = std::make_shared<FddModel>();
+  std::string err;
+  if (!decodeFdd(m.blob.data, m.blob.size, *grown, err))
+    throw RtiError(Fault::RTIinternalError,
+                   L"the federation sent an unusable object model: " + fromUtf8(err));
+  // Handles given before keep their meaning: the model only grows.
+  if (grown->interactions.classes.size() < model_->interactions.classes.size() ||
+      grown->objects.classes.size() < model_->objects.classes.size() ||
+      grown->interactions.members.size() < model_->interactions.members.size() ||
+      grown->objects.members.size() < model_->objects.members.size())
+    throw RtiError(Fault::RTIinternalError, L"the federation sent a smaller object model");
+  grown->fileName = model_->fileName;
+  model_ = std::move(grown);
+  publishedInteractions_.resize(model_->interactions.classes.size(), false);
+  subscribedInteractions_.resize(model_->interactions.classes.size(), false);
+  publishedAttributes_.resize(model_->objects.classes.size());
+  subscribedAttributes_.resize(model_->objects.classes.size());
+}
+
 bool FederateCore::deliverOne() {
   wire::Message& m = rxMessage_;
   while (pending()) {
@@ -606,6 +635,9 @@ bool FederateCore::deliverOne() {
         callbacks_->discoverInstance(m.instance, as, k.name);
         return true;
       }
+      case wire::MsgType::ModelGrown:
+        growModel(m);
+        continue;
       case wire::MsgType::Delete: {
         if (!instances_.count(m.instance)) continue;
         forget(m.instance);

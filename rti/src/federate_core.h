@@ -29,9 +29,15 @@ class FederateCore {
   static void createFederation(const std::wstring& federation, FddModel model);
   // The federation's model, once joined.
   const FddModel& model() const { return *model_; }
+  // From FOM modules (the 2010 API), merged in order after the standard MIM.
+  static void createFederation(const std::wstring& federation,
+                               const std::vector<std::wstring>& modules);
   static void destroyFederation(const std::wstring& federation);
+  // `modules` (the 2010 API's additional FOM modules) are merged into the federation's
+  // model, all or none: InconsistentFDD when they conflict with it. Members already
+  // joined learn the new classes on their next evoke, before any callback that needs them.
   std::uint32_t join(const std::wstring& federateType, const std::wstring& federation,
-                     FederateCallbacks& callbacks);
+                     FederateCallbacks& callbacks, const std::vector<std::wstring>& modules = {});
   void resign(ResignMode mode);
   bool joined() const { return link_ != nullptr; }
   void requireJoined(const wchar_t* operation) const;
@@ -94,6 +100,9 @@ class FederateCore {
   std::uint32_t nearestSubscribed(std::uint32_t cls) const;
   void post(const ByteBuffer& frame);
   void forget(InstanceHandle h);
+
+  // Takes the grown model of a ModelGrown frame.
+  void growModel(const wire::Message& m);
 
   bool pending() const { return deliverPos_ < deliver_.size(); }
   bool refill(double seconds);

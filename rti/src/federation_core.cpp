@@ -58,7 +58,11 @@ std::size_t FederationCore::tableBytes(const FddModel& model) {
       n += wideChars(c.name.size()) + wideChars(c.qualified.size()) +
            block(c.declared.size() * sizeof(std::uint32_t)) +
            block(c.all.size() * sizeof(std::uint32_t));
-    for (const FddMember& m : tree->members) n += wideChars(m.name.size());
+    for (const FddMember& m : tree->members)
+      n += wideChars(m.name.size()) + wideChars(m.dataType.size()) +
+           wideChars(m.transportation.size()) + wideChars(m.order.size());
+    for (const FddClass& c : tree->classes)
+      n += wideChars(c.transportation.size()) + wideChars(c.order.size());
     // A lookup entry is a node holding its key and value, and a bucket pointer or two.
     for (const auto& entry : tree->byName)
       n += block(sizeof(entry) + 2 * sizeof(void*)) + wideChars(entry.first.size()) +
@@ -66,6 +70,17 @@ std::size_t FederationCore::tableBytes(const FddModel& model) {
     // The routes: a list of members and one of receivers per class, and a generation.
     n += 3 * block(tree->classes.size() * sizeof(std::vector<FederationMember*>));
   }
+  // Datatypes: each with its name in the lookup too, its properties and its items.
+  n += block(model.dataTypes.size() * sizeof(FddDataType));
+  for (const FddDataType& d : model.dataTypes) {
+    n += 2 * wideChars(d.name.size()) + block(sizeof(d.name) + 3 * sizeof(void*)) +
+         block(d.properties.size() * sizeof(std::wstring)) +
+         block(d.items.size() * sizeof(FddItem));
+    for (const std::wstring& p : d.properties) n += wideChars(p.size());
+    for (const FddItem& i : d.items)
+      n += wideChars(i.name.size()) + wideChars(i.dataType.size()) + wideChars(i.value.size());
+  }
+  for (const std::wstring& module : model.modules) n += wideChars(module.size());
   return n;
 }
 
@@ -73,6 +88,12 @@ void FederationCore::Routes::init(const FddTree& tree) {
   direct.assign(tree.classes.size(), {});
   resolved.assign(tree.classes.size(), {});
   resolvedAt.assign(tree.classes.size(), 0);
+}
+
+void FederationCore::Routes::grow(const FddTree& tree) {
+  direct.resize(tree.classes.size());
+  resolved.resize(tree.classes.size());
+  resolvedAt.resize(tree.classes.size(), 0);
 }
 
 const std::vector<FederationMember*>& FederationCore::resolve(Routes& r, const FddTree& tree,
@@ -143,6 +164,29 @@ std::uint32_t FederationCore::join(FederationMember& m) {
   work_ += 1 + slots_.size() + memberBytes(*model_) / 64;
   charge(memberBytes(*model_));
   return m.handle_;
+}
+
+std::string FederationCore::extendModel(std::shared_ptr<const FddModel> grown) {
+  ByteBuffer blob;
+  ByteBuffer frame;
+  if (!encodeFdd(*grown, blob)) return "the object model holds a name longer than a frame";
+  wire::FrameWriter w(frame, wire::MsgType::ModelGrown, 8 + blob.size());
+  w.bytes(blob.data(), blob.size());
+  if (!w.finish()) return "the object model grew too large for a frame";
+  // Each member's share of the tables grows with them, as it would have had it joined now.
+  const std::size_t before = memberBytes(*model_), after = memberBytes(*grown);
+  if (after > before) charge((after - before) * members_);
+  model_ = std::move(grown);
+  interactions_.grow(model_->interactions);
+  objects_.grow(model_->objects);
+  work_ += 1 + slots_.size() + after / 64;
+  for (Slot& s : slots_) {
+    if (!s.member) continue;
+    s.interactions.resize(model_->interactions.classes.size(), false);
+    s.objects.resize(model_->objects.classes.size(), false);
+    s.member->deliver(frame.data(), frame.size());
+  }
+  return {};
 }
 
 void FederationCore::resign(FederationMember& m, ResignMode mode) {

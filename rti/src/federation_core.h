@@ -81,6 +81,11 @@ class FederationCore {
 
   // Returns the member's federate handle.
   std::uint32_t join(FederationMember& m);
+  // Takes a model that extends the current one (modules merged in: mergeModules), and
+  // sends it to every member as ModelGrown. Members subscribed to a class also receive
+  // its new subclasses. Returns an empty string, or why not (too large for a frame),
+  // leaving the model as it was.
+  std::string extendModel(std::shared_ptr<const FddModel> grown);
   // What becomes of its instances follows `mode` (RefuseIfOwning is the federate's to
   // check; here it keeps them). Its reservations go, and its subscriptions.
   void resign(FederationMember& m, ResignMode mode);
@@ -126,6 +131,8 @@ class FederationCore {
     std::uint64_t generation = 1;             // bumped by every subscription change
     std::vector<FederationMember*> uncached;  // resolved, when the budget holds no more
     void init(const FddTree& tree);
+    // New classes after the old ones; nobody subscribes to them yet.
+    void grow(const FddTree& tree);
   };
   struct Slot {
     FederationMember* member = nullptr;

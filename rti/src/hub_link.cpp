@@ -1,5 +1,7 @@
 #include "hub_link.h"
 
+#include "fom_modules.h"
+
 #include "protocol.h"
 #include "text.h"
 
@@ -52,6 +54,7 @@ bool isCallback(wire::MsgType t) {
     case wire::MsgType::Update:
     case wire::MsgType::Delete:
     case wire::MsgType::RequestUpdate:
+    case wire::MsgType::ModelGrown:
       return true;
     default:
       return false;
@@ -411,6 +414,8 @@ class HubConnection {
       throw RtiError(Fault::FederateAlreadyExecutionMember, r.text);
     case wire::Status::NotJoined:
       throw RtiError(Fault::FederateNotExecutionMember, r.text);
+    case wire::Status::InconsistentFdd:
+      throw RtiError(Fault::InconsistentFDD, r.text);
     default:
       throw RtiError(Fault::RTIinternalError, L"RTI hub: " + r.text);
   }
@@ -482,7 +487,7 @@ void createHubFederation(const FederationUrl& url, const FddModel& model) {
     throw RtiError(Fault::ErrorReadingFDD, L"FDD file '" + model.fileName +
                                                L"' holds a name longer than the hub carries (" +
                                                std::to_wstring(wire::kMaxFrameBody) + L" bytes)");
-  if (blob.size() > wire::kMaxFrameBody / 2)
+  if (blob.size() > kMaxModelBytes)
     throw RtiError(Fault::ErrorReadingFDD,
                    L"FDD file '" + model.fileName + L"' is too large to share through the hub");
   HubConnection conn(url);
@@ -500,12 +505,18 @@ void destroyHubFederation(const FederationUrl& url) {
   if (r.status != wire::Status::Ok) throwFor(r);
 }
 
-std::unique_ptr<Link> joinHubFederation(const FederationUrl& url,
-                                        const std::wstring& federateType) {
+std::unique_ptr<Link> joinHubFederation(const FederationUrl& url, const std::wstring& federateType,
+                                        const std::vector<FddModel>& modules) {
+  ByteBuffer blob;
+  if (!modules.empty() && (!encodeModules(modules, blob) || blob.size() > kMaxModelBytes))
+    throw RtiError(Fault::ErrorReadingFDD,
+                   L"the FOM modules are too large to share through the hub");
   auto conn = std::make_unique<HubConnection>(url);
   const std::string name = toUtf8(url.name), type = toUtf8(federateType);
-  Reply r =
-      conn->request(wire::MsgType::Join, [&](wire::FrameWriter& w) { w.str(name).str(type); });
+  Reply r = conn->request(wire::MsgType::Join, [&](wire::FrameWriter& w) {
+    w.str(name).str(type);
+    if (!modules.empty()) w.bytes(blob.data(), blob.size());
+  });
   if (r.status != wire::Status::Ok) throwFor(r);
   // Payload: the federate's handle, then the federation's object model.
   const auto* p = reinterpret_cast<const unsigned char*>(r.payload.data());

@@ -1,6 +1,8 @@
 #include "local_link.h"
 
 #include "federation_core.h"
+#include "fom_modules.h"
+#include "text.h"
 
 #include <atomic>
 #include <chrono>
@@ -56,14 +58,16 @@ Registry& registry() {
 
 class LocalLink final : public Link {
  public:
-  LocalLink(std::shared_ptr<Federation> fed, std::unique_ptr<Member> self)
-      : fed_(std::move(fed)), self_(std::move(self)) {}
+  LocalLink(std::shared_ptr<Federation> fed, std::unique_ptr<Member> self,
+            std::shared_ptr<const FddModel> model)
+      : fed_(std::move(fed)), self_(std::move(self)), model_(std::move(model)) {}
   ~LocalLink() override {
     if (fed_) resign(ResignMode::DeleteInstances);
   }
 
   std::uint32_t federateHandle() const override { return self_->federateHandle(); }
-  std::shared_ptr<const FddModel> model() const override { return fed_->core.model(); }
+  // The model as it was when this federate joined; later growth arrives as frames.
+  std::shared_ptr<const FddModel> model() const override { return model_; }
 
   void subscribeInteractions(std::uint32_t cls, bool on) override {
     std::lock_guard<std::mutex> lock(fed_->mu);
@@ -159,6 +163,7 @@ class LocalLink final : public Link {
 
   std::shared_ptr<Federation> fed_;
   std::unique_ptr<Member> self_;
+  std::shared_ptr<const FddModel> model_;
   ByteBuffer scratch_;
 };
 
@@ -193,7 +198,8 @@ void destroyLocalFederation(const std::wstring& name) {
   r.federations.erase(it);
 }
 
-std::unique_ptr<Link> joinLocalFederation(const std::wstring& name) {
+std::unique_ptr<Link> joinLocalFederation(const std::wstring& name,
+                                          const std::vector<FddModel>& modules) {
   std::shared_ptr<Federation> fed;
   {
     Registry& r = registry();
@@ -203,11 +209,20 @@ std::unique_ptr<Link> joinLocalFederation(const std::wstring& name) {
     fed = it->second;
   }
   auto self = std::make_unique<Member>();
+  std::shared_ptr<const FddModel> model;
   {
     std::lock_guard<std::mutex> lock(fed->mu);
+    if (!modules.empty()) {
+      FddModel grown = *fed->core.model();
+      std::string err = mergeModules(grown, modules);
+      if (!err.empty()) throw RtiError(Fault::InconsistentFDD, fromUtf8(err));
+      err = fed->core.extendModel(std::make_shared<const FddModel>(std::move(grown)));
+      if (!err.empty()) throw RtiError(Fault::InconsistentFDD, fromUtf8(err));
+    }
     fed->core.join(*self);
+    model = fed->core.model();
   }
-  return std::make_unique<LocalLink>(std::move(fed), std::move(self));
+  return std::make_unique<LocalLink>(std::move(fed), std::move(self), std::move(model));
 }
 
 }  // namespace vcrti

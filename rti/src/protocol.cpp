@@ -79,7 +79,10 @@ const char* decodeBody(Cursor& c, Message& m) {
       if (!c.u32(m.requestId) || !c.str(m.name)) return "truncated destroy";
       break;
     case MsgType::Join:
-      if (!c.u32(m.requestId) || !c.str(m.name) || !c.str(m.text)) return "truncated join";
+      // A join without modules may end after the federate type.
+      if (!c.u32(m.requestId) || !c.str(m.name) || !c.str(m.text) ||
+          (c.left() != 0 && !c.bytes(m.blob)))
+        return "truncated join";
       break;
     case MsgType::Resign:
       if (!c.u32(m.requestId) || !c.u32(m.handle)) return "truncated resign";
@@ -125,6 +128,9 @@ const char* decodeBody(Cursor& c, Message& m) {
       break;
     case MsgType::Goodbye:
       if (!c.str(m.text)) return "truncated goodbye";
+      break;
+    case MsgType::ModelGrown:
+      if (!c.bytes(m.blob)) return "truncated model";
       break;
     default:
       return "unknown message type";

@@ -25,14 +25,16 @@ constexpr std::uint32_t kMaxFrameBody = 1u << 20;
 constexpr std::uint16_t kDefaultHubPort = 15160;
 // Bumped whenever a frame changes meaning: a client and a hub of different versions
 // refuse each other at the first frame instead of misreading the rest.
-constexpr std::uint32_t kProtocolVersion = 2;
+constexpr std::uint32_t kProtocolVersion = 3;
 
 enum class MsgType : std::uint8_t {
-  Create = 1,       // requestId, federation, fdd file name, fdd model -> Reply
-  Destroy = 2,      // requestId, federation -> Reply
-  Join = 3,         // requestId, federation, federate type -> Reply(handle; fdd name, model)
-  Resign = 4,       // requestId, resign mode -> Reply
-  Subscribe = 5,    // requestId, interaction class -> Reply
+  Create = 1,   // requestId, federation, fdd file name, fdd model -> Reply
+  Destroy = 2,  // requestId, federation -> Reply
+  // The modules are those a federate of the 2010 API brings (fom_modules.h); a join
+  // without them may leave the field out.
+  Join = 3,       // requestId, federation, federate type, modules -> Reply(handle; fdd name, model)
+  Resign = 4,     // requestId, resign mode -> Reply
+  Subscribe = 5,  // requestId, interaction class -> Reply
   Unsubscribe = 6,  // requestId, interaction class -> Reply
   Interaction = 7,  // class, tag, parameters
   Reply = 8,        // requestId, status, text, payload
@@ -54,6 +56,10 @@ enum class MsgType : std::uint8_t {
   // The hub's last frame to a client it refuses or drops, so that the federate can say
   // why instead of only that the connection closed.
   Goodbye = 21,  // reason
+  // To every member when a joiner's modules grew the federation's object model: the whole
+  // grown model, in which every class and member it had keeps its handle. It comes before
+  // anything of the new classes.
+  ModelGrown = 22,  // model
 };
 
 enum class Status : std::uint32_t {
@@ -64,6 +70,7 @@ enum class Status : std::uint32_t {
   AlreadyJoined = 4,
   NotJoined = 5,
   Internal = 6,
+  InconsistentFdd = 7,  // a joiner's module conflicts with the federation's model
 };
 
 struct Bytes {
@@ -82,7 +89,7 @@ struct Message {
   std::uint64_t instance = 0;
   std::string_view name;  // federation (Create, Destroy, Join), object instance
   std::string_view text;  // fdd file name (Create), federate type (Join), message (Reply)
-  Bytes blob;             // fdd model (Create), payload (Reply)
+  Bytes blob;             // fdd model (Create, ModelGrown), modules (Join), payload (Reply)
   Bytes tag;              // Interaction, Update, Delete, RequestUpdate, RequestClassUpdate
   std::uint32_t paramCount = 0;
   Bytes params;  // parameters or attributes: paramCount checked entries

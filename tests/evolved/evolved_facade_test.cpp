@@ -256,15 +256,16 @@ TEST_F(EvolvedModules, ConflictingModulesAreRefusedNamingTheClassAndBothModules)
   EXPECT_TRUE(says(
       thrown<FederationExecutionDoesNotExist>([&] { rti_->joinFederationExecution(L"t", name_); }),
       name_));
-  // The same module given twice is the same definition, not a conflict.
+  // The same class restated the same way is the same definition, not a conflict.
   TempModule twice(
       "<interactions><interactionClass><name>HLAinteractionRoot</name><interactionClass>"
-      "<name>ViewControl</name><parameter><name>ViewControlPdu</name></parameter>"
+      "<name>ViewControl</name><transportation>HLAreliable</transportation><order>Receive</order>"
+      "<parameter><name>ViewControlPdu</name><dataType>HLAopaqueData</dataType></parameter>"
       "</interactionClass></interactionClass></interactions>");
   EXPECT_NO_THROW(rti_->createFederationExecution(name_, {kOurs, wide(twice.path)}));
 }
 
-TEST_F(EvolvedModules, AJoinersModulesMustBeInTheFederation) {
+TEST_F(EvolvedModules, AJoinersModulesMergeIntoTheFederationOrTheJoinIsRefused) {
   rti_->createFederationExecution(name_, std::vector<std::wstring>{kOurs});
   TempModule unknown(
       "<interactions><interactionClass><name>HLAinteractionRoot</name><interactionClass>"
@@ -274,8 +275,16 @@ TEST_F(EvolvedModules, AJoinersModulesMustBeInTheFederation) {
   });
   EXPECT_TRUE(says(why, L"HLAinteractionRoot.Unheard")) << why;
   EXPECT_TRUE(says(why, wide(unknown.path))) << why;
-  // Refused means not joined; a module the federation has is welcome.
-  EXPECT_NO_THROW(rti_->joinFederationExecution(L"t", name_, std::vector<std::wstring>{kOurs}));
+  // Refused means not joined; a module the federation has is welcome, and one that defines
+  // a class of its own adds it.
+  TempModule heard(
+      "<interactions><interactionClass><name>HLAinteractionRoot</name><interactionClass>"
+      "<name>Heard</name><sharing>PublishSubscribe</sharing></interactionClass>"
+      "</interactionClass></interactions>");
+  EXPECT_NO_THROW(rti_->joinFederationExecution(
+      L"t", name_, std::vector<std::wstring>{kOurs, wide(heard.path)}));
+  EXPECT_EQ(rti_->getInteractionClassName(rti_->getInteractionClassHandle(L"Heard")),
+            L"HLAinteractionRoot.Heard");
   EXPECT_TRUE(says(thrown<CouldNotOpenFDD>([&] {
                      rti_->createFederationExecution(
                          L"other", std::vector<std::wstring>{L"/nonexistent.xml"});
