@@ -162,7 +162,10 @@ ByteBuffer wideModel(std::size_t classes, const std::string& salt = "") {
     k.name = (group ? L"G" : L"L") + std::to_wstring(c) + std::wstring(salt.begin(), salt.end());
     if (!group) {
       k.declared.push_back(static_cast<std::uint32_t>(t.members.size()));
-      t.members.push_back(FddMember{L"p", static_cast<std::uint32_t>(c)});
+      FddMember p;
+      p.name = L"p";
+      p.owner = static_cast<std::uint32_t>(c);
+      t.members.push_back(std::move(p));
     }
     t.classes.push_back(std::move(k));
   }
