@@ -431,7 +431,8 @@ TEST(EvolvedValues, HandlesAndTimesAreEightOctetsMostSignificantFirst) {
   const InteractionClassHandle vc = rti->getInteractionClassHandle(L"ViewControl");
   const VariableLengthData encoded = vc.encode();
   ASSERT_EQ(encoded.size(), 8u);
-  EXPECT_EQ(bytesOf(encoded), octets({0, 0, 0, 0, 0, 0, 0, 1}));  // after the root
+  // After the root and the MIM's ten management classes.
+  EXPECT_EQ(bytesOf(encoded), octets({0, 0, 0, 0, 0, 0, 0, 11}));
   EXPECT_EQ(rti->decodeInteractionClassHandle(encoded), vc);
   EXPECT_THROW(rti->decodeInteractionClassHandle(VariableLengthData("1234567", 7)), CouldNotDecode);
   char small[7];
