@@ -310,10 +310,6 @@ TEST(ObjectModel, WithoutViewControlRegistrationWarnsAndNothingIsSent) {
 // another model, and the RTI merges the two; a 1516-2000 federate takes the federation's
 // model as it finds it.
 TEST(ObjectModel, AFederationOfAnotherModelGainsViewControlOnlyFromAModuleBroughtAlong) {
-  // The embedded RTI refuses a module whose classes the federation lacks, naming them,
-  // until joins merge what they bring.
-  if (kEvolved && vctest::embeddedRti())
-    GTEST_SKIP() << "the embedded RTI does not merge a joiner's modules yet";
   const std::string fdd = chatFdd();
   DtExerciseConn chat("thread://OtherModel", "chat", static_cast<DtFomMapper*>(nullptr),
                       fdd.c_str());
