@@ -90,7 +90,14 @@ void sayGoodbye(asio::ip::tcp::socket& socket, const std::string& why) {
 struct Federation {
   Federation(std::shared_ptr<const FddModel> m, MemoryBudget& b, std::size_t c)
       : cost(c), budget(b), core(std::move(m), &b) {}
-  ~Federation() { budget.give(cost); }
+  ~Federation() {
+    if (cost) budget.give(cost);
+  }
+  void leaveBudget() {
+    budget.give(cost);
+    cost = 0;
+    core.leaveBudget();
+  }
   // The model's (costOf), counted against Options::federationMemory; a model that grows
   // while the federation lives is counted anew, grown.
   std::size_t cost = 0;
@@ -517,8 +524,8 @@ class Session : public std::enable_shared_from_this<Session>, public FederationM
                    "federation execution '" + name + "' still has " +
                        std::to_string(it->second->core.memberCount()) + " joined federate(s)");
     hub_.createUndone(it->second->creator);
+    hub_.retire(std::move(it->second));
     feds.erase(it);
-    hub_.trimHeap();
     hub_.info("federation execution '" + name + "' destroyed by " + peer_);
     reply(m.requestId, wire::Status::Ok, "");
   }
@@ -836,12 +843,16 @@ void Hub::createUndone(const std::string& address) {
   if (it != createsFullAt_.end()) it->second -= options_.createInterval;
 }
 
-void Hub::trimHeap() {
+void Hub::retire(std::unique_ptr<Federation> federation) {
+  federation->leaveBudget();
+  asio::post(decoder(), [doomed = std::shared_ptr<Federation>(std::move(federation))]() mutable {
+    doomed.reset();
 #ifdef __GLIBC__
-  // The allocator keeps freed blocks for reuse; the hub's memory stays within its budget
-  // only when what a destroyed federation held goes back.
-  malloc_trim(0);
+    // The allocator keeps freed blocks for reuse; the hub's memory stays within its budget
+    // only when what a destroyed federation held goes back.
+    malloc_trim(0);
 #endif
+  });
 }
 
 bool Hub::roomForFederation(std::size_t cost) {
@@ -871,9 +882,8 @@ bool Hub::roomForFederation(std::size_t cost) {
     held -= f->held();
     const std::string name = f->name;
     log("federation execution '" + name + "' destroyed to make room: no federate was joined");
-    federations_.erase(name);
+    retire(std::move(federations_.extract(name).mapped()));
   }
-  trimHeap();
   return true;
 }
 
@@ -910,18 +920,17 @@ void Hub::checkLimits(Clock::time_point now) {
   shedBuffers();
   for (auto it = createsFullAt_.begin(); it != createsFullAt_.end();)
     it = it->second <= now ? createsFullAt_.erase(it) : std::next(it);
-  const std::size_t before = federations_.size();
   for (auto it = federations_.begin(); it != federations_.end();) {
     const Federation& f = *it->second;
     if (f.core.memberCount() == 0 && now - f.emptySince > options_.emptyFederationExpiry) {
       log("federation execution '" + f.name + "' expired: no federate joined for " +
           std::to_string(options_.emptyFederationExpiry.count()) + " s");
+      retire(std::move(it->second));
       it = federations_.erase(it);
     } else {
       ++it;
     }
   }
-  if (federations_.size() != before) trimHeap();
 }
 
 void Hub::shedBuffers() {

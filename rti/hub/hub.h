@@ -104,8 +104,10 @@ class Hub {
   // A create from `address` made nothing, or what it made a federate destroyed: it no
   // longer counts against the address, as one left behind would.
   void createUndone(const std::string& address);
-  // Gives the memory of destroyed federations back to the system.
-  void trimHeap();
+  // Destroys a federation execution taken out of federations(): its memory counts as
+  // given back at once, while freeing it (a large model takes longer than a client's turn
+  // may last) and giving the memory back to the system happen on the decoder's thread.
+  void retire(std::unique_ptr<Federation> federation);
   // The thread that decodes the object models of creates, away from the clients' turns.
   asio::thread_pool& decoder();
   // Makes room for a federation execution of `cost`, destroying empty ones, the longest

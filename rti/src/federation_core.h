@@ -75,6 +75,12 @@ class FederationCore {
   // Bytes taken from the budget: instances and names, members, subscriptions and the
   // receiver lists made from them.
   std::size_t heldBytes() const { return bytes_; }
+  // Gives the budget back what the federation holds and lets go of it, so that the
+  // federation may be freed later, on another thread, without touching the budget.
+  void leaveBudget() {
+    if (budget_) budget_->give(bytes_);
+    budget_ = nullptr;
+  }
   // Classes, members, instances and receivers looked at so far: what the requests handled
   // have cost, for whoever hands them in to share the federation's time fairly.
   std::size_t work() const { return work_; }
