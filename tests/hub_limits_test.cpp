@@ -398,8 +398,10 @@ TEST_P(ConnectionCaps, ConnectionsBeyondTheCapAreRefusedWithTheReasonAndTheOther
 INSTANTIATE_TEST_SUITE_P(
     Limits, ConnectionCaps,
     ::testing::Values(
-        Caps{"PerAddress", {"--max-per-address", "8"}, "the most one address may have"},
-        Caps{"InAll", {"--max-clients", "8"}, "the most it may"}),
+        Caps{"PerAddress",
+             {"--max-per-address", "8"},
+             "8 clients from 127.0.0.1 are connected, the most one address may have"},
+        Caps{"InAll", {"--max-clients", "8"}, "the hub serves 8 clients, the most it may"}),
     [](const ::testing::TestParamInfo<Caps>& param) { return std::string(param.param.what); });
 
 // ------------------------------------------------------------------ never joining

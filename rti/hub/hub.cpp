@@ -771,11 +771,16 @@ bool Hub::adopt(asio::ip::tcp::socket socket) {
   const auto ep = socket.remote_endpoint(ec);
   const std::string address = ec ? std::string("?") : ep.address().to_string();
   std::string refusal;
+  // The limits may be set as low as one.
+  const auto clients = [](std::size_t n) {
+    return std::to_string(n) + (n == 1 ? " client" : " clients");
+  };
   if (live_ >= options_.maxClients)
-    refusal = "the hub serves " + std::to_string(live_) + " clients, the most it may";
+    refusal = "the hub serves " + clients(live_) + ", the most it may";
   else if (perAddress_[address] >= options_.maxClientsPerAddress)
-    refusal = std::to_string(perAddress_[address]) + " clients from " + address +
-              " are connected, the most one address may have";
+    refusal = clients(perAddress_[address]) + " from " + address +
+              (perAddress_[address] == 1 ? " is" : " are") +
+              " connected, the most one address may have";
   if (!refusal.empty()) {
     if (perAddress_[address] == 0) perAddress_.erase(address);
     // A flood of connections must not become a flood of log lines.
