@@ -10,34 +10,6 @@ namespace vcrti {
 
 namespace {
 
-template <class H>
-H makeHandle(std::uint64_t v) {
-  return HandleAccess::make<H>(v);
-}
-
-template <class H>
-std::uint64_t valueOf(const H& h) {
-  return HandleAccess::value(h);
-}
-
-// Member handles are 32 bits below the API; one the API holds wider names nothing.
-template <class H>
-std::uint32_t memberOf(const H& h) {
-  const std::uint64_t v = valueOf(h);
-  return v > kNoClass ? kNoClass : static_cast<std::uint32_t>(v);
-}
-
-template <class H>
-H decodeHandle(VariableLengthData const& data, const wchar_t* kind) {
-  if (data.size() != 8 || data.data() == nullptr)
-    throw CouldNotDecode(std::wstring(L"an encoded ") + kind + L" has 8 bytes, not " +
-                         std::to_wstring(data.size()));
-  const auto* b = static_cast<const unsigned char*>(data.data());
-  std::uint64_t v = 0;
-  for (int i = 0; i < 8; ++i) v = (v << 8) | b[i];
-  return makeHandle<H>(v);
-}
-
 [[noreturn]] void rethrow(const RtiError& e) {
   switch (e.fault()) {
 #define VCRTI_THROW_FAULT(name) \

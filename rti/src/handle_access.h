@@ -6,7 +6,12 @@
 #ifndef VCRTI_HANDLE_ACCESS_H
 #define VCRTI_HANDLE_ACCESS_H
 
+#include <RTI/Exception.h>
 #include <RTI/Handle.h>
+#include <RTI/VariableLengthData.h>
+
+#include <cstdint>
+#include <string>
 
 #ifndef VCRTI_API
 #define VCRTI_API rti1516
@@ -49,6 +54,37 @@ struct HandleAccess {
     return HandleFriendOf<H>::type::value(h);
   }
 };
+
+// The same door for the facades' own use.
+template <class H>
+H makeHandle(std::uint64_t v) {
+  return HandleAccess::make<H>(v);
+}
+
+template <class H>
+std::uint64_t valueOf(const H& h) {
+  return HandleAccess::value(h);
+}
+
+// Member handles are 32 bits below the API; one the API holds wider names nothing (the
+// value that stands for no class or member).
+template <class H>
+std::uint32_t memberOf(const H& h) {
+  const std::uint64_t v = valueOf(h);
+  return v > 0xFFFFFFFFu ? 0xFFFFFFFFu : static_cast<std::uint32_t>(v);
+}
+
+// A handle as its encode() writes it: eight bytes, most significant first.
+template <class H>
+H decodeHandle(VariableLengthData const& data, const wchar_t* kind) {
+  if (data.size() != 8 || data.data() == nullptr)
+    throw CouldNotDecode(std::wstring(L"an encoded ") + kind + L" has 8 bytes, not " +
+                         std::to_wstring(data.size()));
+  const auto* b = static_cast<const unsigned char*>(data.data());
+  std::uint64_t v = 0;
+  for (int i = 0; i < 8; ++i) v = (v << 8) | b[i];
+  return makeHandle<H>(v);
+}
 
 }  // namespace VCRTI_API
 
